@@ -1,0 +1,10 @@
+#pragma once
+
+#include "framework/attribute_engine.h"
+
+namespace tarnex {
+
+/// The driver's 27 attributes, shared by all sessions.
+const nrt2::AttributeEngine& Attributes();
+
+} // namespace tarnex

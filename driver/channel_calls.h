@@ -1,0 +1,75 @@
+// The frames of the channel functions and channel attributes. What differs between them is one line each.
+#pragma once
+
+#include <string_view>
+
+#include "driver/output_channel.h"
+#include "driver/tarnex_driver_session.h"
+#include "framework/call_frame.h"
+
+namespace tarnex {
+
+template <typename Body>
+ViStatus LockedCall(ViSession vi, const Body& body) {
+    return nrt2::LockedCall<TARNEXDriverSession>(vi, body);
+}
+
+/// Runs `operate(instrument, channel)` on each selected channel in the selector's order, until one returns a non-zero
+/// status. A negative one has been recorded when this returns.
+template <typename Operate>
+ViStatus ForEachChannel(TARNEXDriverSession& session, ViConstString selector, const Operate& operate) {
+    OutputChannels::NameList names;
+    const auto resolved = OutputChannels::Expand(session, selector, names);
+    if (resolved < 0) {
+        return resolved;
+    }
+    for (const auto& name : names) {
+        const ViStatus status = operate(session.Instrument(), ChannelOf(name));
+        if (status != VI_SUCCESS) {
+            return session.RecordIfError(status);
+        }
+    }
+    return VI_SUCCESS;
+}
+
+/// The frame of the configuring functions and of the attribute setters: every selected channel, then the instrument's
+/// status.
+template <typename Operate>
+ViStatus Configure(ViSession vi, ViConstString selector, const Operate& operate) {
+    return LockedCall(vi, [&](TARNEXDriverSession& session) {
+        const auto status = ForEachChannel(session, selector, operate);
+        return status == VI_SUCCESS ? session.CheckStatus() : status;
+    });
+}
+
+/// The frame of the functions that have nothing to send.
+inline ViStatus ValidateSelector(ViSession vi, ViConstString selector) {
+    return LockedCall(vi, [&](TARNEXDriverSession& session) {
+        OutputChannels::NameList names;
+        return OutputChannels::Expand(session, selector, names);
+    });
+}
+
+/// The frame of the querying functions: as Configure, with an output that must not be null, which is looked at before
+/// the selector.
+template <typename Operate>
+ViStatus Query(std::string_view function, std::string_view parameter, const void* output, ViSession vi,
+               ViConstString selector, const Operate& operate) {
+    return LockedCall(vi, [&](TARNEXDriverSession& session) {
+        auto status = nrt2::CheckParameters(vi, function, parameter, {output});
+        if (status == VI_SUCCESS) {
+            status = ForEachChannel(session, selector, operate);
+        }
+        return status == VI_SUCCESS ? session.CheckStatus() : status;
+    });
+}
+
+/// Runs steps that each return a status, until one is not 0.
+template <typename... Steps>
+ViStatus InOrder(const Steps&... steps) {
+    ViStatus status = VI_SUCCESS;
+    static_cast<void>(((status = steps(), status == VI_SUCCESS) && ...));
+    return status;
+}
+
+} // namespace tarnex

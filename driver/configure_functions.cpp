@@ -1,0 +1,49 @@
+// Configuring the outputs (IviDCPwrBase).
+
+#include "include/TARNEX.h"
+
+#include "driver/channel_calls.h"
+
+using ORVA::ChannelNumber;
+using ORVA::InstBase;
+
+ViStatus _VI_FUNC TARNEX_ConfigureOutputEnabled(ViSession vi, ViConstString channelName, ViBoolean enabled) {
+    return tarnex::Configure(vi, channelName, [=](InstBase& instrument, ChannelNumber channel) {
+        return instrument.SetOutputEnabled(channel, enabled != VI_FALSE);
+    });
+}
+
+ViStatus _VI_FUNC TARNEX_ConfigureVoltageLevel(ViSession vi, ViConstString channelName, ViReal64 level) {
+    return tarnex::Configure(vi, channelName, [=](InstBase& instrument, ChannelNumber channel) {
+        return instrument.SetVoltage(channel, level);
+    });
+}
+
+// Every behavior but trip switches the protection off; only the attribute refuses unknown ones: deliberate.
+ViStatus _VI_FUNC TARNEX_ConfigureCurrentLimit(ViSession vi, ViConstString channelName, ViInt32 behavior,
+                                               ViReal64 limit) {
+    return tarnex::Configure(vi, channelName, [=](InstBase& instrument, ChannelNumber channel) {
+        return tarnex::InOrder(
+            [&] { return instrument.SetCurrent(channel, limit); },
+            [&] { return instrument.SetOverCurrentLevel(channel, limit); },
+            [&] { return instrument.SetOverCurrentEnabled(channel, behavior == TARNEX_VAL_CURRENT_TRIP); });
+    });
+}
+
+ViStatus _VI_FUNC TARNEX_ConfigureOVP(ViSession vi, ViConstString channelName, ViBoolean enabled, ViReal64 limit) {
+    return tarnex::Configure(vi, channelName, [=](InstBase& instrument, ChannelNumber channel) {
+        return tarnex::InOrder([&] { return instrument.SetOverVoltageLevel(channel, limit); },
+                               [&] { return instrument.SetOverVoltageEnabled(channel, enabled != VI_FALSE); });
+    });
+}
+
+// These two send nothing, by design: the channels have one range each, and a trip is reset by switching on again.
+
+ViStatus _VI_FUNC TARNEX_ConfigureOutputRange(ViSession vi, ViConstString channelName, ViInt32 /*rangeType*/,
+                                              ViReal64 /*range*/) {
+    return tarnex::ValidateSelector(vi, channelName);
+}
+
+ViStatus _VI_FUNC TARNEX_ResetOutputProtection(ViSession vi, ViConstString channelName) {
+    return tarnex::ValidateSelector(vi, channelName);
+}

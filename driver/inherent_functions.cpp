@@ -1,0 +1,101 @@
+// The IVI inherent functions, but for those that open, close and lock.
+
+#include "include/TARNEX.h"
+
+#include <algorithm>
+#include <string>
+
+#include "driver/channel_calls.h"
+#include "framework/error_info.h"
+#include "framework/status_table.h"
+#include "framework/string_buffer.h"
+
+namespace {
+
+// What IVI-3.2 gives the message and revision buffers.
+constexpr ViInt32 kMessageSize = 256;
+
+} // namespace
+
+// Exported under a second name, TARNEX_ResetWithDefaults, by the linker.
+ViStatus _VI_FUNC TARNEX_reset(ViSession vi) {
+    return tarnex::LockedCall(
+        vi, [](TARNEXDriverSession& session) { return session.RecordIfError(session.ResetInstrument()); });
+}
+
+ViStatus _VI_FUNC TARNEX_self_test(ViSession vi, ViInt16* testResult, ViChar testMessage[]) {
+    return tarnex::LockedCall(vi, [&](TARNEXDriverSession& /*session*/) {
+        const auto status =
+            nrt2::CheckParameters(vi, "TARNEX_self_test", "TestResult, TestMessage", {testResult, testMessage});
+        return status < 0 ? status : IVI_WARN_NSUP_SELF_TEST;
+    });
+}
+
+ViStatus _VI_FUNC TARNEX_error_query(ViSession vi, ViInt32* errorCode, ViChar errorMessage[]) {
+    return tarnex::LockedCall(vi, [&](TARNEXDriverSession& session) {
+        auto status =
+            nrt2::CheckParameters(vi, "TARNEX_error_query", "ErrorCode, ErrorMessage", {errorCode, errorMessage});
+        if (status < 0) {
+            return status;
+        }
+        std::string message;
+        status = session.RecordIfError(session.Instrument().QueryError(*errorCode, message));
+        if (status == VI_SUCCESS) {
+            // The whole text: a reply is never longer than the connection's read buffer of 1024 bytes.
+            std::copy_n(message.c_str(), message.size() + 1, errorMessage);
+        }
+        return status;
+    });
+}
+
+ViStatus _VI_FUNC TARNEX_error_message(ViSession vi, ViStatus errorCode, ViChar errorMessage[]) {
+    const auto status = nrt2::CheckParameters(vi, "TARNEX_error_message", "ErrorMessage", {errorMessage});
+    if (status < 0) {
+        return status;
+    }
+    const auto message = nrt2::MessageOf(errorCode);
+    if (!message.empty()) {
+        nrt2::CopyText(message, kMessageSize, errorMessage);
+        return VI_SUCCESS;
+    }
+    if (vi == VI_NULL) {
+        return IVI_ERROR_INVALID_VALUE;
+    }
+    // The function is named without its prefix here: deliberate.
+    return nrt2::SetErrorInfoElab(vi, IVI_ERROR_INVALID_VALUE, "The error code supplied is not defined by the driver.",
+                                  text::IntegerText(errorCode).View(), "error_message", "ErrorCode");
+}
+
+ViStatus _VI_FUNC TARNEX_revision_query(ViSession vi, ViChar driverRev[], ViChar instrRev[]) {
+    return tarnex::LockedCall(vi, [&](TARNEXDriverSession& session) {
+        if (driverRev != nullptr) {
+            nrt2::CopyText(session.Driver().revision, kMessageSize, driverRev);
+        }
+        if (instrRev != nullptr) {
+            nrt2::CopyText(session.Flags().simulate ? "Sim" + std::string(session.Driver().revision)
+                                                    : session.InstrumentFirmwareRevision(),
+                           kMessageSize, instrRev);
+        }
+        return ViStatus{VI_SUCCESS};
+    });
+}
+
+ViStatus _VI_FUNC TARNEX_Disable(ViSession vi) {
+    return tarnex::LockedCall(vi, [](TARNEXDriverSession& session) {
+        return session.RecordIfError(session.Instrument().SetAllOutputsOff());
+    });
+}
+
+ViStatus _VI_FUNC TARNEX_InvalidateAllAttributes(ViSession vi) {
+    return tarnex::LockedCall(vi, [](TARNEXDriverSession& session) {
+        session.InvalidateAllAttributes();
+        return ViStatus{VI_SUCCESS};
+    });
+}
+
+// The session service answers for itself here; it takes the size before the code.
+ViStatus _VI_FUNC TARNEX_GetError(ViSession vi, ViStatus* errorCode, ViInt32 bufferSize, ViChar description[]) {
+    return IviSession_GetError(vi, bufferSize, errorCode, description);
+}
+
+ViStatus _VI_FUNC TARNEX_ClearError(ViSession vi) { return IviSession_ClearError(vi); }

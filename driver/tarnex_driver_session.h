@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "driver/driver_identity.h"
+#include "framework/driver_session.h"
+#include "instrument/inst_base.h"
+
+/// A session with a supply, real or simulated.
+class TARNEXDriverSession : public nrt2::DriverSession {
+  public:
+    explicit TARNEXDriverSession(ViSession handle) : DriverSession(handle, tarnex::kDriverIdentity) {}
+
+    /// There is one from a successful initialization until the close.
+    [[nodiscard]] ORVA::InstBase& Instrument() const { return *instrument_; }
+
+    /// "*RST". A negative status has not been recorded.
+    ViStatus ResetInstrument() { return instrument_->SendReset(); }
+
+    /// Puts the simulator in the instrument's place; a connection of the instrument's is closed with it.
+    void ReplaceBySimulator();
+
+    ViStatus CheckStatus() override;
+
+  protected:
+    ViStatus InitializeIO() override;
+    ViStatus CloseIO() override;
+    ViStatus ClearStatus() override;
+    ViStatus QueryIdentity(std::string& manufacturer, std::string& model, std::string& serialNumber,
+                           std::string& firmwareRevision) override;
+
+  private:
+    [[nodiscard]] std::string ComposeOptionText() const;
+
+    std::shared_ptr<ORVA::InstBase> instrument_;
+};

@@ -1,0 +1,173 @@
+// The object behind a session handle: its settings, its life cycle and what its configuration says.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "framework/error_info.h"
+#include "framework/value_cache.h"
+#include "framework/virtual_names.h"
+#include "platform/config_server.h"
+
+namespace nrt2 {
+
+/// What a driver says of itself; the same for all its sessions.
+struct DriverIdentity {
+    std::string_view prefix; ///< also the name under which the configuration store is searched
+    std::string_view vendor;
+    std::string_view description;
+    std::string_view revision;
+    std::string_view groupCapabilities;
+    std::string_view supportedModels; ///< separated by commas
+    std::string_view defaultSimulationModel;
+    bool checksInterchangeability = false;
+};
+
+/// The six inherent options of IVI-3.2, in the order in which they stand everywhere.
+struct InherentFlags {
+    bool cache = false;
+    bool interchangeCheck = false;
+    bool queryInstrumentStatus = false;
+    bool rangeCheck = false;
+    bool recordCoercions = false;
+    bool simulate = false;
+};
+
+/// A session's handle, and the recording of errors on it.
+class IoSession {
+  public:
+    explicit IoSession(ViSession handle) : handle_(handle) {}
+    IoSession(const IoSession&) = delete;
+    IoSession& operator=(const IoSession&) = delete;
+    virtual ~IoSession() = default;
+
+    [[nodiscard]] ViSession Handle() const { return handle_; }
+
+    template <typename... Arguments>
+    ViStatus Record(ViStatus status, const Arguments&... arguments) const {
+        return SetErrorInfo(handle_, status, arguments...);
+    }
+    template <typename... Arguments>
+    ViStatus RecordElab(ViStatus status, std::string_view elaboration, const Arguments&... arguments) const {
+        return SetErrorInfoElab(handle_, status, elaboration, arguments...);
+    }
+    /// A negative status is recorded with its bare message; others pass.
+    ViStatus RecordIfError(ViStatus status) const { return status < 0 ? Record(status) : status; }
+
+  private:
+    ViSession handle_;
+};
+
+/// The names of a repeated capability as one session knows them.
+struct RepCapNames {
+    bool ready = false;
+    std::vector<std::string> physicalNames;
+};
+
+/// A driver derives from this what it takes to reach its instruments.
+///
+/// Statuses of the virtual operations: negative ones have been recorded on the session.
+class DriverSession : public IoSession {
+  public:
+    DriverSession(ViSession handle, const DriverIdentity& driver) : IoSession(handle), driver_(driver) {}
+
+    /// Resolves configuration and options, connects and identifies the instrument. What was connected when a later
+    /// step fails is disconnected.
+    ViStatus Initialize(std::string resourceName, bool idQuery, bool reset, std::string optionString);
+    ViStatus Close() { return CloseIO(); }
+
+    [[nodiscard]] const DriverIdentity& Driver() const { return driver_; }
+    [[nodiscard]] const InherentFlags& Flags() const { return flags_; }
+    /// The flags as they stood when configuration and options had been resolved.
+    [[nodiscard]] const InherentFlags& InitialFlags() const { return initialFlags_; }
+    void SetQueryInstrumentStatus(bool on) { flags_.queryInstrumentStatus = on; }
+    void SetSimulate(bool on) { flags_.simulate = on; }
+
+    [[nodiscard]] const std::string& GivenOptionString() const { return optionString_; }
+    [[nodiscard]] const std::string& ResourceName() const { return resourceName_; }
+    /// The resource name, when the configuration store holds a driver session for this driver; else empty.
+    [[nodiscard]] const std::string& LogicalName() const { return logicalName_; }
+    [[nodiscard]] const std::string& IoResourceDescriptor() const { return ioResourceDescriptor_; }
+    [[nodiscard]] const std::string& DriverSetup() const { return driverSetup_; }
+    [[nodiscard]] const std::string& ModelOverride() const { return modelOverride_; }
+
+    [[nodiscard]] const std::string& InstrumentManufacturer() const { return instrumentManufacturer_; }
+    [[nodiscard]] const std::string& InstrumentModel() const { return instrumentModel_; }
+    [[nodiscard]] const std::string& InstrumentSerialNumber() const { return instrumentSerialNumber_; }
+    [[nodiscard]] const std::string& InstrumentFirmwareRevision() const { return instrumentFirmwareRevision_; }
+    [[nodiscard]] bool ModelIsSupported() const;
+
+    [[nodiscard]] const VirtualNames& Virtuals() const { return virtualNames_; }
+    [[nodiscard]] RepCapNames& RepCap() { return repCapNames_; }
+    [[nodiscard]] ValueCaches& Caches() { return caches_; }
+    void InvalidateAllAttributes() { caches_.Clear(); }
+
+  protected:
+    /// Creates the instrument object and opens the connection to the resource.
+    virtual ViStatus InitializeIO() = 0;
+    virtual ViStatus CloseIO() = 0;
+    /// Prepares the instrument's status registers for CheckStatus.
+    virtual ViStatus ClearStatus() = 0;
+    virtual ViStatus QueryIdentity(std::string& manufacturer, std::string& model, std::string& serialNumber,
+                                   std::string& firmwareRevision) = 0;
+
+    /// What a driver does with one pair of the DriverSetup text. Called for every occurrence of a name, the one that
+    /// is refused as a repetition included.
+    virtual ViStatus ProcessDriverSetupOption(std::string_view name, std::string_view value);
+
+  public:
+    /// Asks the instrument for errors, when that is wanted and it is not simulated.
+    virtual ViStatus CheckStatus() = 0;
+
+  private:
+    // --- Option string (driver_session_options.cpp)
+    ViStatus ParseOptionString(std::string_view options);
+    ViStatus ParseDriverSetup(std::string setup);
+    ViStatus ParseInherentOptions(std::string_view inherent);
+    ViStatus ParseBooleanOption(std::string_view value, bool& flag) const;
+
+    // --- Configuration store (driver_session_store.cpp)
+    ViStatus ResolveResource();
+    ViStatus ResolveFromStore(IviConfigHandle store);
+    ViStatus ApplyDriverSession(IviConfigHandle session);
+    ViStatus LoadVirtualNames(IviConfigHandle session);
+    ViStatus LoadVirtualName(IviConfigHandle names, ViInt32 index);
+    ViStatus LoadVirtualRange(IviConfigHandle ranges, ViInt32 index, const std::string& name, const std::string& mapTo);
+    ViStatus LoadPhysicalNames(IviConfigHandle softwareModule);
+    ViStatus LoadInitialSettings(IviConfigHandle component);
+    ViStatus LoadInitialSetting(IviConfigHandle items, ViInt32 index);
+    void ApplyModelSetting();
+    /// A negative status of the configuration server is recorded with the server's own error text.
+    [[nodiscard]] ViStatus RecordStoreError(ViStatus status) const;
+    template <typename Property>
+    ViStatus ReadStoreText(Property property, IviConfigHandle handle, ViInt32 id, std::string& value) const;
+
+    const DriverIdentity& driver_;
+    bool idQuery_ = false;
+    bool reset_ = false;
+    InherentFlags flags_;
+    InherentFlags initialFlags_;
+    std::string optionString_;
+    std::string resourceName_;
+    std::string logicalName_;
+    std::string ioResourceDescriptor_;
+    std::string driverSetup_;
+    std::string modelOverride_;
+    std::string instrumentManufacturer_;
+    std::string instrumentModel_;
+    std::string instrumentSerialNumber_;
+    std::string instrumentFirmwareRevision_;
+    std::map<std::string, std::string, std::less<>> driverSetupOptions_;
+    std::map<std::string, std::string, std::less<>> stringSettings_;
+    std::vector<std::pair<std::string, std::string>> physicalNames_; // name and repeated capability, as configured
+    VirtualNames virtualNames_;
+    RepCapNames repCapNames_;
+    ValueCaches caches_;
+};
+
+} // namespace nrt2

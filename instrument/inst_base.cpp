@@ -1,0 +1,27 @@
+#include "instrument/inst_base.h"
+
+#include <utility>
+
+namespace ORVA {
+
+InstBase::InstBase(std::shared_ptr<OpenVisa::VisaIO> connection, std::shared_ptr<Identity> identity)
+    : connection_(std::move(connection)), identity_(std::move(identity)) {}
+
+// Both primitives hold the connection themselves, so that it lives through the exchange whoever lets go of it
+// meanwhile.
+
+ViStatus InstBase::Write(std::string_view line) {
+    const auto connection = connection_;
+    return connection ? connection->write(line) : VI_ERROR_INV_OBJECT;
+}
+
+ViStatus InstBase::Query(std::string_view line, std::string& reply) {
+    const auto connection = connection_;
+    if (!connection) {
+        return VI_ERROR_INV_OBJECT;
+    }
+    const auto status = connection->write(line);
+    return status < 0 ? status : connection->read(reply);
+}
+
+} // namespace ORVA

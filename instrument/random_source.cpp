@@ -1,0 +1,34 @@
+#include "instrument/random_source.h"
+
+namespace ORVA {
+
+double RandomSource::Real(double low, double high) {
+    const std::lock_guard lock(mutex_);
+    const std::uint64_t a = Next();
+    const std::uint64_t b = Next();
+    const std::uint64_t bits53 = (b << 21U) + (a >> 11U);
+    constexpr double kUnit = 0x1p-53;
+    return low + static_cast<double>(bits53) * kUnit * (high - low);
+}
+
+bool RandomSource::Boolean() { return Real(0.0, 1.0) < 0.5; }
+
+// Multiply and reject: the high word of draw * n is uniform once the low words that would favour some results are
+// rejected.
+std::int32_t RandomSource::Integer(std::int32_t low, std::int32_t high) {
+    const std::lock_guard lock(mutex_);
+    const auto n = static_cast<std::uint32_t>(high) - static_cast<std::uint32_t>(low) + 1U;
+    const std::uint32_t rejectBelow = (0U - n) % n;
+    std::uint64_t product = 0;
+    do {
+        product = std::uint64_t{Next()} * n;
+    } while (static_cast<std::uint32_t>(product) < rejectBelow);
+    return low + static_cast<std::int32_t>(product >> 32U);
+}
+
+RandomSource& RandomSource::OfProcess() {
+    static RandomSource source{std::random_device{}()};
+    return source;
+}
+
+} // namespace ORVA

@@ -1,0 +1,43 @@
+#include "instrument/reply_parsers.h"
+
+#include <stdexcept>
+
+#include "text/characters.h"
+#include "text/numbers.h"
+
+namespace Visa {
+namespace {
+
+std::string_view PrefixOf(std::string_view text, std::string_view characters) {
+    return text.substr(0, text.find_first_not_of(characters));
+}
+
+} // namespace
+
+bool parseBool(std::string_view reply) {
+    const auto word = PrefixOf(reply, "ONOFF10");
+    if (word == "ON" || word == "1") {
+        return true;
+    }
+    if (word == "OFF" || word == "0") {
+        return false;
+    }
+    throw std::invalid_argument("Visa::parseBool Unknown ret:" + std::string(reply));
+}
+
+std::int32_t parseInt(std::string_view reply) { return text::ToInt(PrefixOf(reply, "0123456789+-")); }
+
+double parseDouble(std::string_view reply) { return text::ToReal(PrefixOf(reply, "0123456789+-.Ee")); }
+
+std::vector<std::string_view> split(std::string_view reply, char separator, bool trim) {
+    std::vector<std::string_view> fields;
+    text::ForEachElement(reply, separator, [&](std::string_view field) {
+        fields.push_back(trim ? text::Trim(field, [](char c) { return c == '\r' || c == '\n' || c == '\t'; }) : field);
+    });
+    if (reply.empty() || reply.back() == separator) {
+        fields.pop_back();
+    }
+    return fields;
+}
+
+} // namespace Visa

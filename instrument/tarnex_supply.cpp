@@ -1,0 +1,88 @@
+#include "instrument/tarnex_supply.h"
+
+#include "text/numbers.h"
+#include "visa_io/visa_factory.h"
+
+namespace ORVA {
+
+TARNEX::TARNEX() : InstBase(std::make_shared<OpenVisa::VisaIO>(), std::make_shared<Identity>()) {}
+
+ViStatus TARNEX::SetTimeout(ViUInt32 milliseconds) {
+    settings_.ioTimeout = milliseconds;
+    return IsOpen() ? connection_->setTimeout(milliseconds) : VI_SUCCESS;
+}
+
+ViStatus TARNEX::Open(const ConnectionRecord& record) {
+    idQuery_ = record.idQuery;
+    reset_ = record.reset;
+    options_ = ParseOptionFlags(record.options);
+    if (OpenVisa::OpenConnection(record.resource, settings_, connection_) < 0) {
+        return DRIVER_ERROR_IO;
+    }
+    const auto status = QueryIdentity();
+    return status < 0 ? DRIVER_ERROR_IO : status;
+}
+
+ViStatus TARNEX::Close() { return IsOpen() ? connection_->close() : VI_SUCCESS; }
+
+bool TARNEX::IsOpen() const { return connection_ != nullptr && connection_->isOpen(); }
+
+ViStatus TARNEX::WriteRaw(std::string_view command) {
+    Write(command);
+    return VI_SUCCESS;
+}
+
+ViStatus TARNEX::QueryRaw(std::string_view command, std::string& reply) {
+    Query(command, reply);
+    return VI_SUCCESS;
+}
+
+ViStatus TARNEX::QueryIdentity() {
+    std::string reply;
+    // The one query whose negative VISA status is not turned into DRIVER_ERROR_IO.
+    const auto status = Query("*IDN?", reply);
+    if (status < 0) {
+        return status;
+    }
+    // Nothing is trimmed: a line end beyond the termination character stays in the last field.
+    const auto fields = Visa::split(reply, ',', false);
+    if (fields.size() != 4) {
+        return VI_ERROR_INV_FMT;
+    }
+    identity_->manufacturer = fields[0];
+    identity_->model = fields[1];
+    identity_->serialNumber = fields[2];
+    identity_->firmwareRevision = fields[3];
+    return status;
+}
+
+ViStatus TARNEX::QueryEventStatus(std::uint32_t& value) {
+    return Ask([&](std::string_view reply) { value = static_cast<std::uint32_t>(text::ToLong(reply)); }, "*ESR?");
+}
+
+ViStatus TARNEX::QueryQuestionableCondition(ChannelNumber ch, std::int32_t& value) {
+    return Ask([&](std::string_view reply) { value = text::ToInt(reply); },
+               NumberedHeader{":STATus:QUEStionable:INSTrument:ISUMmary", ch, ":CONDition?"});
+}
+
+ViStatus TARNEX::QueryQuestionableEvent(ChannelNumber ch, std::int32_t& value) {
+    return Ask([&](std::string_view reply) { value = text::ToInt(reply); },
+               NumberedHeader{":STATus:QUEStionable:INSTrument:ISUMmary", ch, ":EVENt?"});
+}
+
+ViStatus TARNEX::QueryError(std::int32_t& code, std::string& message) {
+    auto result = IVI_ERROR_CANNOT_RECOVER; // a text that itself holds a comma ends here too, deliberately
+    const auto status = Ask(
+        [&](std::string_view reply) {
+            const auto fields = Visa::split(reply, ',', true);
+            if (fields.size() == 2) {
+                code = text::ToInt(fields[0]);
+                message = fields[1];
+                result = VI_SUCCESS;
+            }
+        },
+        ":SYSTem:ERRor?");
+    return status < 0 ? status : result;
+}
+
+} // namespace ORVA

@@ -1,0 +1,41 @@
+// The IVI Shared Components' session service (IVI-3.9): handle registry, per-session lock and error records.
+#pragma once
+
+#include "platform/vi_types.h"
+
+inline constexpr auto IVI_ERROR_INVALID_SESSION_HANDLE = static_cast<ViStatus>(0xBFFA1190);
+inline constexpr auto IVI_ERROR_CANNOT_CREATE_LOCK = static_cast<ViStatus>(0xBFFA1198);
+inline constexpr auto IVI_ERROR_CANNOT_CREATE_THREAD_LOCAL = static_cast<ViStatus>(0xBFFA11A0);
+
+extern "C" {
+
+/// Issues a new handle; its data pointer is null and its record empty.
+ViStatus _VI_FUNC IviSession_New(ViSession* handle);
+
+/// Forgets the handle. The data behind its pointer stays the caller's.
+ViStatus _VI_FUNC IviSession_Dispose(ViSession handle);
+
+ViStatus _VI_FUNC IviSession_SetDataPtr(ViSession handle, ViAddr data);
+
+/// Null when nothing was stored.
+ViStatus _VI_FUNC IviSession_GetDataPtr(ViSession handle, ViAddr* data);
+
+/// Takes the handle's lock, recursive per thread. `hasLock` may be null; when it points to a true value, nothing is
+/// done, otherwise it is set once the lock is held.
+ViStatus _VI_FUNC IviSession_Lock(ViSession handle, ViBoolean* hasLock);
+
+/// Gives the lock back once. `hasLock` may be null; when it points to a false value, nothing is done, otherwise it is
+/// cleared.
+ViStatus _VI_FUNC IviSession_Unlock(ViSession handle, ViBoolean* hasLock);
+
+/// Writes the thread's record and, with a handle, that session's. An existing code is replaced only by a more severe
+/// one (negative over positive over zero), so the first error stays until it is read or cleared.
+ViStatus _VI_FUNC IviSession_SetError(ViSession handle, ViStatus code, ViConstString description);
+
+/// Returns the session's record (the thread's with a null handle) and clears it, unless `bufferSize` is 0. Text that
+/// does not fit is cut and the size needed is returned; a negative size copies everything; size 0 writes nothing.
+ViStatus _VI_FUNC IviSession_GetError(ViSession handle, ViInt32 bufferSize, ViStatus* code, ViChar description[]);
+
+ViStatus _VI_FUNC IviSession_ClearError(ViSession handle);
+
+} // extern "C"

@@ -1,0 +1,98 @@
+#include "visa_io/visa_io.h"
+
+#include "platform/run_until_error.h"
+
+namespace OpenVisa {
+
+VisaIO::~VisaIO() {
+    if (resourceManager_ != VI_NULL) {
+        viClose(resourceManager_); // closes the instrument session with it; nobody is left to hear of a failure
+    }
+}
+
+ViStatus VisaIO::open(const std::string& resource) {
+    readBuffer_ = std::make_unique<ViByte[]>(kReadBufferSize);
+    const auto status = vi::RunUntilError(
+        [&] { return viOpenDefaultRM(&resourceManager_); },
+        [&] { return viOpen(resourceManager_, resource.c_str(), VI_NULL, settings_.openTimeout, &instrument_); },
+        [&] { return configure(); });
+    if (status >= 0) {
+        resource_ = resource;
+    }
+    return status;
+}
+
+ViStatus VisaIO::configure() {
+    return vi::RunUntilError([&] { return setAttribute(VI_ATTR_TMO_VALUE, settings_.ioTimeout); },
+                             [&] { return setBuffer(VI_READ_BUF, kReadBufferSize); },
+                             [&] { return setBuffer(VI_WRITE_BUF, kWriteBufferSize); });
+}
+
+ViStatus VisaIO::apply(const ConnectionSettings& settings) {
+    settings_ = settings;
+    return isOpen() ? setAttribute(VI_ATTR_TMO_VALUE, settings_.ioTimeout) : VI_SUCCESS;
+}
+
+ViStatus VisaIO::setTimeout(ViUInt32 milliseconds) {
+    settings_.ioTimeout = milliseconds;
+    return isOpen() ? setAttribute(VI_ATTR_TMO_VALUE, milliseconds) : VI_SUCCESS;
+}
+
+ViStatus VisaIO::write(std::string_view command) {
+    const char termination = settings_.terminationCharacter;
+    if (settings_.appendTermination && (command.empty() || command.back() != termination)) {
+        line_.assign(command);
+        line_.push_back(termination);
+        command = line_;
+    }
+    ViUInt32 written = 0;
+    return viWrite(instrument_, reinterpret_cast<ViConstBuf>(command.data()), static_cast<ViUInt32>(command.size()),
+                   &written);
+}
+
+ViStatus VisaIO::read(std::string& reply) {
+    ViUInt32 count = 0;
+    const auto status = viRead(instrument_, readBuffer_.get(), kReadBufferSize, &count);
+    if (status < 0 || count == 0) {
+        return status;
+    }
+    std::string_view received(reinterpret_cast<const char*>(readBuffer_.get()), count);
+    if (settings_.stripTermination && received.back() == settings_.terminationCharacter) {
+        received.remove_suffix(1);
+    }
+    reply.assign(received);
+    return status;
+}
+
+ViStatus VisaIO::close() {
+    if (!isOpen()) {
+        return VI_SUCCESS;
+    }
+    const auto status = viClose(resourceManager_);
+    if (status >= 0) {
+        resourceManager_ = VI_NULL;
+        instrument_ = VI_NULL;
+    }
+    return status;
+}
+
+bool VisaIO::isOpen() const { return resourceManager_ != VI_NULL && instrument_ != VI_NULL; }
+
+ViStatus VisaIO::setAttribute(ViAttr attribute, ViAttrState value) const {
+    return viSetAttribute(instrument_, attribute, value);
+}
+
+ViStatus VisaIO::setBuffer(ViUInt16 mask, ViUInt32 size) const { return viSetBuf(instrument_, mask, size); }
+
+ViStatus VisaIO::setTermination() const {
+    return vi::RunUntilError(
+        [&] { return setAttribute(VI_ATTR_TERMCHAR, static_cast<ViByte>(settings_.terminationCharacter)); },
+        [&] { return setAttribute(VI_ATTR_TERMCHAR_EN, settings_.terminationEnabled ? VI_TRUE : VI_FALSE); });
+}
+
+ViStatus VisaIO::setIoBuffers() const {
+    return vi::RunUntilError([&] { return setBuffer(VI_IO_IN_BUF, kReadBufferSize); },
+                             [&] { return setBuffer(VI_IO_OUT_BUF, kWriteBufferSize); });
+}
+
+} // namespace OpenVisa
