@@ -1,0 +1,52 @@
+// What all doubles share: the log of the calls that the driver made, and the failures that a test orders.
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/vi_types.h"
+
+namespace doubles {
+
+class Script {
+  public:
+    /// Forgets log and orders.
+    void Reset();
+
+    /// The `nth` call of `function` from now on answers `status`; so do all later ones when `forever`.
+    void Fail(std::string function, ViStatus status, std::size_t nth = 1, bool forever = false);
+
+    /// Called by a double at the start of each of its functions: logs the call and tells the status to answer with, or
+    /// 0 where none was ordered.
+    ViStatus Enter(std::string_view function);
+
+    /// Names of the functions called, in order.
+    [[nodiscard]] std::vector<std::string> Calls() const;
+    [[nodiscard]] std::size_t Count(std::string_view function) const;
+    void ForgetCalls();
+
+  private:
+    struct Order {
+        std::string function;
+        ViStatus status;
+        std::size_t callsToGo;
+        bool forever;
+    };
+
+    mutable std::mutex mutex_;
+    std::vector<std::string> calls_;
+    std::vector<Order> orders_;
+};
+
+/// The one script of the process.
+Script& TheScript();
+
+/// IVI's rule for text outputs (IVI-3.2 3.1.2.1).
+ViStatus CopyOut(std::string_view text, ViInt32 size, ViChar buffer[]);
+
+} // namespace doubles
