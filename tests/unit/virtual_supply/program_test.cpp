@@ -1,0 +1,202 @@
+// The program: its ready line, its options, and how it ends.
+
+#include "tests/unit/virtual_supply/child_process.h"
+#include "tests/unit/virtual_supply/tcp_client.h"
+
+#include <charconv>
+#include <csignal>
+#include <cstdint>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace virtual_supply {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::vector<std::string> Command(const std::vector<std::string>& options) {
+    std::vector<std::string> command{VIRTUAL_SUPPLY};
+    command.insert(command.end(), options.begin(), options.end());
+    return command;
+}
+
+/// The port in a ready line that consists of this beginning, a port, and the resource's end; 0 when it does not.
+std::uint16_t PortOf(std::string_view ready_line, std::string_view beginning) {
+    constexpr std::string_view kEnd = "::SOCKET\n";
+    std::uint16_t port = 0;
+    if (!ready_line.starts_with(beginning) || !ready_line.ends_with(kEnd)) {
+        return port;
+    }
+    ready_line.remove_prefix(beginning.size());
+    ready_line.remove_suffix(kEnd.size());
+    const auto rest = std::from_chars(ready_line.data(), ready_line.data() + ready_line.size(), port).ptr;
+    return rest == ready_line.data() + ready_line.size() ? port : std::uint16_t{0};
+}
+
+/// The program with these options, ready.
+class RunningSupply {
+  public:
+    explicit RunningSupply(const std::vector<std::string>& options)
+        : process_(Command(options)), ready_line_(process_.ReadLine()) {}
+
+    ChildProcess& process() { return process_; }
+    const std::string& ready_line() const { return ready_line_; }
+    std::uint16_t port() const { return PortOf(ready_line_, "Virtual TX4410 listening on TCPIP0::127.0.0.1::"); }
+
+  private:
+    ChildProcess process_;
+    std::string ready_line_;
+};
+
+TEST(Program, PrintsItsResourceInOneLineWhenItIsReady) {
+    RunningSupply supply({});
+    ASSERT_NE(supply.port(), 0) << supply.ready_line();
+    EXPECT_EQ(TcpClient(supply.port()).Ask("*IDN?"), "Keltor Technology,TX4410,SN00000001,1.00\n");
+    supply.process().Signal(SIGTERM);
+    EXPECT_EQ(supply.process().ReadOutput(), "");
+    EXPECT_EQ(supply.process().ReadErrors(), "");
+    EXPECT_EQ(supply.process().Wait(), 0);
+}
+
+TEST(Program, EndsCleanlyOnSigint) {
+    RunningSupply supply({});
+    supply.process().Signal(SIGINT);
+    EXPECT_EQ(supply.process().Wait(), 0);
+}
+
+TEST(Program, EndsCleanlyWithClientsConnected) {
+    RunningSupply supply({});
+    TcpClient client(supply.port());
+    EXPECT_EQ(client.Ask("*OPC?"), "1\n");
+    supply.process().Signal(SIGTERM);
+    EXPECT_EQ(supply.process().Wait(), 0);
+    EXPECT_EQ(client.ReadLine(), "");
+}
+
+TEST(Program, StopsByItselfAfterTheGivenTime) {
+    RunningSupply supply({"--for", "0.05"});
+    EXPECT_THAT(supply.ready_line(), StartsWith("Virtual TX4410 listening on "));
+    EXPECT_EQ(supply.process().Wait(), 0);
+}
+
+TEST(Program, TakesModelSerialLoadsAndFaults) {
+    RunningSupply supply({"--model", "TX4520", "--serial", "SN42", "--load", "1=10", "--load", "2=0.5", "--fault",
+                          "crlf@1+1", "--fault", "long=4@2+1"});
+    const std::uint16_t port = PortOf(supply.ready_line(), "Virtual TX4520 listening on TCPIP0::127.0.0.1::");
+    ASSERT_NE(port, 0) << supply.ready_line();
+    TcpClient client(port);
+    EXPECT_EQ(client.Ask("*IDN?"), "Keltor Technology,TX4520,SN42,1.00\r\n");
+    EXPECT_EQ(client.Ask("*OPC?"), "1XXX\n");
+    client.Send(":SOUR1:VOLT 5\n:SOUR2:VOLT 2\n:OUTPut:STATe ALL,ON\n");
+    EXPECT_EQ(client.Ask(":MEAS:CURR? CH1"), "0.500000\n");
+    EXPECT_EQ(client.Ask(":MEAS:CURR? CH2"), "4.000000\n");
+}
+
+TEST(Program, LogsOnTheErrorStreamWhenVerbose) {
+    RunningSupply supply({"--verbose"});
+    EXPECT_EQ(TcpClient(supply.port()).Ask("*OPC?"), "1\n");
+    supply.process().Signal(SIGTERM);
+    EXPECT_EQ(supply.process().Wait(), 0);
+    EXPECT_EQ(supply.process().ReadErrors(), "1 connected\n1 < *OPC?\n1 > 1\\x0A\n1 closed\n");
+}
+
+TEST(Program, ListensOnTheIpv6LoopbackAddress) {
+    ChildProcess probe(Command({"--host", "::1"}));
+    const std::string line = probe.ReadLine();
+    if (line.empty()) {
+        EXPECT_EQ(probe.Wait(), 1);
+        GTEST_SKIP() << probe.ReadErrors();
+    }
+    EXPECT_NE(PortOf(line, "Virtual TX4410 listening on TCPIP0::[::1]::"), 0) << line;
+}
+
+TEST(Program, SaysInOneLineThatThePortIsTaken) {
+    RunningSupply first({});
+    const std::string port = std::to_string(first.port());
+    ChildProcess second(Command({"--port", port}));
+    EXPECT_EQ(second.Wait(), 1);
+    EXPECT_EQ(second.ReadOutput(), "");
+    EXPECT_EQ(second.ReadErrors(),
+              "virtual_supply: cannot listen on 127.0.0.1 port " + port + ": Address already in use\n");
+}
+
+TEST(Program, ListensOnTheNamedPort) {
+    std::uint16_t port = 0;
+    {
+        RunningSupply finder({});
+        port = finder.port();
+        finder.process().Signal(SIGTERM);
+        EXPECT_EQ(finder.process().Wait(), 0);
+    }
+    RunningSupply supply({"--port", std::to_string(port)});
+    EXPECT_EQ(supply.port(), port);
+}
+
+TEST(Program, ExplainsItselfWithUnitsFaultsAndExamples) {
+    ChildProcess process(Command({"--help"}));
+    const std::string help = process.ReadOutput();
+    EXPECT_EQ(process.Wait(), 0);
+    EXPECT_EQ(process.ReadErrors(), "");
+    for (const std::string text : {"--port",
+                                   "--host",
+                                   "--model",
+                                   "--serial",
+                                   "--load CHANNEL=OHMS",
+                                   "--fault SPEC",
+                                   "--for SECONDS",
+                                   "--exit-with-parent",
+                                   "--verbose",
+                                   "KIND[=VALUE][@N[+M]]",
+                                   "drop ",
+                                   "delay=MS",
+                                   "silent ",
+                                   "garbage ",
+                                   "cut ",
+                                   "long=BYTES",
+                                   "crlf ",
+                                   "22 V, 5.5 A",
+                                   "5.5 V, 16.8 A",
+                                   "Exit codes: 0 stopped, 1 cannot listen, 2 wrong",
+                                   "virtual_supply --port 5025 --load 1=10 --load 2=0.5\n"}) {
+        EXPECT_THAT(help, HasSubstr(text));
+    }
+}
+
+TEST(Program, EndsWithExitCodeTwoOnWrongArguments) {
+    const std::vector<std::vector<std::string>> wrong{
+        {"--port", "65536"},  {"--port", "-1"},      {"--port", "five"},    {"--port"},       {"--host", "0.0.0.0"},
+        {"--host", "name"},   {"--model", "TX9999"}, {"--serial", "a,b"},   {"--serial", ""}, {"--load", "3=1"},
+        {"--load", "1=-1"},   {"--load", "1="},      {"--load", "1=ten"},   {"--load", "10"}, {"--load", "1=inf"},
+        {"--fault", "bang"},  {"--fault", "delay"},  {"--fault", "drop@0"}, {"--for", "0"},   {"--for", "-1"},
+        {"--for", "forever"}, {"--for", "nan"},      {"--for", "1e300"},    {"--unknown"},    {"surplus"},
+    };
+    for (const auto& options : wrong) {
+        ChildProcess process(Command(options));
+        EXPECT_EQ(process.Wait(), 2) << options.back();
+        EXPECT_EQ(process.ReadOutput(), "") << options.back();
+        const std::string errors = process.ReadErrors();
+        EXPECT_THAT(errors, StartsWith("virtual_supply: "));
+        EXPECT_THAT(errors, EndsWith(" (--help tells more)\n"));
+        EXPECT_EQ(errors.find('\n'), errors.size() - 1) << errors;
+    }
+}
+
+#ifdef __linux__
+TEST(Program, DoesNotOutliveItsParentWhenAskedSo) {
+    // The shell is the parent; it ends when its input does. The program's output ends when the program does.
+    ChildProcess shell({"/bin/sh", "-c", "\"$0\" --exit-with-parent --for 600 & read -r line", VIRTUAL_SUPPLY});
+    EXPECT_THAT(shell.ReadLine(), StartsWith("Virtual TX4410 listening on "));
+    const auto start = std::chrono::steady_clock::now();
+    shell.CloseInput();
+    EXPECT_EQ(shell.ReadOutput(), "");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(25)) << "the hang guard ended the reading";
+}
+#endif
+
+} // namespace
+} // namespace virtual_supply

@@ -1,0 +1,127 @@
+#include "tools/virtual_supply/connection.h"
+
+#include <utility>
+
+namespace virtual_supply {
+
+namespace {
+
+bool IsBlank(std::string_view line) { return line.find_first_not_of(" \t") == std::string_view::npos; }
+
+/// The text with every byte that would disturb a terminal written as \xNN.
+std::string Printable(std::string_view text) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string printable;
+    for (const char c : text) {
+        if (c >= ' ' && c <= '~') {
+            printable += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        printable += "\\x";
+        printable += kDigits[byte >> 4U];
+        printable += kDigits[byte & 0xFU];
+    }
+    return printable;
+}
+
+} // namespace
+
+Connection::Connection(asio::ip::tcp::socket socket, Exchange& exchange, std::size_t number,
+                       std::function<void()> closed)
+    : socket_(std::move(socket)), delay_(socket_.get_executor()), exchange_(exchange), number_(number),
+      closed_(std::move(closed)) {}
+
+void Connection::Start() {
+    asio::error_code ignored; // a client that is gone already shows in the first read
+    socket_.set_option(asio::ip::tcp::no_delay(true), ignored);
+    Log("connected", {});
+    Read();
+}
+
+void Connection::Close() {
+    if (!closed_) {
+        return;
+    }
+    Log("closed", {});
+    asio::error_code ignored;
+    socket_.close(ignored);
+    delay_.cancel();
+    std::exchange(closed_, nullptr)();
+}
+
+void Connection::Read() {
+    socket_.async_read_some(asio::buffer(chunk_),
+                            [self = shared_from_this()](asio::error_code error, std::size_t size) {
+                                if (error || !self->socket_.is_open()) {
+                                    self->Close();
+                                    return;
+                                }
+                                self->unread_ = {self->chunk_.data(), size};
+                                self->Proceed();
+                            });
+}
+
+/// Executes the lines received so far. Stops at a reply, to go on when it is written: a client that asks without
+/// reading the answers has to wait, and costs no memory.
+void Connection::Proceed() {
+    while (const auto line = lines_.Take(unread_)) {
+        if (!Handle(*line)) {
+            return;
+        }
+    }
+    Read();
+}
+
+/// Executes one line. False: what follows has to wait, or the connection is over.
+bool Connection::Handle(const LineSplitter::Line& line) {
+    if (line.overrun) {
+        Log("< (too long)", {});
+        exchange_.supply.ReportInputOverrun();
+        return true;
+    }
+    if (IsBlank(line.text)) {
+        return true;
+    }
+    Log("< ", line.text);
+    const Disturbance disturbance = exchange_.faults.Next();
+    if (disturbance.drop) {
+        Close();
+        return false;
+    }
+    outgoing_ = disturbance.Wire(exchange_.supply.Execute(line.text));
+    if (outgoing_.empty()) {
+        return true;
+    }
+    if (disturbance.delay.count() == 0) {
+        Send();
+        return false;
+    }
+    delay_.expires_after(disturbance.delay);
+    delay_.async_wait([self = shared_from_this()](asio::error_code error) {
+        if (!error && self->socket_.is_open()) {
+            self->Send();
+        }
+    });
+    return false;
+}
+
+void Connection::Send() {
+    Log("> ", outgoing_);
+    asio::async_write(socket_, asio::buffer(outgoing_),
+                      [self = shared_from_this()](asio::error_code error, std::size_t /*size*/) {
+                          if (error || !self->socket_.is_open()) {
+                              self->Close();
+                              return;
+                          }
+                          self->Proceed();
+                      });
+}
+
+void Connection::Log(std::string_view event, std::string_view text) const {
+    if (exchange_.log) {
+        exchange_.log(std::to_string(number_) + ' ' + std::string(event) + Printable(text));
+    }
+}
+
+} // namespace virtual_supply

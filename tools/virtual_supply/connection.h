@@ -1,0 +1,54 @@
+// One client of the server.
+#pragma once
+
+#include "tools/virtual_supply/faults.h"
+#include "tools/virtual_supply/line_splitter.h"
+#include "tools/virtual_supply/virtual_supply.h"
+
+#include <array>
+#include <asio.hpp>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace virtual_supply {
+
+/// What the connections of a server share. It outlives them all.
+struct Exchange {
+    VirtualSupply& supply;
+    FaultPlan& faults;
+    std::function<void(std::string_view)> log; // may be empty
+};
+
+/// Reads lines, has them executed one after another, and writes the replies. Runs on the server's thread only; lives
+/// as long as an operation on its socket is under way.
+class Connection : public std::enable_shared_from_this<Connection> {
+  public:
+    /// `closed` is called once, when the connection is over.
+    Connection(asio::ip::tcp::socket socket, Exchange& exchange, std::size_t number, std::function<void()> closed);
+
+    void Start();
+    void Close();
+
+  private:
+    void Read();
+    void Proceed();
+    bool Handle(const LineSplitter::Line& line);
+    void Send();
+    void Log(std::string_view event, std::string_view text) const;
+
+    static constexpr std::size_t kChunkSize = 4096;
+
+    asio::ip::tcp::socket socket_;
+    asio::steady_timer delay_;
+    Exchange& exchange_;
+    const std::size_t number_;
+    std::function<void()> closed_;
+    std::array<char, kChunkSize> chunk_{};
+    std::string_view unread_; // what is left of chunk_
+    LineSplitter lines_;
+    std::string outgoing_;
+};
+
+} // namespace virtual_supply

@@ -1,0 +1,163 @@
+#include "tools/virtual_supply/faults.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <stdexcept>
+#include <system_error>
+
+namespace virtual_supply {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr auto kGarbageReply = "\xff\x00%s%n{}?!\x01\n"sv;
+
+struct FaultName {
+    std::string_view name;
+    FaultKind kind;
+    bool takes_value;
+};
+
+constexpr std::array<FaultName, 7> kFaultNames{{
+    {"drop", FaultKind::kDrop, false},
+    {"delay", FaultKind::kDelay, true},
+    {"silent", FaultKind::kSilent, false},
+    {"garbage", FaultKind::kGarbage, false},
+    {"cut", FaultKind::kCut, false},
+    {"long", FaultKind::kLong, true},
+    {"crlf", FaultKind::kCrLf, false},
+}};
+
+[[noreturn]] void Reject(std::string_view text, std::string_view why) {
+    throw std::invalid_argument("fault '" + std::string(text) + "': " + std::string(why));
+}
+
+std::uint64_t ParseCount(std::string_view text, std::string_view digits, std::uint64_t maximum, std::string_view what) {
+    std::uint64_t number = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [rest, error] = std::from_chars(digits.data(), end, number);
+    if (error != std::errc() || rest != end || number == 0 || number > maximum) {
+        Reject(text, std::string(what) + " must be a number from 1 to " + std::to_string(maximum));
+    }
+    return number;
+}
+
+/// Splits off what follows the separator; nothing when the separator is not there.
+std::optional<std::string_view> CutAfter(std::string_view& text, char separator) {
+    const auto place = text.find(separator);
+    if (place == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto after = text.substr(place + 1);
+    text = text.substr(0, place);
+    return after;
+}
+
+void Impose(const Fault& fault, Disturbance& disturbance) {
+    switch (fault.kind) {
+    case FaultKind::kDrop:
+        disturbance.drop = true;
+        break;
+    case FaultKind::kDelay:
+        disturbance.delay += std::chrono::milliseconds(fault.value);
+        break;
+    case FaultKind::kSilent:
+        disturbance.silent = true;
+        break;
+    case FaultKind::kGarbage:
+        disturbance.garbage = true;
+        break;
+    case FaultKind::kCut:
+        disturbance.cut = true;
+        break;
+    case FaultKind::kLong:
+        disturbance.long_reply = static_cast<std::size_t>(fault.value);
+        break;
+    case FaultKind::kCrLf:
+        disturbance.crlf = true;
+        break;
+    }
+}
+
+} // namespace
+
+Fault ParseFault(std::string_view text) {
+    constexpr auto kAnyNumber = std::numeric_limits<std::uint64_t>::max();
+    std::string_view name = text;
+    auto first = CutAfter(name, '@');
+    const auto value = CutAfter(name, '=');
+
+    const auto found =
+        std::find_if(kFaultNames.begin(), kFaultNames.end(), [&](const FaultName& each) { return each.name == name; });
+    if (found == kFaultNames.end()) {
+        Reject(text, "the kinds are drop, delay=MS, silent, garbage, cut, long=BYTES and crlf");
+    }
+    Fault fault;
+    fault.kind = found->kind;
+    if (found->takes_value) {
+        fault.value = ParseCount(text, value.value_or(""), kMaxFaultValue, "the value after '='");
+    } else if (value) {
+        Reject(text, "this kind takes no value");
+    }
+    if (first) {
+        const auto count = CutAfter(*first, '+');
+        fault.first = ParseCount(text, *first, kAnyNumber, "the command after '@'");
+        if (count) {
+            fault.count = ParseCount(text, *count, kAnyNumber, "the count after '+'");
+        }
+    }
+    return fault;
+}
+
+std::string Disturbance::Wire(std::string reply) const {
+    if (reply.empty() || silent) {
+        return {};
+    }
+    if (garbage) {
+        return std::string(kGarbageReply);
+    }
+    if (reply.size() < long_reply) {
+        reply.append(long_reply - reply.size(), 'X');
+    }
+    if (cut) {
+        return reply.substr(0, reply.size() / 2);
+    }
+    reply += crlf ? "\r\n" : "\n";
+    return reply;
+}
+
+void FaultPlan::Add(const Fault& fault) {
+    const std::lock_guard lock(mutex_);
+    faults_.push_back(fault);
+}
+
+void FaultPlan::AddForNext(FaultKind kind, std::uint64_t value, std::uint64_t count) {
+    const std::lock_guard lock(mutex_);
+    faults_.push_back({kind, value, received_ + 1, count});
+}
+
+void FaultPlan::Clear() {
+    const std::lock_guard lock(mutex_);
+    faults_.clear();
+}
+
+std::uint64_t FaultPlan::received() const {
+    const std::lock_guard lock(mutex_);
+    return received_;
+}
+
+Disturbance FaultPlan::Next() {
+    const std::lock_guard lock(mutex_);
+    ++received_;
+    Disturbance disturbance;
+    for (const Fault& fault : faults_) {
+        if (received_ >= fault.first && received_ - fault.first < fault.count) {
+            Impose(fault, disturbance);
+        }
+    }
+    return disturbance;
+}
+
+} // namespace virtual_supply

@@ -1,0 +1,78 @@
+// The virtual supply as a program: listens on the loopback interface until it is told to stop.
+
+#include "tools/virtual_supply/command_line.h"
+#include "tools/virtual_supply/server.h"
+#include "tools/virtual_supply/virtual_supply.h"
+
+#include <asio.hpp>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+#ifdef __linux__
+#include <sys/prctl.h>
+#include <unistd.h>
+#endif
+
+namespace {
+
+using virtual_supply::ProgramOptions;
+using virtual_supply::VirtualSupply;
+using virtual_supply::VirtualSupplyServer;
+
+#ifdef __linux__
+/// Has SIGTERM sent to this process when its parent ends. False: the parent has ended already.
+bool TieToParent() {
+    const pid_t parent = getppid();
+    return prctl(PR_SET_PDEATHSIG, SIGTERM) == 0 && getppid() == parent;
+}
+#else
+bool TieToParent() { return true; }
+#endif
+
+void Log(std::string_view line) { std::cerr << (std::string(line) + '\n') << std::flush; }
+
+int Run(const ProgramOptions& options) {
+    asio::io_context context{1};
+    // Before the ready line: whoever has read it may send a signal at once.
+    asio::signal_set signals(context, SIGINT, SIGTERM);
+    signals.async_wait([&](asio::error_code /*error*/, int /*signal*/) { context.stop(); });
+    if (options.exit_with_parent && !TieToParent()) {
+        return EXIT_SUCCESS;
+    }
+    asio::steady_timer timer(context);
+    if (options.duration) {
+        timer.expires_after(std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+            std::chrono::duration<double>(*options.duration)));
+        timer.async_wait([&](asio::error_code /*error*/) { context.stop(); });
+    }
+
+    VirtualSupply supply({.model = options.model, .serial = options.serial});
+    for (const auto& [channel, ohms] : options.loads) {
+        supply.SetLoad(channel, ohms);
+    }
+    const VirtualSupplyServer server(supply, {.host = options.host,
+                                              .port = options.port,
+                                              .faults = options.faults,
+                                              .log = options.verbose ? &Log : nullptr});
+    std::cout << "Virtual " << supply.model() << " listening on " << server.resource() << std::endl;
+    context.run();
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        int exit_code = EXIT_SUCCESS;
+        const auto options = virtual_supply::ParseCommandLine(argc, argv, exit_code);
+        return options ? Run(*options) : exit_code;
+    } catch (const std::exception& failure) {
+        std::cerr << "virtual_supply: " << failure.what() << '\n';
+        return EXIT_FAILURE;
+    }
+}
