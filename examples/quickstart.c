@@ -106,7 +106,7 @@ static void switch_off(void) {
 
 int main(int argc, char* argv[]) {
     if (argc != 2) {
-        fprintf(stderr, "usage: quickstart RESOURCE, for example TCPIP0::192.168.1.20::5025::SOCKET\n");
+        (void)fprintf(stderr, "usage: quickstart RESOURCE, for example TCPIP0::192.168.1.20::5025::SOCKET\n");
         return 2;
     }
     /* What an earlier failure left with this thread would hide the description of a failing open. */

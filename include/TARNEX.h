@@ -66,47 +66,42 @@ typedef ViChar* ViRsrc;
 
 #endif /* TARNEX_NO_VI_TYPES */
 
-/* ---- Attributes: type, access, value or unit ----------------------------------------------------------------------
- */
+/* ---- Attributes: type, access, value or unit ------------------------------------------------------------- */
 
+/* clang-format off */
 /* IVI inherent attributes (IVI-3.2): base 1050000. They take no channel: repCapName is ignored. */
-#define TARNEX_ATTR_RANGE_CHECK 1050002 /* ViBoolean, read/write: always VI_TRUE; setting it changes nothing */
-#define TARNEX_ATTR_QUERY_INSTRUMENT_STATUS                                                                            \
-    1050003                                   /* ViBoolean, read/write: whether "*ESR?" is read after each operation */
-#define TARNEX_ATTR_CACHE 1050004             /* ViBoolean, read/write: always VI_FALSE; setting it changes nothing */
-#define TARNEX_ATTR_SIMULATE 1050005          /* ViBoolean, read/write: see TARNEX_SetAttributeViBoolean */
-#define TARNEX_ATTR_RECORD_COERCIONS 1050006  /* ViBoolean, read/write: always VI_FALSE; setting it changes nothing */
-#define TARNEX_ATTR_DRIVER_SETUP 1050007      /* ViString, read-only: text of the DriverSetup clause in force */
-#define TARNEX_ATTR_INTERCHANGE_CHECK 1050021 /* ViBoolean, read/write: always VI_FALSE; setting it changes nothing */
-#define TARNEX_ATTR_CHANNEL_COUNT 1050203     /* ViInt32, read-only: 2 */
-#define TARNEX_ATTR_SPECIFIC_DRIVER_PREFIX 1050302 /* ViString, read-only: "TARNEX" */
-#define TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR 1050304 /* ViString, read-only: VISA resource string in use */
-#define TARNEX_ATTR_LOGICAL_NAME                                                                                       \
-    1050305 /* ViString, read-only: resource name given, when the configuration store holds this driver; else "" */
-#define TARNEX_ATTR_SUPPORTED_INSTRUMENT_MODELS 1050327  /* ViString, read-only: "TX4410,TX4520" */
-#define TARNEX_ATTR_GROUP_CAPABILITIES 1050401           /* ViString, read-only: "IviDCPwrBase,IviDCPwrMeasurement" */
-#define TARNEX_ATTR_INSTRUMENT_FIRMWARE_REVISION 1050510 /* ViString, read-only: fourth field of the "*IDN?" reply */
-#define TARNEX_ATTR_INSTRUMENT_MANUFACTURER                                                                            \
-    1050511 /* ViString, read-only: first field of the "*IDN?" reply; the driver's vendor in simulation */
-#define TARNEX_ATTR_INSTRUMENT_MODEL                                                                                   \
-    1050512 /* ViString, read-only: second field of the "*IDN?" reply; "TX6300" in simulation */
-#define TARNEX_ATTR_SPECIFIC_DRIVER_VENDOR 1050513      /* ViString, read-only: "Keltor Technology" */
-#define TARNEX_ATTR_SPECIFIC_DRIVER_DESCRIPTION 1050514 /* ViString, read-only: "IVI-C Driver for TARNEX" */
-#define TARNEX_ATTR_SPECIFIC_DRIVER_CLASS_SPEC_MAJOR_VERSION 1050515 /* ViInt32, read-only: 3 */
-#define TARNEX_ATTR_SPECIFIC_DRIVER_CLASS_SPEC_MINOR_VERSION 1050516 /* ViInt32, read-only: 0 */
-#define TARNEX_ATTR_SPECIFIC_DRIVER_REVISION 1050551                 /* ViString, read-only: "1.0.0.0" */
+#define TARNEX_ATTR_RANGE_CHECK                                  1050002 /* ViBoolean, read/write: always VI_TRUE; setting it changes nothing */
+#define TARNEX_ATTR_QUERY_INSTRUMENT_STATUS                      1050003 /* ViBoolean, read/write: whether "*ESR?" is read after each operation */
+#define TARNEX_ATTR_CACHE                                        1050004 /* ViBoolean, read/write: always VI_FALSE; setting it changes nothing */
+#define TARNEX_ATTR_SIMULATE                                     1050005 /* ViBoolean, read/write: see TARNEX_SetAttributeViBoolean */
+#define TARNEX_ATTR_RECORD_COERCIONS                             1050006 /* ViBoolean, read/write: always VI_FALSE; setting it changes nothing */
+#define TARNEX_ATTR_DRIVER_SETUP                                 1050007 /* ViString, read-only: text of the DriverSetup clause in force */
+#define TARNEX_ATTR_INTERCHANGE_CHECK                            1050021 /* ViBoolean, read/write: always VI_FALSE; setting it changes nothing */
+#define TARNEX_ATTR_CHANNEL_COUNT                                1050203 /* ViInt32, read-only: 2 */
+#define TARNEX_ATTR_SPECIFIC_DRIVER_PREFIX                       1050302 /* ViString, read-only: "TARNEX" */
+#define TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR                       1050304 /* ViString, read-only: VISA resource string in use */
+#define TARNEX_ATTR_LOGICAL_NAME                                 1050305 /* ViString, read-only: resource name given, when the configuration store holds this driver; else "" */
+#define TARNEX_ATTR_SUPPORTED_INSTRUMENT_MODELS                  1050327 /* ViString, read-only: "TX4410,TX4520" */
+#define TARNEX_ATTR_GROUP_CAPABILITIES                           1050401 /* ViString, read-only: "IviDCPwrBase,IviDCPwrMeasurement" */
+#define TARNEX_ATTR_INSTRUMENT_FIRMWARE_REVISION                 1050510 /* ViString, read-only: fourth field of the "*IDN?" reply */
+#define TARNEX_ATTR_INSTRUMENT_MANUFACTURER                      1050511 /* ViString, read-only: first field of the "*IDN?" reply; the driver's vendor in simulation */
+#define TARNEX_ATTR_INSTRUMENT_MODEL                             1050512 /* ViString, read-only: second field of the "*IDN?" reply; "TX6300" in simulation */
+#define TARNEX_ATTR_SPECIFIC_DRIVER_VENDOR                       1050513 /* ViString, read-only: "Keltor Technology" */
+#define TARNEX_ATTR_SPECIFIC_DRIVER_DESCRIPTION                  1050514 /* ViString, read-only: "IVI-C Driver for TARNEX" */
+#define TARNEX_ATTR_SPECIFIC_DRIVER_CLASS_SPEC_MAJOR_VERSION     1050515 /* ViInt32, read-only: 3 */
+#define TARNEX_ATTR_SPECIFIC_DRIVER_CLASS_SPEC_MINOR_VERSION     1050516 /* ViInt32, read-only: 0 */
+#define TARNEX_ATTR_SPECIFIC_DRIVER_REVISION                     1050551 /* ViString, read-only: "1.0.0.0" */
 
 /* IviDCPwr attributes (IVI-4.4): base 1250000. repCapName selects the channel. */
-#define TARNEX_ATTR_VOLTAGE_LEVEL 1250001 /* ViReal64, read/write: V */
-#define TARNEX_ATTR_OVP_ENABLED 1250002   /* ViBoolean, read/write: over-voltage protection */
-#define TARNEX_ATTR_OVP_LIMIT 1250003     /* ViReal64, read/write: V */
-#define TARNEX_ATTR_CURRENT_LIMIT_BEHAVIOR                                                                             \
-    1250004 /* ViInt32, read/write: TARNEX_VAL_CURRENT_REGULATE or TARNEX_VAL_CURRENT_TRIP; others are refused */
-#define TARNEX_ATTR_CURRENT_LIMIT                                                                                      \
-    1250005 /* ViReal64, read/write: A; setting it sets the over-current protection level too */
-#define TARNEX_ATTR_OUTPUT_ENABLED 1250006 /* ViBoolean, read/write: whether the output is on */
-/* ---- Values (IVI-4.4) ---------------------------------------------------------------------------------------------
- */
+#define TARNEX_ATTR_VOLTAGE_LEVEL                                1250001 /* ViReal64, read/write: V */
+#define TARNEX_ATTR_OVP_ENABLED                                  1250002 /* ViBoolean, read/write: over-voltage protection */
+#define TARNEX_ATTR_OVP_LIMIT                                    1250003 /* ViReal64, read/write: V */
+#define TARNEX_ATTR_CURRENT_LIMIT_BEHAVIOR                       1250004 /* ViInt32, read/write: TARNEX_VAL_CURRENT_REGULATE or TARNEX_VAL_CURRENT_TRIP; others are refused */
+#define TARNEX_ATTR_CURRENT_LIMIT                                1250005 /* ViReal64, read/write: A; setting it sets the over-current protection level too */
+#define TARNEX_ATTR_OUTPUT_ENABLED                               1250006 /* ViBoolean, read/write: whether the output is on */
+/* clang-format on */
+
+/* ---- Values (IVI-4.4) ------------------------------------------------------------------------------------ */
 
 /* What happens when a load draws more than the current limit. */
 #define TARNEX_VAL_CURRENT_REGULATE 0 /* the output goes into constant current */
@@ -127,81 +122,66 @@ typedef ViChar* ViRsrc;
 #define TARNEX_VAL_MEASURE_CURRENT 0
 #define TARNEX_VAL_MEASURE_VOLTAGE 1
 
-/* ---- Status codes and their messages ------------------------------------------------------------------------------
- */
+/* ---- Status codes and their messages --------------------------------------------------------------------- */
 
-#define TARNEX_ERROR_IO ((ViStatus)0xBFFA4214)             /* I/O error. */
-#define TARNEX_ERROR_IO_TIMEOUT ((ViStatus)0xBFFA4215)     /* I/O timeout error. */
-#define TARNEX_ERROR_CANNOT_RECOVER ((ViStatus)0xBFFA0000) /* Failure cannot recover. */
-#define TARNEX_ERROR_INSTRUMENT_STATUS                                                                                 \
-    ((ViStatus)0xBFFA0001) /* Instrument error detected.  Use ErrorQuery() to determine the error(s). */
-#define TARNEX_ERROR_CANNOT_OPEN_FILE ((ViStatus)0xBFFA0002)  /* Cannot open file. */
-#define TARNEX_ERROR_READING_FILE ((ViStatus)0xBFFA0003)      /* Error reading file. */
-#define TARNEX_ERROR_WRITING_FILE ((ViStatus)0xBFFA0004)      /* Error writing file. */
-#define TARNEX_ERROR_INVALID_PATHNAME ((ViStatus)0xBFFA000B)  /* The pathname is invalid. */
-#define TARNEX_ERROR_INVALID_ATTRIBUTE ((ViStatus)0xBFFA000C) /* Attribute ID '%s' not recognized. */
-#define TARNEX_ERROR_ATTR_NOT_WRITABLE ((ViStatus)0xBFFA000D) /* Attribute '%s' is read-only. */
-#define TARNEX_ERROR_ATTR_NOT_READABLE ((ViStatus)0xBFFA000E) /* Attribute '%s' is write-only. */
-#define TARNEX_ERROR_INVALID_VALUE ((ViStatus)0xBFFA0010) /* Invalid value '%s' for function '%s', parameter '%s'. */
-#define TARNEX_ERROR_FUNCTION_NOT_SUPPORTED                                                                            \
-    ((ViStatus)0xBFFA0011) /* Does not support this class-compliant feature: function '%s' */
-#define TARNEX_ERROR_ATTRIBUTE_NOT_SUPPORTED                                                                           \
-    ((ViStatus)0xBFFA0012) /* Does not support this class-compliant feature: attribute '%s'. */
-#define TARNEX_ERROR_VALUE_NOT_SUPPORTED                                                                               \
-    ((ViStatus)0xBFFA0013) /* Does not support this class-compliant feature:  Enumeration value '%s' passed as the     \
-                              value for parameter '%s' in function '%s'. */
-#define TARNEX_ERROR_TYPES_DO_NOT_MATCH                                                                                \
-    ((ViStatus)0xBFFA0015) /* %sAttribute%s called for attribute '%s' of type '%s'. */
-#define TARNEX_ERROR_NOT_INITIALIZED                                                                                   \
-    ((ViStatus)0xBFFA001D) /* A connection to the instrument has not been established. */
-#define TARNEX_ERROR_UNKNOWN_CHANNEL_NAME ((ViStatus)0xBFFA0020)  /* Unknown channel name. */
-#define TARNEX_ERROR_TOO_MANY_OPEN_FILES ((ViStatus)0xBFFA0023)   /* Too many files are open. */
-#define TARNEX_ERROR_CHANNEL_NAME_REQUIRED ((ViStatus)0xBFFA0044) /* A channel name is required. */
-#define TARNEX_ERROR_MISSING_OPTION_NAME ((ViStatus)0xBFFA0049)   /* The option string is missing an option name. */
-#define TARNEX_ERROR_MISSING_OPTION_VALUE ((ViStatus)0xBFFA004A)  /* The option string is missing an option value. */
-#define TARNEX_ERROR_BAD_OPTION_NAME ((ViStatus)0xBFFA004B)       /* The '%s' name in the option string is unknown. */
-#define TARNEX_ERROR_BAD_OPTION_VALUE ((ViStatus)0xBFFA004C)      /* The '%s' value in the option string is unknown. */
-#define TARNEX_ERROR_OUT_OF_MEMORY ((ViStatus)0xBFFA0056)         /* Could not allocate necessary memory. */
-#define TARNEX_ERROR_OPERATION_PENDING ((ViStatus)0xBFFA0057)     /* Operation in progress. */
-#define TARNEX_ERROR_NULL_POINTER ((ViStatus)0xBFFA0058) /* Null pointer passed for function '%s', parameter '%s'. */
-#define TARNEX_ERROR_UNEXPECTED_RESPONSE ((ViStatus)0xBFFA0059)            /* Unexpected response from instrument. */
-#define TARNEX_ERROR_FILE_NOT_FOUND ((ViStatus)0xBFFA005B)                 /* File not found. */
-#define TARNEX_ERROR_INVALID_FILE_FORMAT ((ViStatus)0xBFFA005C)            /* Invalid file format. */
-#define TARNEX_ERROR_STATUS_NOT_AVAILABLE ((ViStatus)0xBFFA005D)           /* The instrument status is not available. */
-#define TARNEX_ERROR_ID_QUERY_FAILED ((ViStatus)0xBFFA005E)                /* Instrument ID query failed. */
-#define TARNEX_ERROR_RESET_FAILED ((ViStatus)0xBFFA005F)                   /* Instrument reset failed. */
-#define TARNEX_ERROR_RESOURCE_UNKNOWN ((ViStatus)0xBFFA0060)               /* Unknown resource. */
-#define TARNEX_ERROR_ALREADY_INITIALIZED ((ViStatus)0xBFFA0061)            /* The driver is already initialized. */
-#define TARNEX_ERROR_CANNOT_CHANGE_SIMULATION_STATE ((ViStatus)0xBFFA0062) /* The simulation state cannot be changed.  \
-                                                                            */
-#define TARNEX_ERROR_INVALID_NUMBER_OF_LEVELS_IN_SELECTOR                                                              \
-    ((ViStatus)0xBFFA0063) /* The number of levels in the selector is not valid for the '%s' repeated capability. */
-#define TARNEX_ERROR_INVALID_RANGE_IN_SELECTOR                                                                         \
-    ((ViStatus)0xBFFA0064) /* The range '%s' is not valid for the repeated capability '%s'. */
-#define TARNEX_ERROR_UNKNOWN_NAME_IN_SELECTOR ((ViStatus)0xBFFA0065) /* Unknown name in selector. */
-#define TARNEX_ERROR_BADLY_FORMED_SELECTOR                                                                             \
-    ((ViStatus)0xBFFA0066) /* The repeated capability selector is badly-formed. */
-#define TARNEX_ERROR_UNKNOWN_PHYSICAL_IDENTIFIER                                                                       \
-    ((ViStatus)0xBFFA0067)                                         /* Unknown physical repeated capability selector. */
-#define TARNEX_ERROR_INVALID_SESSION_HANDLE ((ViStatus)0xBFFA1190) /* Invalid session handle. */
-#define TARNEX_ERROR_NOT_SUPPORTED ((ViStatus)0xBFFA4216) /* The operation (attribute or function) is not supported.   \
-                                                           */
-#define TARNEX_ERROR_INVALID_PARAMETER                                                                                 \
-    ((ViStatus)0xBFFA4217) /* Attribute or function parameter value is invalid (out of range or not supported). */
-#define TARNEX_ERROR_TRIGGER_NOT_SOFTWARE                                                                              \
-    ((ViStatus)0xBFFA1001)                                  /* The trigger source is not set to software trigger. */
-#define TARNEX_WARN_NSUP_ID_QUERY ((ViStatus)0x3FFA0065)    /* ID Query is not supported by this instrument. */
-#define TARNEX_WARN_NSUP_RESET ((ViStatus)0x3FFA0066)       /* Reset is not supported by this instrument. */
-#define TARNEX_WARN_NSUP_SELF_TEST ((ViStatus)0x3FFA0067)   /* Self test is not supported by this instrument. */
-#define TARNEX_WARN_NSUP_ERROR_QUERY ((ViStatus)0x3FFA0068) /* Error query is not supported by this instrument. */
-#define TARNEX_WARN_NSUP_REV_QUERY                                                                                     \
-    ((ViStatus)0x3FFA0069) /* Firmware revision query is not supported by this instrument. */
+/* clang-format off */
+#define TARNEX_ERROR_IO                                     ((ViStatus)0xBFFA4214) /* I/O error. */
+#define TARNEX_ERROR_IO_TIMEOUT                             ((ViStatus)0xBFFA4215) /* I/O timeout error. */
+#define TARNEX_ERROR_CANNOT_RECOVER                         ((ViStatus)0xBFFA0000) /* Failure cannot recover. */
+#define TARNEX_ERROR_INSTRUMENT_STATUS                      ((ViStatus)0xBFFA0001) /* Instrument error detected.  Use ErrorQuery() to determine the error(s). */
+#define TARNEX_ERROR_CANNOT_OPEN_FILE                       ((ViStatus)0xBFFA0002) /* Cannot open file. */
+#define TARNEX_ERROR_READING_FILE                           ((ViStatus)0xBFFA0003) /* Error reading file. */
+#define TARNEX_ERROR_WRITING_FILE                           ((ViStatus)0xBFFA0004) /* Error writing file. */
+#define TARNEX_ERROR_INVALID_PATHNAME                       ((ViStatus)0xBFFA000B) /* The pathname is invalid. */
+#define TARNEX_ERROR_INVALID_ATTRIBUTE                      ((ViStatus)0xBFFA000C) /* Attribute ID '%s' not recognized. */
+#define TARNEX_ERROR_ATTR_NOT_WRITABLE                      ((ViStatus)0xBFFA000D) /* Attribute '%s' is read-only. */
+#define TARNEX_ERROR_ATTR_NOT_READABLE                      ((ViStatus)0xBFFA000E) /* Attribute '%s' is write-only. */
+#define TARNEX_ERROR_INVALID_VALUE                          ((ViStatus)0xBFFA0010) /* Invalid value '%s' for function '%s', parameter '%s'. */
+#define TARNEX_ERROR_FUNCTION_NOT_SUPPORTED                 ((ViStatus)0xBFFA0011) /* Does not support this class-compliant feature: function '%s' */
+#define TARNEX_ERROR_ATTRIBUTE_NOT_SUPPORTED                ((ViStatus)0xBFFA0012) /* Does not support this class-compliant feature: attribute '%s'. */
+#define TARNEX_ERROR_VALUE_NOT_SUPPORTED                    ((ViStatus)0xBFFA0013) /* Does not support this class-compliant feature:  Enumeration value '%s' passed as the value for parameter '%s' in function '%s'. */
+#define TARNEX_ERROR_TYPES_DO_NOT_MATCH                     ((ViStatus)0xBFFA0015) /* %sAttribute%s called for attribute '%s' of type '%s'. */
+#define TARNEX_ERROR_NOT_INITIALIZED                        ((ViStatus)0xBFFA001D) /* A connection to the instrument has not been established. */
+#define TARNEX_ERROR_UNKNOWN_CHANNEL_NAME                   ((ViStatus)0xBFFA0020) /* Unknown channel name. */
+#define TARNEX_ERROR_TOO_MANY_OPEN_FILES                    ((ViStatus)0xBFFA0023) /* Too many files are open. */
+#define TARNEX_ERROR_CHANNEL_NAME_REQUIRED                  ((ViStatus)0xBFFA0044) /* A channel name is required. */
+#define TARNEX_ERROR_MISSING_OPTION_NAME                    ((ViStatus)0xBFFA0049) /* The option string is missing an option name. */
+#define TARNEX_ERROR_MISSING_OPTION_VALUE                   ((ViStatus)0xBFFA004A) /* The option string is missing an option value. */
+#define TARNEX_ERROR_BAD_OPTION_NAME                        ((ViStatus)0xBFFA004B) /* The '%s' name in the option string is unknown. */
+#define TARNEX_ERROR_BAD_OPTION_VALUE                       ((ViStatus)0xBFFA004C) /* The '%s' value in the option string is unknown. */
+#define TARNEX_ERROR_OUT_OF_MEMORY                          ((ViStatus)0xBFFA0056) /* Could not allocate necessary memory. */
+#define TARNEX_ERROR_OPERATION_PENDING                      ((ViStatus)0xBFFA0057) /* Operation in progress. */
+#define TARNEX_ERROR_NULL_POINTER                           ((ViStatus)0xBFFA0058) /* Null pointer passed for function '%s', parameter '%s'. */
+#define TARNEX_ERROR_UNEXPECTED_RESPONSE                    ((ViStatus)0xBFFA0059) /* Unexpected response from instrument. */
+#define TARNEX_ERROR_FILE_NOT_FOUND                         ((ViStatus)0xBFFA005B) /* File not found. */
+#define TARNEX_ERROR_INVALID_FILE_FORMAT                    ((ViStatus)0xBFFA005C) /* Invalid file format. */
+#define TARNEX_ERROR_STATUS_NOT_AVAILABLE                   ((ViStatus)0xBFFA005D) /* The instrument status is not available. */
+#define TARNEX_ERROR_ID_QUERY_FAILED                        ((ViStatus)0xBFFA005E) /* Instrument ID query failed. */
+#define TARNEX_ERROR_RESET_FAILED                           ((ViStatus)0xBFFA005F) /* Instrument reset failed. */
+#define TARNEX_ERROR_RESOURCE_UNKNOWN                       ((ViStatus)0xBFFA0060) /* Unknown resource. */
+#define TARNEX_ERROR_ALREADY_INITIALIZED                    ((ViStatus)0xBFFA0061) /* The driver is already initialized. */
+#define TARNEX_ERROR_CANNOT_CHANGE_SIMULATION_STATE         ((ViStatus)0xBFFA0062) /* The simulation state cannot be changed. */
+#define TARNEX_ERROR_INVALID_NUMBER_OF_LEVELS_IN_SELECTOR   ((ViStatus)0xBFFA0063) /* The number of levels in the selector is not valid for the '%s' repeated capability. */
+#define TARNEX_ERROR_INVALID_RANGE_IN_SELECTOR              ((ViStatus)0xBFFA0064) /* The range '%s' is not valid for the repeated capability '%s'. */
+#define TARNEX_ERROR_UNKNOWN_NAME_IN_SELECTOR               ((ViStatus)0xBFFA0065) /* Unknown name in selector. */
+#define TARNEX_ERROR_BADLY_FORMED_SELECTOR                  ((ViStatus)0xBFFA0066) /* The repeated capability selector is badly-formed. */
+#define TARNEX_ERROR_UNKNOWN_PHYSICAL_IDENTIFIER            ((ViStatus)0xBFFA0067) /* Unknown physical repeated capability selector. */
+#define TARNEX_ERROR_INVALID_SESSION_HANDLE                 ((ViStatus)0xBFFA1190) /* Invalid session handle. */
+#define TARNEX_ERROR_NOT_SUPPORTED                          ((ViStatus)0xBFFA4216) /* The operation (attribute or function) is not supported. */
+#define TARNEX_ERROR_INVALID_PARAMETER                      ((ViStatus)0xBFFA4217) /* Attribute or function parameter value is invalid (out of range or not supported). */
+#define TARNEX_ERROR_TRIGGER_NOT_SOFTWARE                   ((ViStatus)0xBFFA1001) /* The trigger source is not set to software trigger. */
+#define TARNEX_WARN_NSUP_ID_QUERY                           ((ViStatus)0x3FFA0065) /* ID Query is not supported by this instrument. */
+#define TARNEX_WARN_NSUP_RESET                              ((ViStatus)0x3FFA0066) /* Reset is not supported by this instrument. */
+#define TARNEX_WARN_NSUP_SELF_TEST                          ((ViStatus)0x3FFA0067) /* Self test is not supported by this instrument. */
+#define TARNEX_WARN_NSUP_ERROR_QUERY                        ((ViStatus)0x3FFA0068) /* Error query is not supported by this instrument. */
+#define TARNEX_WARN_NSUP_REV_QUERY                          ((ViStatus)0x3FFA0069) /* Firmware revision query is not supported by this instrument. */
+/* clang-format on */
+
 #ifdef __cplusplus
 extern "C" {
 #endif
 
-/* ---- Opening and closing ------------------------------------------------------------------------------------------
- */
+/* ---- Opening and closing --------------------------------------------------------------------------------- */
 
 /**
  * Opens a session; as TARNEX_InitWithOptions with an empty option string.
@@ -240,8 +220,7 @@ ViStatus _VI_FUNC TARNEX_InitWithOptions(ViRsrc resourceName, ViBoolean idQuery,
  */
 ViStatus _VI_FUNC TARNEX_close(ViSession vi);
 
-/* ---- IVI inherent functions (IVI-3.2) -----------------------------------------------------------------------------
- */
+/* ---- IVI inherent functions (IVI-3.2) -------------------------------------------------------------------- */
 
 /** Resets the instrument ("*RST"). */
 ViStatus _VI_FUNC TARNEX_reset(ViSession vi);

@@ -275,7 +275,7 @@ TEST_F(Attribute, SwitchesWithoutEffectAcceptEveryValueAndReadAsBefore) {
         EXPECT_EQ(SetBoolean(vi, TARNEX_ATTR_RANGE_CHECK, value), Status(0U));
         EXPECT_EQ(GetBoolean(vi, TARNEX_ATTR_RANGE_CHECK), VI_TRUE);
         for (const ViAttr attribute :
-             {TARNEX_ATTR_CACHE, TARNEX_ATTR_RECORD_COERCIONS, TARNEX_ATTR_INTERCHANGE_CHECK}) {
+             std::array<ViAttr, 3>{TARNEX_ATTR_CACHE, TARNEX_ATTR_RECORD_COERCIONS, TARNEX_ATTR_INTERCHANGE_CHECK}) {
             EXPECT_EQ(SetBoolean(vi, attribute, value), Status(0U));
             EXPECT_EQ(GetBoolean(vi, attribute), VI_FALSE);
         }

@@ -13,7 +13,7 @@ class OptionString : public DriverTest {
         ViSession vi = 7;
         const auto status = TryOpen(options, &vi);
         EXPECT_EQ(vi, 0U) << options;
-        const auto error = LastError(VI_NULL);
+        auto error = LastError(VI_NULL);
         EXPECT_EQ(error.code, status) << options;
         return error;
     }

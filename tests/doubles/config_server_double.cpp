@@ -35,7 +35,7 @@ void ConfigServer::SetErrorText(std::string text) {
 ViStatus ConfigServer::GiveOut(Object object, IviConfigHandle* handle) {
     const std::lock_guard lock(mutex_);
     objects_.emplace(next_, object);
-    *handle = reinterpret_cast<IviConfigHandle>(next_++);
+    *handle = reinterpret_cast<IviConfigHandle>(next_++); // NOLINT(performance-no-int-to-ptr): never dereferenced
     return VI_SUCCESS;
 }
 
