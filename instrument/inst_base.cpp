@@ -1,6 +1,9 @@
 #include "instrument/inst_base.h"
 
+#include <cstdio>
 #include <utility>
+
+#include "text/numbers.h"
 
 namespace ORVA {
 
@@ -22,6 +25,12 @@ ViStatus InstBase::Query(std::string_view line, std::string& reply) {
     }
     const auto status = connection->write(line);
     return status < 0 ? status : connection->read(reply);
+}
+
+void InstBase::AnnounceFields(std::size_t expected) {
+    const text::IntegerText count(static_cast<std::int64_t>(expected));
+    // A standard output that is closed or full is no reason to fail a query.
+    static_cast<void>(std::fwrite(count.View().data(), 1, count.View().size(), stdout));
 }
 
 } // namespace ORVA

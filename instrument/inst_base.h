@@ -1,10 +1,12 @@
 // The supply's operations, and what the real instrument builds them from.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include "instrument/channel_limits.h"
 #include "instrument/identity.h"
@@ -18,10 +20,10 @@ namespace ORVA {
 
 /// What an instrument object is opened with.
 struct ConnectionRecord {
-    std::string resource; ///< VISA resource string
+    std::string resource{}; ///< VISA resource string
     bool idQuery = false;
-    bool reset = false;  ///< kept only: opening sends no reset
-    std::string options; ///< an option string; see text/option_string.h
+    bool reset = false;    ///< kept only: opening sends no reset
+    std::string options{}; ///< an option string; see text/option_string.h
 };
 
 /// An instrument: real (ORVA::TARNEX) or simulated (ORVA::TARNEXSimulator).
@@ -59,24 +61,157 @@ class InstBase {
     /// both outputs untouched when the reply has not exactly two fields.
     virtual ViStatus QueryError(std::int32_t& code, std::string& message) = 0;
 
-    // --- Source: volts, amperes
-    virtual ViStatus SetVoltage(ChannelNumber channel, double volts) = 0;
-    virtual ViStatus GetVoltage(ChannelNumber channel, double& volts) = 0;
-    virtual ViStatus SetOverVoltageLevel(ChannelNumber channel, double volts) = 0;
-    virtual ViStatus GetOverVoltageLevel(ChannelNumber channel, double& volts) = 0;
-    virtual ViStatus SetOverVoltageEnabled(ChannelNumber channel, bool enabled) = 0;
-    virtual ViStatus GetOverVoltageEnabled(ChannelNumber channel, bool& enabled) = 0;
-    virtual ViStatus SetCurrent(ChannelNumber channel, double amperes) = 0;
-    virtual ViStatus GetCurrent(ChannelNumber channel, double& amperes) = 0;
-    virtual ViStatus SetOverCurrentLevel(ChannelNumber channel, double amperes) = 0;
-    virtual ViStatus GetOverCurrentLevel(ChannelNumber channel, double& amperes) = 0;
-    virtual ViStatus SetOverCurrentEnabled(ChannelNumber channel, bool enabled) = 0;
-    virtual ViStatus GetOverCurrentEnabled(ChannelNumber channel, bool& enabled) = 0;
+    // clang-format off
+    // From here on one line per command of the instrument; TARNEX (tarnex_supply.h) shows what each sends.
+    // --- Channel selection and bleeder
+    virtual ViStatus SelectChannel(ChannelNumber ch) = 0;
+    virtual ViStatus GetSelectedChannel(ChannelNumber& ch) = 0;
+    virtual ViStatus SetBleeder(bool on) = 0;
+    virtual ViStatus GetBleeder(bool& on) = 0;
 
-    // --- Output
-    virtual ViStatus SetOutputEnabled(ChannelNumber channel, bool enabled) = 0;
-    virtual ViStatus GetOutputEnabled(ChannelNumber channel, bool& enabled) = 0;
+    // --- Source: volts, amperes, seconds
+    virtual ViStatus SetVoltage(ChannelNumber ch, double volts) = 0;
+    virtual ViStatus GetVoltage(ChannelNumber ch, double& volts) = 0;
+    virtual ViStatus SetOverVoltageLevel(ChannelNumber ch, double volts) = 0;
+    virtual ViStatus GetOverVoltageLevel(ChannelNumber ch, double& volts) = 0;
+    virtual ViStatus SetOverVoltageEnabled(ChannelNumber ch, bool on) = 0;
+    virtual ViStatus GetOverVoltageEnabled(ChannelNumber ch, bool& on) = 0;
+    virtual ViStatus SetRemoteSense(ChannelNumber ch, bool on) = 0;
+    virtual ViStatus GetRemoteSense(ChannelNumber ch, bool& on) = 0;
+    virtual ViStatus SetCurrent(ChannelNumber ch, double amperes) = 0;
+    virtual ViStatus GetCurrent(ChannelNumber ch, double& amperes) = 0;
+    virtual ViStatus SetOverCurrentLevel(ChannelNumber ch, double amperes) = 0;
+    virtual ViStatus GetOverCurrentLevel(ChannelNumber ch, double& amperes) = 0;
+    virtual ViStatus SetOverCurrentEnabled(ChannelNumber ch, bool on) = 0;
+    virtual ViStatus GetOverCurrentEnabled(ChannelNumber ch, bool& on) = 0;
+    virtual ViStatus SetOverCurrentDelay(ChannelNumber ch, double seconds) = 0;
+    virtual ViStatus GetOverCurrentDelay(ChannelNumber ch, double& seconds) = 0;
+    virtual ViStatus SetOverCurrentDelayMode(ChannelNumber ch, ProtectionDelayMode mode) = 0;
+    virtual ViStatus GetOverCurrentDelayMode(ChannelNumber ch, ProtectionDelayMode& mode) = 0;
+
+    // --- Output and its protections
+    virtual ViStatus SetOutputEnabled(ChannelNumber ch, bool on) = 0;
+    virtual ViStatus GetOutputEnabled(ChannelNumber ch, bool& on) = 0;
+    virtual ViStatus GetRegulationMode(ChannelNumber ch, RegulationMode& mode) = 0;
+    virtual ViStatus SetOvpLevel(ChannelNumber ch, double volts) = 0;
+    virtual ViStatus GetOvpLevel(ChannelNumber ch, double& volts) = 0;
+    virtual ViStatus SetOvpEnabled(ChannelNumber ch, bool on) = 0;
+    virtual ViStatus GetOvpEnabled(ChannelNumber ch, bool& on) = 0;
+    virtual ViStatus SetOcpLevel(ChannelNumber ch, double amperes) = 0;
+    virtual ViStatus GetOcpLevel(ChannelNumber ch, double& amperes) = 0;
+    virtual ViStatus SetOcpEnabled(ChannelNumber ch, bool on) = 0;
+    virtual ViStatus GetOcpEnabled(ChannelNumber ch, bool& on) = 0;
+    virtual ViStatus SetOcpDelay(ChannelNumber ch, double seconds) = 0;
+    virtual ViStatus GetOcpDelay(ChannelNumber ch, double& seconds) = 0;
+    virtual ViStatus SetOcpDelayMode(ChannelNumber ch, ProtectionDelayMode mode) = 0;
+    virtual ViStatus GetOcpDelayMode(ChannelNumber ch, ProtectionDelayMode& mode) = 0;
+    virtual ViStatus SetPowerOnState(ChannelNumber ch, PowerOnState state) = 0;
+    virtual ViStatus GetPowerOnState(ChannelNumber ch, PowerOnState& state) = 0;
+    virtual ViStatus SetPairMode(ChannelNumber ch, PairMode mode) = 0;
+    virtual ViStatus GetPairMode(ChannelNumber ch, PairMode& mode) = 0;
+    virtual ViStatus SetOutputSense(ChannelNumber ch, bool on) = 0;
+    virtual ViStatus GetOutputSense(ChannelNumber ch, bool& on) = 0;
+    virtual ViStatus SetTracking(ChannelNumber ch, bool on) = 0;
+    virtual ViStatus GetTracking(ChannelNumber ch, bool& on) = 0;
+    virtual ViStatus SetOffMode(ChannelNumber ch, OffMode mode) = 0;
+    virtual ViStatus GetOffMode(ChannelNumber ch, OffMode& mode) = 0;
+
+    // --- Measurement: volts, amperes, watts
+    virtual ViStatus MeasureAll(ChannelNumber ch, double& volts, double& amperes, double& watts) = 0;
+    virtual ViStatus MeasureVoltage(ChannelNumber ch, double& volts) = 0;
+    virtual ViStatus MeasureCurrent(ChannelNumber ch, double& amperes) = 0;
+    virtual ViStatus MeasurePower(ChannelNumber ch, double& watts) = 0;
+    virtual ViStatus SetCurrentRange(ChannelNumber ch, CurrentRange range) = 0;
+    virtual ViStatus GetCurrentRange(ChannelNumber ch, CurrentRange& range) = 0;
+    virtual ViStatus SetCurrentRate(ChannelNumber ch, CurrentRate rate) = 0;
+    virtual ViStatus GetCurrentRate(ChannelNumber ch, CurrentRate& rate) = 0;
+
+    // --- List mode. What a group's three reals and a status's numbers mean is the instrument's to say.
+    virtual ViStatus SetListEnabled(bool on) = 0;
+    virtual ViStatus GetListEnabled(bool& on) = 0;
+    virtual ViStatus GetListStatus(ListState& state, double& seconds, std::int32_t& group, std::int32_t& cycle) = 0;
+    virtual ViStatus SetListCycles(std::int32_t cycles) = 0;
+    virtual ViStatus GetListCycles(std::int32_t& cycles) = 0;
+    virtual ViStatus SetListEndState(ListEndState state) = 0;
+    virtual ViStatus GetListEndState(ListEndState& state) = 0;
+    virtual ViStatus GetListGroupCount(std::int32_t& count) = 0;
+    virtual ViStatus InsertListGroup(std::int32_t index) = 0;
+    virtual ViStatus DeleteListGroup(std::uint32_t index) = 0;
+    virtual ViStatus ClearListGroups() = 0;
+    virtual ViStatus SetListGroup(std::uint32_t index, double first, double second, double third) = 0;
+    virtual ViStatus GetListGroup(std::uint32_t index, double& first, double& second, double& third) = 0;
+
+    // --- List templates
+    virtual ViStatus SetListTemplate(ListTemplate shape) = 0;
+    virtual ViStatus GetListTemplate(ListTemplate& shape) = 0;
+    virtual ViStatus SetListTemplateObject(ListTemplateObject object, double value) = 0;
+    virtual ViStatus GetListTemplateObject(ListTemplateObject& object, double& value) = 0;
+    virtual ViStatus SetListTemplateMax(double value) = 0;
+    virtual ViStatus GetListTemplateMax(double& value) = 0;
+    virtual ViStatus SetListTemplateMin(double value) = 0;
+    virtual ViStatus GetListTemplateMin(double& value) = 0;
+    virtual ViStatus SetListTemplatePeriod(double seconds) = 0;
+    virtual ViStatus GetListTemplatePeriod(double& seconds) = 0;
+    virtual ViStatus SetListTemplateInterval(double seconds) = 0;
+    virtual ViStatus GetListTemplateInterval(double& seconds) = 0;
+    virtual ViStatus SetListTemplateCycles(std::int32_t cycles) = 0;
+    virtual ViStatus GetListTemplateCycles(std::int32_t& cycles) = 0;
+    virtual ViStatus SetListTemplateInverted(bool on) = 0;
+    virtual ViStatus GetListTemplateInverted(bool& on) = 0;
+    virtual ViStatus SetListTemplateWidth(double seconds) = 0;
+    virtual ViStatus GetListTemplateWidth(double& seconds) = 0;
+    virtual ViStatus SetListTemplatePulseCount(std::int32_t pulses) = 0;
+    virtual ViStatus GetListTemplatePulseCount(std::int32_t& pulses) = 0;
+    virtual ViStatus SetListTemplateSymmetry(std::int32_t percent) = 0;
+    virtual ViStatus GetListTemplateSymmetry(std::int32_t& percent) = 0;
+    virtual ViStatus SetListTemplateStairs(std::int32_t stairs) = 0;
+    virtual ViStatus GetListTemplateStairs(std::int32_t& stairs) = 0;
+    virtual ViStatus SetListTemplateExpPower(std::int32_t value) = 0;
+    virtual ViStatus GetListTemplateExpPower(std::int32_t& value) = 0;
+    virtual ViStatus SetListTemplateExpRate(std::int32_t value) = 0;
+    virtual ViStatus GetListTemplateExpRate(std::int32_t& value) = 0;
+    virtual ViStatus GetListTemplatePoints(std::int32_t& points) = 0;
+    virtual ViStatus ConstructListTemplate(std::uint32_t index) = 0;
+
+    // --- Delay mode
+    virtual ViStatus SetDelayEnabled(bool on) = 0;
+    virtual ViStatus GetDelayEnabled(bool& on) = 0;
+    virtual ViStatus GetDelayStatus(DelayState& state, double& seconds, std::int32_t& group, std::int32_t& cycle) = 0;
+    virtual ViStatus SetDelayCycles(std::int32_t cycles) = 0;
+    virtual ViStatus GetDelayCycles(std::int32_t& cycles) = 0;
+    virtual ViStatus SetDelayEndState(DelayEndState state) = 0;
+    virtual ViStatus GetDelayEndState(DelayEndState& state) = 0;
+    virtual ViStatus GetDelayGroupCount(std::int32_t& count) = 0;
+    virtual ViStatus InsertDelayGroup(std::int32_t index) = 0;
+    virtual ViStatus DeleteDelayGroup(std::int32_t index) = 0;
+    virtual ViStatus ClearDelayGroups() = 0;
+    virtual ViStatus SetDelayGroup(std::uint32_t index, bool on, double seconds) = 0;
+    virtual ViStatus GetDelayGroup(std::uint32_t index, bool& on, double& seconds) = 0;
+
+    // --- Delay patterns
+    virtual ViStatus SetDelayGenerateMode(DelayGenerateMode mode) = 0;
+    virtual ViStatus GetDelayGenerateMode(DelayGenerateMode& mode) = 0;
+    virtual ViStatus SetDelayPattern(DelayPattern pattern) = 0;
+    virtual ViStatus GetDelayPattern(DelayPattern& pattern) = 0;
+    virtual ViStatus SetDelayGeneratePoints(std::int32_t points) = 0;
+    virtual ViStatus GetDelayGeneratePoints(std::int32_t& points) = 0;
+    virtual ViStatus SetDelayOnTime(double seconds) = 0;
+    virtual ViStatus GetDelayOnTime(double& seconds) = 0;
+    virtual ViStatus SetDelayOffTime(double seconds) = 0;
+    virtual ViStatus GetDelayOffTime(double& seconds) = 0;
+    virtual ViStatus SetDelayBaseTime(double seconds) = 0;
+    virtual ViStatus GetDelayBaseTime(double& seconds) = 0;
+    virtual ViStatus SetDelayStepTime(double seconds) = 0;
+    virtual ViStatus GetDelayStepTime(double& seconds) = 0;
+    virtual ViStatus ConstructDelayGroups(std::uint32_t index) = 0;
+
+    // --- Trigger inputs
+    virtual ViStatus SetTriggerInputEnabled(TriggerInput input, bool on) = 0;
+    virtual ViStatus GetTriggerInputEnabled(TriggerInput input, bool& on) = 0;
+
+    /// All outputs at once; the supply has no query for it.
     virtual ViStatus SetAllOutputsOff() = 0;
+    // clang-format on
 
   protected:
     /// `connection` is null for an instrument that performs no I/O.
@@ -113,11 +248,34 @@ class InstBase {
     ViStatus GetForChannel(std::string_view header, ChannelNumber channel, T& value) {
         return Ask(StoreIn(value), header, static_cast<Channel>(channel));
     }
+    /// One value, asked for with an argument: ":TRIG:IN:ENAB? D4".
+    template <typename Argument, typename T>
+    ViStatus GetIndexed(std::string_view header, const Argument& argument, T& value) {
+        return Ask(StoreIn(value), header, argument);
+    }
     template <typename... Arguments>
     ViStatus SetArgs(std::string_view header, const Arguments&... arguments) {
         return Command(header, arguments...);
     }
     ViStatus Send(std::string_view header) { return Command(header); }
+
+    /// The arguments of a query with several outputs.
+    template <typename... Arguments>
+    static std::tuple<Arguments...> With(const Arguments&... arguments) {
+        return {arguments...};
+    }
+    /// A reply of several fields, parsed in order; extra ones are ignored. A missing one throws
+    /// std::out_of_range("invalid vector subscript") after the outputs before it have been written. Writes the number
+    /// of fields expected to standard output first: kept on purpose.
+    template <typename... Arguments, typename... Outputs>
+    ViStatus GetFields(std::string_view header, const std::tuple<Arguments...>& arguments, Outputs&... outputs) {
+        const auto store = [&](std::string_view reply) {
+            AnnounceFields(sizeof...(Outputs));
+            Visa::FieldReader fields(reply, ',', true);
+            (Parse(fields.Next(), outputs), ...);
+        };
+        return std::apply([&](const auto&... each) { return Ask(store, header, each...); }, arguments);
+    }
 
     /// Queries and hands the reply to `store`, which runs only when the exchange succeeded.
     template <typename Store, typename Header, typename... Arguments>
@@ -140,6 +298,8 @@ class InstBase {
         FormatCommand(line_, header, arguments...);
         return IoStatus(Write(line_));
     }
+
+    static void AnnounceFields(std::size_t expected);
 
     static ViStatus IoStatus(ViStatus visaStatus) { return visaStatus < 0 ? DRIVER_ERROR_IO : visaStatus; }
 

@@ -10,7 +10,26 @@
 
 namespace ORVA {
 
-enum class Channel : std::int32_t { CH1 = 1, CH2 = 2 };
+// clang-format off
+// Channel and TriggerInput count from 1, all others from 0.
+enum class Channel : std::int32_t { CH1 = 1, CH2 };
+enum class RegulationMode : std::int32_t { ConstantVoltage, ConstantCurrent };
+enum class CurrentRange : std::int32_t { Auto, Low, High };
+enum class CurrentRate : std::int32_t { Rate62, Rate4000, Rate8000 };
+enum class TriggerInput : std::int32_t { D1 = 1, D2, D3, D4 };
+enum class ProtectionDelayMode : std::int32_t { Any, SettingChange };
+enum class PowerOnState : std::int32_t { Reset, Last, LastOff };
+enum class PairMode : std::int32_t { Off, Series, Parallel };
+enum class OffMode : std::int32_t { BleederOn, BleederOff };
+enum class ListState : std::int32_t { Stopped, Ready, Running, Paused };
+enum class ListEndState : std::int32_t { Off, Last };
+enum class ListTemplate : std::int32_t { Sine, Pulse, Ramp, Up, Down, UpDown, Rise, Fall };
+enum class ListTemplateObject : std::int32_t { Voltage, Current };
+enum class DelayState : std::int32_t { Stopped, Running };
+enum class DelayEndState : std::int32_t { Off, On, Last };
+enum class DelayGenerateMode : std::int32_t { Fixed, Increase, Decrease };
+enum class DelayPattern : std::int32_t { OffFirst, OnFirst };
+// clang-format on
 
 /// One value with its keywords: the first is sent, every one is understood in replies. Unused places stay empty.
 template <typename Enumeration>
@@ -23,11 +42,25 @@ struct Keywords {
 template <typename Enumeration>
 inline constexpr auto kKeywords = nullptr;
 
-template <>
-inline constexpr auto kKeywords<Channel> = std::to_array<Keywords<Channel>>({
-    {Channel::CH1, {"CH1"}},
-    {Channel::CH2, {"CH2"}},
-});
+// clang-format off
+template <> inline constexpr auto kKeywords<Channel> = std::to_array<Keywords<Channel>>({{Channel::CH1, {"CH1"}}, {Channel::CH2, {"CH2"}}});
+template <> inline constexpr auto kKeywords<RegulationMode> = std::to_array<Keywords<RegulationMode>>({{RegulationMode::ConstantVoltage, {"CV"}}, {RegulationMode::ConstantCurrent, {"CC"}}});
+template <> inline constexpr auto kKeywords<CurrentRange> = std::to_array<Keywords<CurrentRange>>({{CurrentRange::Auto, {"AUTO"}}, {CurrentRange::Low, {"LOW"}}, {CurrentRange::High, {"HIGH"}}});
+template <> inline constexpr auto kKeywords<CurrentRate> = std::to_array<Keywords<CurrentRate>>({{CurrentRate::Rate62, {"62"}}, {CurrentRate::Rate4000, {"4000", "4K"}}, {CurrentRate::Rate8000, {"8000", "8K"}}});
+template <> inline constexpr auto kKeywords<TriggerInput> = std::to_array<Keywords<TriggerInput>>({{TriggerInput::D1, {"D1"}}, {TriggerInput::D2, {"D2"}}, {TriggerInput::D3, {"D3"}}, {TriggerInput::D4, {"D4"}}});
+template <> inline constexpr auto kKeywords<ProtectionDelayMode> = std::to_array<Keywords<ProtectionDelayMode>>({{ProtectionDelayMode::Any, {"ANY"}}, {ProtectionDelayMode::SettingChange, {"SCH"}}});
+template <> inline constexpr auto kKeywords<PowerOnState> = std::to_array<Keywords<PowerOnState>>({{PowerOnState::Reset, {"RST"}}, {PowerOnState::Last, {"LAST"}}, {PowerOnState::LastOff, {"LOFF"}}});
+template <> inline constexpr auto kKeywords<PairMode> = std::to_array<Keywords<PairMode>>({{PairMode::Off, {"OFF"}}, {PairMode::Series, {"SER"}}, {PairMode::Parallel, {"PAR"}}});
+template <> inline constexpr auto kKeywords<OffMode> = std::to_array<Keywords<OffMode>>({{OffMode::BleederOn, {"BLEON"}}, {OffMode::BleederOff, {"BLEOFF"}}});
+template <> inline constexpr auto kKeywords<ListState> = std::to_array<Keywords<ListState>>({{ListState::Stopped, {"STOPPED"}}, {ListState::Ready, {"READY"}}, {ListState::Running, {"RUNNING"}}, {ListState::Paused, {"PAUSED"}}});
+template <> inline constexpr auto kKeywords<ListEndState> = std::to_array<Keywords<ListEndState>>({{ListEndState::Off, {"OFF"}}, {ListEndState::Last, {"LAST"}}});
+template <> inline constexpr auto kKeywords<ListTemplate> = std::to_array<Keywords<ListTemplate>>({{ListTemplate::Sine, {"SINE"}}, {ListTemplate::Pulse, {"PULSE"}}, {ListTemplate::Ramp, {"RAMP"}}, {ListTemplate::Up, {"UP"}}, {ListTemplate::Down, {"DN"}}, {ListTemplate::UpDown, {"UPDN"}}, {ListTemplate::Rise, {"RISE"}}, {ListTemplate::Fall, {"FALL"}}});
+template <> inline constexpr auto kKeywords<ListTemplateObject> = std::to_array<Keywords<ListTemplateObject>>({{ListTemplateObject::Voltage, {"V"}}, {ListTemplateObject::Current, {"C"}}});
+template <> inline constexpr auto kKeywords<DelayState> = std::to_array<Keywords<DelayState>>({{DelayState::Stopped, {"STOPPED"}}, {DelayState::Running, {"RUNNING"}}});
+template <> inline constexpr auto kKeywords<DelayEndState> = std::to_array<Keywords<DelayEndState>>({{DelayEndState::Off, {"OFF"}}, {DelayEndState::On, {"ON"}}, {DelayEndState::Last, {"LAST"}}});
+template <> inline constexpr auto kKeywords<DelayGenerateMode> = std::to_array<Keywords<DelayGenerateMode>>({{DelayGenerateMode::Fixed, {"FIX"}}, {DelayGenerateMode::Increase, {"INC"}}, {DelayGenerateMode::Decrease, {"DEC"}}});
+template <> inline constexpr auto kKeywords<DelayPattern> = std::to_array<Keywords<DelayPattern>>({{DelayPattern::OffFirst, {"01P"}}, {DelayPattern::OnFirst, {"10P"}}});
+// clang-format on
 
 template <typename T>
 concept KeywordEnumeration = std::is_enum_v<T> && requires {

@@ -29,13 +29,20 @@ std::int32_t parseInt(std::string_view reply) { return text::ToInt(PrefixOf(repl
 
 double parseDouble(std::string_view reply) { return text::ToReal(PrefixOf(reply, "0123456789+-.Ee")); }
 
+std::string_view FieldReader::Next() {
+    if (rest_.empty()) {
+        throw std::out_of_range("invalid vector subscript");
+    }
+    const auto end = rest_.find(separator_);
+    const auto field = rest_.substr(0, end);
+    rest_ = end == std::string_view::npos ? std::string_view{} : rest_.substr(end + 1);
+    return trim_ ? text::Trim(field, [](char c) { return c == '\r' || c == '\n' || c == '\t'; }) : field;
+}
+
 std::vector<std::string_view> split(std::string_view reply, char separator, bool trim) {
     std::vector<std::string_view> fields;
-    text::ForEachElement(reply, separator, [&](std::string_view field) {
-        fields.push_back(trim ? text::Trim(field, [](char c) { return c == '\r' || c == '\n' || c == '\t'; }) : field);
-    });
-    if (reply.empty() || reply.back() == separator) {
-        fields.pop_back();
+    for (FieldReader reader(reply, separator, trim); !reader.AtEnd();) {
+        fields.push_back(reader.Next());
     }
     return fields;
 }

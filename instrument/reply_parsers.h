@@ -22,6 +22,22 @@ double parseDouble(std::string_view reply);
 /// The fields between the separators, in order; an empty field after the last separator is not one. With `trim` each
 /// field loses its leading and trailing carriage returns, line feeds and tabs; blanks stay, deliberately. The fields
 /// view the reply.
+class FieldReader {
+  public:
+    FieldReader(std::string_view reply, char separator, bool trim) : rest_(reply), separator_(separator), trim_(trim) {}
+
+    [[nodiscard]] bool AtEnd() const { return rest_.empty(); }
+
+    /// Throws std::out_of_range("invalid vector subscript") when there is no field left.
+    std::string_view Next();
+
+  private:
+    std::string_view rest_;
+    char separator_;
+    bool trim_;
+};
+
+/// All the fields that a FieldReader gives.
 std::vector<std::string_view> split(std::string_view reply, char separator, bool trim);
 
 } // namespace Visa

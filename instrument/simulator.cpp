@@ -11,6 +11,23 @@ double TARNEXSimulator::DrawVoltage(ChannelNumber channel) {
     return random_.Real(limits.minimumVoltage, limits.maximumVoltage);
 }
 
+double TARNEXSimulator::DrawCurrent(ChannelNumber channel) {
+    const auto& limits = GetChannelLimits(channel);
+    return random_.Real(limits.minimumCurrent, limits.maximumCurrent);
+}
+
+double TARNEXSimulator::DrawPower(ChannelNumber channel) {
+    const auto& limits = GetChannelLimits(channel);
+    return random_.Real(limits.minimumVoltage * limits.minimumCurrent, limits.maximumVoltage * limits.maximumCurrent);
+}
+
+ViStatus TARNEXSimulator::DrawProgress(double& seconds, std::int32_t& group, std::int32_t& cycle) {
+    seconds = DrawSeconds();
+    group = static_cast<std::int32_t>(random_.Real(0.0, 511.0));
+    cycle = static_cast<std::int32_t>(random_.Real(0.0, 99999.0));
+    return VI_SUCCESS;
+}
+
 ViStatus TARNEXSimulator::SetOpen(bool open) {
     open_ = open;
     return VI_SUCCESS;

@@ -70,6 +70,14 @@ ViStatus TARNEX::QueryQuestionableEvent(ChannelNumber ch, std::int32_t& value) {
                NumberedHeader{":STATus:QUEStionable:INSTrument:ISUMmary", ch, ":EVENt?"});
 }
 
+// The output is written whatever the status, deliberately: after a failed exchange it is the lowest channel.
+ViStatus TARNEX::GetSelectedChannel(ChannelNumber& ch) {
+    std::string reply;
+    const auto status = Get(":INST:SELE?", reply);
+    ch = static_cast<ChannelNumber>(ValueOf<Channel>(reply));
+    return status;
+}
+
 ViStatus TARNEX::QueryError(std::int32_t& code, std::string& message) {
     auto result = IVI_ERROR_CANNOT_RECOVER; // a text that itself holds a comma ends here too, deliberately
     const auto status = Ask(
