@@ -3,7 +3,16 @@
 //
 // Every handle that a Get... call returns is given back with IviConfig_DisposeHandle, the store with IviConfig_Close.
 // Collections count from 1. Texts follow the buffer rule of IVI-3.2 3.1.2.1: what does not fit is cut and the size
-// needed is returned as a positive status; size 0 writes nothing; a negative size copies everything.
+// needed is returned as a positive status; size 0 writes nothing and returns the size needed; a negative size copies
+// everything.
+//
+// The built-in server takes its master location from the environment: IVI_CONFIG_STORE when set, else
+// $XDG_CONFIG_HOME/ivi/IviConfigurationStore.xml ($HOME/.config in place of an unset XDG_CONFIG_HOME) when it is there,
+// else /etc/ivi/IviConfigurationStore.xml when it is there, else the user's location again. No file at the master
+// location is an empty store; any other store file has to exist.
+//
+// Every function may be called from any thread. A null pointer where a result is to be written, or a null name, gives
+// IVI_ERROR_NULL_POINTER (0xBFFA0058); want of memory IVI_ERROR_OUT_OF_MEMORY (0xBFFA0056).
 #pragma once
 
 #include "platform/vi_types.h"
@@ -13,7 +22,11 @@ using IviConfigHandle = void*;
 inline constexpr auto IVI_CONFIG_ERROR_DESERIALIZE_FAILED = static_cast<ViStatus>(0xBFFA1200);
 inline constexpr auto IVI_CONFIG_ERROR_ALREADY_DESERIALIZED = static_cast<ViStatus>(0xBFFA1201);
 inline constexpr auto IVI_CONFIG_ERROR_SESSION_NOT_FOUND = static_cast<ViStatus>(0xBFFA1203);
+/// A reference to an object that the store does not hold.
+inline constexpr auto IVI_CONFIG_ERROR_NOT_IN_GLOBAL_COLLECTION = static_cast<ViStatus>(0xBFFA1204);
+/// No such name or index in a collection; also a reference that is not there.
 inline constexpr auto IVI_CONFIG_ERROR_ITEM_NOT_FOUND = static_cast<ViStatus>(0xBFFA1207);
+/// A data component of another type, or one whose text is not a value of its type.
 inline constexpr auto IVI_CONFIG_ERROR_INVALID_DATA_COMPONENT = static_cast<ViStatus>(0xBFFA1208);
 inline constexpr auto IVI_CONFIG_ERROR_INVALID_HANDLE = static_cast<ViStatus>(0xBFFA1220);
 inline constexpr auto IVI_CONFIG_ERROR_INVALID_PROPERTY = static_cast<ViStatus>(0xBFFA1221);
@@ -47,11 +60,13 @@ ViStatus _VI_FUNC IviConfig_DisposeHandle(IviConfigHandle handle);
 ViStatus _VI_FUNC IviConfig_GetError(ViInt32 size, ViChar text[]);
 ViStatus _VI_FUNC IviConfig_ClearError(void);
 
-/// Reads the store file at `location` into the store.
+/// Reads the store file at `location` into the store. What is not a store file is IVI_CONFIG_ERROR_DESERIALIZE_FAILED
+/// with a text that says what is wrong with which file. Numbers and flags are judged when they are asked for, so that
+/// an entry that nobody uses does no harm.
 ViStatus _VI_FUNC IviConfig_Deserialize(IviConfigHandle store, ViConstString location);
 ViStatus _VI_FUNC IviConfig_GetConfigStorePropertyViString(IviConfigHandle store, ViInt32 id, ViInt32 size,
                                                            ViChar value[]);
-/// Only the process-default location can be set; it holds for the whole process.
+/// Only the process-default location can be set; it holds for the whole process, and empty text unsets it.
 ViStatus _VI_FUNC IviConfig_SetConfigStorePropertyViString(IviConfigHandle store, ViInt32 id, ViConstString value);
 
 /// Looks `name` up among the logical names first, then among the driver sessions.

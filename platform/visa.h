@@ -1,4 +1,9 @@
 // The seven VISA operations that the driver uses (VPP-4.3), with the attributes and codes of VPP-4.3.2.
+//
+// The built-in library serves raw TCP sockets: "TCPIP[board]::host::port::SOCKET", host a name, an IPv4 address or an
+// IPv6 address in square brackets. Other kinds of resources give VI_ERROR_INTF_NUM_NCONFIG, names that are none
+// VI_ERROR_INV_RSRC_NAME. Every function may be called from any thread; a call that another thread's viClose ends
+// returns VI_ERROR_INV_OBJECT.
 #pragma once
 
 #include "platform/vi_types.h"
@@ -47,6 +52,7 @@ inline constexpr auto VI_ERROR_SYSTEM_ERROR = static_cast<ViStatus>(0xBFFF0000);
 inline constexpr auto VI_ERROR_INV_OBJECT = static_cast<ViStatus>(0xBFFF000E);
 inline constexpr auto VI_ERROR_RSRC_NFOUND = static_cast<ViStatus>(0xBFFF0011);
 inline constexpr auto VI_ERROR_INV_RSRC_NAME = static_cast<ViStatus>(0xBFFF0012);
+inline constexpr auto VI_ERROR_INV_ACC_MODE = static_cast<ViStatus>(0xBFFF0013);
 inline constexpr auto VI_ERROR_TMO = static_cast<ViStatus>(0xBFFF0015);
 inline constexpr auto VI_ERROR_NSUP_ATTR = static_cast<ViStatus>(0xBFFF001D);
 inline constexpr auto VI_ERROR_NSUP_ATTR_STATE = static_cast<ViStatus>(0xBFFF001E);
@@ -56,7 +62,9 @@ inline constexpr auto VI_ERROR_INV_MASK = static_cast<ViStatus>(0xBFFF003D);
 inline constexpr auto VI_ERROR_IO = static_cast<ViStatus>(0xBFFF003E);
 inline constexpr auto VI_ERROR_INV_FMT = static_cast<ViStatus>(0xBFFF003F);
 inline constexpr auto VI_ERROR_NSUP_OPER = static_cast<ViStatus>(0xBFFF0067);
+inline constexpr auto VI_ERROR_USER_BUF = static_cast<ViStatus>(0xBFFF0071);
 inline constexpr auto VI_ERROR_RSRC_BUSY = static_cast<ViStatus>(0xBFFF0072);
+inline constexpr auto VI_ERROR_INV_PARAMETER = static_cast<ViStatus>(0xBFFF0078);
 inline constexpr auto VI_ERROR_INTF_NUM_NCONFIG = static_cast<ViStatus>(0xBFFF00A5);
 inline constexpr auto VI_ERROR_CONN_LOST = static_cast<ViStatus>(0xBFFF00A6);
 
@@ -64,18 +72,27 @@ extern "C" {
 
 ViStatus _VI_FUNC viOpenDefaultRM(ViSession* rm);
 
-/// Opens the resource `name` (any letter case); `timeoutMs` bounds the opening, name resolution included.
+/// Opens the resource `name` (any letter case); `timeoutMs` bounds the opening, name resolution included
+/// (VI_ERROR_TMO). The only access mode is 0, no lock. A host that cannot be found or reached, or that refuses the
+/// connection, gives VI_ERROR_RSRC_NFOUND.
 ViStatus _VI_FUNC viOpen(ViSession rm, ViConstRsrc name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi);
 
 /// Closing a resource manager session closes its instrument sessions.
 ViStatus _VI_FUNC viClose(ViObject vi);
+
+/// VI_ERROR_NSUP_ATTR for an attribute that the session does not have, VI_ERROR_NSUP_ATTR_STATE for a value that it
+/// cannot take.
 ViStatus _VI_FUNC viSetAttribute(ViObject vi, ViAttr name, ViAttrState value);
+
+/// `mask` is any combination of the four buffers, else VI_ERROR_INV_MASK.
 ViStatus _VI_FUNC viSetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size);
+
+/// Sends all of `buf` or fails; `written`, which may be null, counts what was sent either way.
 ViStatus _VI_FUNC viWrite(ViSession vi, ViConstBuf buf, ViUInt32 count, ViUInt32* written);
 
 /// VI_SUCCESS when the interface signalled the end of the message, VI_SUCCESS_TERM_CHAR when the enabled termination
 /// character was read (it is part of the data), VI_SUCCESS_MAX_CNT when `count` bytes were read first. After
-/// VI_ERROR_TMO, `buf` and `got` hold what had arrived.
+/// VI_ERROR_TMO or VI_ERROR_CONN_LOST, `buf` and `got` (which may be null) hold what had arrived.
 ViStatus _VI_FUNC viRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* got);
 
 } // extern "C"
