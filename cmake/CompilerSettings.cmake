@@ -29,6 +29,7 @@ endif()
 # A floor of the driver: a static library that a test can link alone. Its symbols stay hidden in what links it.
 function(tarnex_add_layer name)
   add_library(${name} STATIC ${ARGN})
-  target_link_libraries(${name} PUBLIC tarnex_settings)
+  # For our own sources and tests; who links to the installed library chooses its own warnings.
+  target_link_libraries(${name} PUBLIC $<BUILD_INTERFACE:tarnex_settings>)
   set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 endfunction()

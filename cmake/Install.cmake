@@ -1,0 +1,41 @@
+# What `cmake --install` puts where, and the package that find_package(TARNEX) finds:
+#   TARNEX::TARNEX      the driver's shared library with its header
+#   TARNEX::instrument  the command layer, a static library for C++ programs of their own
+# The built-in platform runtime goes into a folder of its own beside the driver, which finds it by its run path; so it
+# never shadows a vendor's libraries.
+
+if(WIN32 OR NOT TARNEX_PLATFORM_RUNTIME)
+  return()
+endif()
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/TARNEX)
+set(runtime_folder ${CMAKE_INSTALL_LIBDIR}/tarnex)
+set(layer_includes ${CMAKE_INSTALL_INCLUDEDIR}/tarnex)
+
+set_target_properties(TARNEX PROPERTIES INSTALL_RPATH "$ORIGIN/tarnex")
+set_target_properties(tarnex_instrument PROPERTIES EXPORT_NAME instrument)
+set_target_properties(tarnex_headers PROPERTIES EXPORT_NAME headers)
+
+target_link_libraries(tarnex_visa_io INTERFACE $<INSTALL_INTERFACE:TARNEX::tarnex_visa>)
+foreach(layer text visa_io instrument)
+  target_include_directories(tarnex_${layer} INTERFACE $<INSTALL_INTERFACE:${layer_includes}>)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/${layer} DESTINATION ${layer_includes} FILES_MATCHING PATTERN "*.h")
+endforeach()
+install(FILES ${PROJECT_SOURCE_DIR}/platform/vi_types.h ${PROJECT_SOURCE_DIR}/platform/visa.h
+              ${PROJECT_SOURCE_DIR}/platform/session_service.h ${PROJECT_SOURCE_DIR}/platform/ivi_status.h
+              ${PROJECT_SOURCE_DIR}/platform/run_until_error.h
+        DESTINATION ${layer_includes}/platform)
+install(FILES ${PROJECT_SOURCE_DIR}/include/TARNEX.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+install(TARGETS TARNEX tarnex_headers tarnex_text tarnex_visa_io tarnex_instrument EXPORT TARNEXTargets
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS tarnex_session_service tarnex_config_server tarnex_visa EXPORT TARNEXTargets
+        LIBRARY DESTINATION ${runtime_folder})
+install(EXPORT TARNEXTargets NAMESPACE TARNEX:: DESTINATION ${package_folder})
+
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/TARNEXConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+file(WRITE ${PROJECT_BINARY_DIR}/TARNEXConfig.cmake "include(\${CMAKE_CURRENT_LIST_DIR}/TARNEXTargets.cmake)\n")
+install(FILES ${PROJECT_BINARY_DIR}/TARNEXConfig.cmake ${PROJECT_BINARY_DIR}/TARNEXConfigVersion.cmake
+        DESTINATION ${package_folder})
