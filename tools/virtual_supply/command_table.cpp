@@ -13,7 +13,17 @@ namespace {
 using enum ChannelIn;
 using S = ChannelSettings;
 using C = CommonSettings;
+using L = ListTemplate;
+using D = DelayTemplate;
 using I = Instrument;
+
+constexpr Kind kGroupIndex = Integer({0, kMostGroups - 1});
+constexpr Kind kPlace = Integer({0, kMostGroups});
+constexpr Kind kGroupTime = Real(kGroupTimeLimits);
+constexpr Kind kCycles = Integer({0, 99999});
+constexpr Kind kLevel = Real(Range{0.0, kVoltageLimits[0].maximum});
+constexpr Kind kListVolts = Real(kVoltageLimits[0]);
+constexpr Kind kListAmperes = Real(kCurrentLimits[0]);
 
 const std::vector<Setting>& Settings() {
     static const std::vector<Setting> kSettings{
@@ -45,6 +55,34 @@ const std::vector<Setting>& Settings() {
 
         {":MEAS:CURR:RANG", kWord, Word(kCurrentRanges), &S::current_range},
         {":MEAS:CURR:RATE", kWord, Word(kCurrentRates), &S::current_rate},
+
+        {":LIST:STAT", kNone, kBoolean, &C::list_enabled},
+        {":LIST:CYCLE", kNone, kCycles, &C::list_cycles},
+        {":LIST:ENDS", kNone, Word(kListEndStates), &C::list_end_state},
+        {":LIST:TEMP:SEL", kNone, Word(kListShapes), &L::shape},
+        {":LIST:TEMP:MAXV", kNone, kLevel, &L::maximum},
+        {":LIST:TEMP:MINV", kNone, kLevel, &L::minimum},
+        {":LIST:TEMP:PERI", kNone, kGroupTime, &L::period},
+        {":LIST:TEMP:INTE", kNone, kGroupTime, &L::interval},
+        {":LIST:TEMP:CYCLE", kNone, kCycles, &L::cycles},
+        {":LIST:TEMP:INVE", kNone, kBoolean, &L::inverted},
+        {":LIST:TEMP:WIDT", kNone, kGroupTime, &L::width},
+        {":LIST:TEMP:PULSECount", kNone, Integer({1, 256}), &L::pulse_count},
+        {":LIST:TEMP:SYMM", kNone, Integer({0, 100}), &L::symmetry},
+        {":LIST:TEMP:STAI", kNone, Integer({1, kMostGroups}), &L::stairs},
+        {":LIST:TEMP:EXPP", kNone, Integer({1, 512}), &L::exp_power},
+        {":LIST:TEMP:EXPR", kNone, Integer({0, 10}), &L::exp_rate},
+
+        {":DELAY:STATe", kNone, kBoolean, &C::delay_enabled},
+        {":DELAY:CYCLEs", kNone, kCycles, &C::delay_cycles},
+        {":DELAY:ENDState", kNone, Word(kDelayEndStates), &C::delay_end_state},
+        {":DELAY:GENerate:SELect", kNone, Word(kDelayModes), &D::mode},
+        {":DELAY:GENerate:PATT", kNone, Word(kDelayPatterns), &D::pattern},
+        {":DELAY:GENerate:POINTs", kNone, Integer({1, kMostGroups}), &D::points},
+        {":DELAY:GENerate:TIMe:ON", kNone, kGroupTime, &D::on_time},
+        {":DELAY:GENerate:TIMe:OFF", kNone, kGroupTime, &D::off_time},
+        {":DELAY:GENerate:TIMe:BASE", kNone, kGroupTime, &D::base_time},
+        {":DELAY:GENerate:TIMe:STEP", kNone, kGroupTime, &D::step_time},
     };
     return kSettings;
 }
@@ -67,6 +105,30 @@ const std::vector<Operation>& Operations() {
         {":MEAS:CURR?", kWord, {}, {kReading}, &I::MeasureCurrent},
         {":MEAS:POWE?", kWord, {}, {kReading}, &I::MeasurePower},
         {":MEAS:ALL?", kWord, {}, {kReading, kReading, kReading}, &I::MeasureAll},
+
+        {":LIST:STATUS?", kNone, {}, {Word(kListStates), kReading, kInteger, kInteger}, &I::ListStatus},
+        {":LIST:GROUP:NUM?", kNone, {}, {kInteger}, &I::ListGroupCount},
+        {":LIST:GROUP:INS", kNone, {kPlace}, {}, &I::InsertListGroup},
+        {":LIST:GROUP:DEL", kNone, {kGroupIndex}, {}, &I::DeleteListGroup},
+        {":LIST:GROUP:CLE", kNone, {}, {}, &I::ClearListGroups},
+        {":LIST:GROUP:PARA", kNone, {kGroupIndex, kListVolts, kListAmperes, kGroupTime}, {}, &I::SetListGroup},
+        {":LIST:GROUP:PARA?", kNone, {kGroupIndex}, {kReading, kReading, kReading}, &I::GetListGroup},
+        {":LIST:TEMP:OBJ", kNone, {Word(kListObjects), kLevel}, {}, &I::SetListObject},
+        {":LIST:TEMP:OBJ?", kNone, {}, {Word(kListObjects), kReading}, &I::GetListObject},
+        {":LIST:TEMP:POINTs?", kNone, {}, {kInteger}, &I::ListTemplatePoints},
+        {":LIST:TEMP:CONSTruct", kNone, {kPlace}, {}, &I::ConstructList},
+
+        {":DELAY:STATUS?", kNone, {}, {Word(kDelayStates), kReading, kInteger, kInteger}, &I::DelayStatus},
+        {":DELAY:GROUP:NUM?", kNone, {}, {kInteger}, &I::DelayGroupCount},
+        {":DELAY:GROUP:INSert", kNone, {kPlace}, {}, &I::InsertDelayGroup},
+        {":DELAY:GROUP:DELete", kNone, {kGroupIndex}, {}, &I::DeleteDelayGroup},
+        {":DELAY:GROUP:CLEar", kNone, {}, {}, &I::ClearDelayGroups},
+        {":DELAY:GROUP:PARAmeter", kNone, {kGroupIndex, kBoolean, kGroupTime}, {}, &I::SetDelayGroup},
+        {":DELAY:GROUP:PARAmeter?", kNone, {kGroupIndex}, {kBoolean, kReading}, &I::GetDelayGroup},
+        {":DELAY:GENerate:CONSTruct", kNone, {kPlace}, {}, &I::ConstructDelay},
+
+        {":TRIG:IN:ENAB", kNone, {Word(kTriggerInputs), kBoolean}, {}, &I::EnableTriggerInput},
+        {":TRIG:IN:ENAB?", kNone, {Word(kTriggerInputs)}, {kBoolean}, &I::TriggerInputEnabled},
     };
     return kOperations;
 }
@@ -79,6 +141,16 @@ Type& Field(Instrument& instrument, int channel, Type ChannelSettings::*member) 
 template <class Type>
 Type& Field(Instrument& instrument, int /*channel*/, Type CommonSettings::*member) {
     return instrument.common.*member;
+}
+
+template <class Type>
+Type& Field(Instrument& instrument, int /*channel*/, Type ListTemplate::*member) {
+    return instrument.list_template.*member;
+}
+
+template <class Type>
+Type& Field(Instrument& instrument, int /*channel*/, Type DelayTemplate::*member) {
+    return instrument.delay_template.*member;
 }
 
 struct HeaderOrder {

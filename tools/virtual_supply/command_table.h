@@ -19,8 +19,10 @@ enum class ChannelIn {
 
 /// A value that is kept: "<header> <value>" sets it, "<header>?" reads it back.
 struct Setting {
-    using Member = std::variant<bool ChannelSettings::*, int ChannelSettings::*, double ChannelSettings::*,
-                                bool CommonSettings::*, int CommonSettings::*, double CommonSettings::*>;
+    using Member =
+        std::variant<bool ChannelSettings::*, int ChannelSettings::*, double ChannelSettings::*, bool CommonSettings::*,
+                     int CommonSettings::*, double CommonSettings::*, bool ListTemplate::*, int ListTemplate::*,
+                     double ListTemplate::*, int DelayTemplate::*, double DelayTemplate::*>;
 
     std::string_view header;
     ChannelIn channel_in;

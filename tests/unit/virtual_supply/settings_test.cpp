@@ -69,6 +69,36 @@ const std::vector<SettingCase> kSettingCases{
     {":MEAS:CURR:RANG CH2,HIGH", ":MEAS:CURR:RANG? CH2", "AUTO", "HIGH"},
     {":MEAS:CURR:RATE CH1,4000", ":MEAS:CURR:RATE? CH1", "62", "4000"},
     {":MEAS:CURR:RATE CH2,8K", ":MEAS:CURR:RATE? CH2", "62", "8000"},
+
+    {":LIST:CYCLE 7", ":LIST:CYCLE?", "1", "7"},
+    {":LIST:ENDS LAST", ":LIST:ENDS?", "OFF", "LAST"},
+    {":LIST:TEMP:SEL FALL", ":LIST:TEMP:SEL?", "SINE", "FALL"},
+    {":LIST:TEMP:MAXV 12.5", ":LIST:TEMP:MAXV?", "1.000000", "12.500000"},
+    {":LIST:TEMP:MINV 0.5", ":LIST:TEMP:MINV?", "0.000000", "0.500000"},
+    {":LIST:TEMP:PERI 3", ":LIST:TEMP:PERI?", "1.000000", "3.000000"},
+    {":LIST:TEMP:INTE 0.25", ":LIST:TEMP:INTE?", "0.100000", "0.250000"},
+    {":LIST:TEMP:CYCLE 9", ":LIST:TEMP:CYCLE?", "1", "9"},
+    {":LIST:TEMP:INVE ON", ":LIST:TEMP:INVE?", "OFF", "ON"},
+    {":LIST:TEMP:WIDT 0.125", ":LIST:TEMP:WIDT?", "0.500000", "0.125000"},
+    {":LIST:TEMP:PULSECount 256", ":LIST:TEMP:PULSECount?", "1", "256"},
+    {":LIST:TEMP:SYMM 0", ":LIST:TEMP:SYMM?", "50", "0"},
+    {":LIST:TEMP:STAI 512", ":LIST:TEMP:STAI?", "10", "512"},
+    {":LIST:TEMP:EXPP 2", ":LIST:TEMP:EXPP?", "1", "2"},
+    {":LIST:TEMP:EXPR 10", ":LIST:TEMP:EXPR?", "1", "10"},
+    {":LIST:TEMP:OBJ C,2.5", ":LIST:TEMP:OBJ?", "V,0.000000", "C,2.500000"},
+
+    {":DELAY:CYCLEs 99999", ":DELAY:CYCLEs?", "1", "99999"},
+    {":DELAY:ENDState LAST", ":DELAY:ENDState?", "OFF", "LAST"},
+    {":DELAY:GENerate:SELect DEC", ":DELAY:GENerate:SELect?", "FIX", "DEC"},
+    {":DELAY:GENerate:PATT 10P", ":DELAY:GENerate:PATT?", "01P", "10P"},
+    {":DELAY:GENerate:POINTs 512", ":DELAY:GENerate:POINTs?", "2", "512"},
+    {":DELAY:GENerate:TIMe:ON 2", ":DELAY:GENerate:TIMe:ON?", "1.000000", "2.000000"},
+    {":DELAY:GENerate:TIMe:OFF 3", ":DELAY:GENerate:TIMe:OFF?", "1.000000", "3.000000"},
+    {":DELAY:GENerate:TIMe:BASE 4", ":DELAY:GENerate:TIMe:BASE?", "1.000000", "4.000000"},
+    {":DELAY:GENerate:TIMe:STEP 5", ":DELAY:GENerate:TIMe:STEP?", "0.100000", "5.000000"},
+
+    {":TRIG:IN:ENAB D1,ON", ":TRIG:IN:ENAB? D1", "OFF", "ON"},
+    {":TRIG:IN:ENAB D4,ON", ":TRIG:IN:ENAB? D4", "OFF", "ON"},
 };
 
 constexpr auto kNextError = ":SYSTem:ERRor?";
