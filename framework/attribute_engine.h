@@ -38,6 +38,9 @@ class AttributeInfo {
     [[nodiscard]] constexpr ViAttr Id() const { return id_; }
     [[nodiscard]] constexpr std::string_view Name() const { return name_; }
     [[nodiscard]] std::string_view TypeName() const;
+    [[nodiscard]] bool IsWritable() const {
+        return std::visit([](const auto& accessors) { return accessors.set != nullptr; }, accessors_);
+    }
 
     /// Marks the value that `session` caches for one name invalid, or drops the cached values of every name.
     void Invalidate(DriverSession& session, bool all, std::string_view repCapName) const;
@@ -64,6 +67,8 @@ class AttributeEngine {
   public:
     /// `rows` in ascending order of their identifiers; they must outlive the engine.
     constexpr explicit AttributeEngine(std::span<const AttributeInfo> rows) : rows_(rows) {}
+
+    [[nodiscard]] std::span<const AttributeInfo> Rows() const { return rows_; }
 
     /// `function` is the export's name, for the description of a null `value`, which is checked before all else.
     template <typename T>

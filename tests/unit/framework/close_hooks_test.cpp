@@ -1,0 +1,84 @@
+#include "framework/close_hooks.h"
+
+#include <stdexcept>
+#include <thread>
+
+#include "tests/unit/framework/framework_fixture.h"
+
+namespace unit {
+namespace {
+
+// Hooks stay for the life of the process, so each test adds its own, which do nothing once the test is over.
+class CloseHooks : public FrameworkTest {
+  protected:
+    CloseHooks() { told_.clear(); }
+    ~CloseHooks() override { ++test_; }
+
+    /// A hook of this test that tells `name` and the handle.
+    static void Add(const std::string& name) {
+        nrt2::AddCloseHook([name, mine = test_](ViSession vi) {
+            if (test_ == mine) {
+                told_.push_back(name + " " + std::to_string(vi));
+            }
+        });
+    }
+
+    static inline std::vector<std::string> told_;
+    static inline int test_ = 0;
+};
+
+TEST_F(CloseHooks, RunInTheOrderOfTheirAdditionWithTheHandle) {
+    Add("first");
+    Add("second");
+    nrt2::RunCloseHooks(42);
+    EXPECT_THAT(told_, ElementsAre("first 42", "second 42"));
+    Add("third");
+    nrt2::RunCloseHooks(43);
+    EXPECT_THAT(told_, ElementsAre("first 42", "second 42", "first 43", "second 43", "third 43"));
+}
+
+TEST_F(CloseHooks, RunBeforeTheSessionIsDisconnected) {
+    const auto vi = Open();
+    nrt2::AddCloseHook([mine = test_](ViSession closing) {
+        if (test_ == mine) {
+            TheSessions().calls.push_back("hook " + std::to_string(closing));
+        }
+    });
+    EXPECT_EQ(nrt2::CloseSession<TestSession>(vi), VI_SUCCESS);
+    EXPECT_THAT(TakeCalls(), ElementsAre("hook " + std::to_string(vi), "disconnect", "destroy"));
+}
+
+TEST_F(CloseHooks, DoNotRunForAnUnknownHandle) {
+    Add("hook");
+    EXPECT_EQ(Status(nrt2::CloseSession<TestSession>(7)), Status(0xBFFA1190));
+    EXPECT_THAT(told_, IsEmpty());
+}
+
+TEST_F(CloseHooks, AddedByAHookRunFromTheNextCloseOn) {
+    bool add = true;
+    nrt2::AddCloseHook([&add, mine = test_](ViSession /*vi*/) {
+        if (test_ == mine && std::exchange(add, false)) {
+            Add("late");
+        }
+    });
+    nrt2::RunCloseHooks(1);
+    EXPECT_THAT(told_, IsEmpty());
+    nrt2::RunCloseHooks(2);
+    EXPECT_THAT(told_, ElementsAre("late 2"));
+}
+
+TEST_F(CloseHooks, MayBeAddedWhileOthersRun) {
+    constexpr int kRounds = 200;
+    std::thread adding([] {
+        for (int i = 0; i < kRounds; ++i) {
+            nrt2::AddCloseHook([](ViSession /*vi*/) {});
+        }
+    });
+    for (int i = 0; i < kRounds; ++i) {
+        nrt2::RunCloseHooks(1);
+    }
+    adding.join();
+}
+
+} // namespace
+} // namespace unit

@@ -1,0 +1,109 @@
+#include "framework/string_buffer.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+#include "tests/unit/support/status.h"
+
+namespace unit {
+namespace {
+
+constexpr std::size_t kRoom = 16;
+
+/// A buffer in which every byte that was not written can be seen.
+std::array<ViChar, kRoom> Marked() {
+    std::array<ViChar, kRoom> buffer{};
+    buffer.fill('#');
+    return buffer;
+}
+
+std::string Bytes(const std::array<ViChar, kRoom>& buffer) { return {buffer.begin(), buffer.end()}; }
+
+/// What copying `text` into `size` bytes leaves in the buffer.
+std::string Copied(std::string_view text, ViInt32 size) {
+    auto buffer = Marked();
+    nrt2::CopyText(text, size, buffer.data());
+    return Bytes(buffer);
+}
+
+TEST(CopyText, WritesTheTextAndItsEndAndNothingElse) {
+    EXPECT_EQ(Copied("abc", 16), std::string("abc\0############", 16));
+    EXPECT_EQ(Copied("abc", 4), std::string("abc\0############", 16));
+    EXPECT_EQ(Copied("", 16), std::string("\0###############", 16));
+}
+
+TEST(CopyText, CutsWhatDoesNotFit) {
+    EXPECT_EQ(Copied("abc", 3), std::string("ab\0#############", 16));
+    EXPECT_EQ(Copied("abc", 1), std::string("\0###############", 16));
+}
+
+TEST(CopyText, TakesNoMoreThanItsView) {
+    EXPECT_EQ(Copied(std::string_view("abcdef", 2), 16), std::string("ab\0#############", 16));
+}
+
+TEST(IsFull, IsTheTextThatUsesAllItsBytes) {
+    EXPECT_TRUE(nrt2::IsFull(4, "abc"));
+    EXPECT_TRUE(nrt2::IsFull(1, ""));
+    EXPECT_FALSE(nrt2::IsFull(5, "abc\0"));
+    EXPECT_FALSE(nrt2::IsFull(4, "ab\0"));
+    EXPECT_FALSE(nrt2::IsFull(4, "abcd")); // not ended within its bytes
+    EXPECT_FALSE(nrt2::IsFull(2, "\0"));
+}
+
+class FillTextBuffer : public testing::Test {
+  protected:
+    /// Fills the buffer with "abcdefghi" by way of a getter that answers `status`.
+    Status Fill(ViInt32 size, std::uint32_t status = 0) {
+        return Status(nrt2::FillTextBuffer(size, buffer_.data(), [&](ViInt32 getterSize, ViChar buffer[]) {
+            getterSize_ = getterSize;
+            if (Code(status) >= 0) {
+                nrt2::CopyText("abcdefghi", std::min(getterSize, static_cast<ViInt32>(kRoom)), buffer);
+            }
+            return Code(status);
+        }));
+    }
+
+    std::array<ViChar, kRoom> buffer_ = Marked();
+    ViInt32 getterSize_ = 7777; // as long as the getter has not run
+};
+
+TEST_F(FillTextBuffer, OfSizeZeroAsksForTheSizeAndRunsNothing) {
+    EXPECT_EQ(Fill(0), Status(4096U));
+    EXPECT_EQ(getterSize_, 7777);
+    EXPECT_EQ(Bytes(buffer_), std::string(16, '#'));
+}
+
+TEST_F(FillTextBuffer, OfNegativeSizeHas4096Bytes) {
+    EXPECT_EQ(Fill(-1), Status(0U));
+    EXPECT_EQ(getterSize_, 4096);
+    EXPECT_STREQ(buffer_.data(), "abcdefghi");
+    EXPECT_EQ(Fill(-2147483647 - 1, 0x3FFA0065), Status(0x3FFA0065));
+}
+
+TEST_F(FillTextBuffer, WithRoomToSpareReturnsTheGettersStatus) {
+    EXPECT_EQ(Fill(11), Status(0U));
+    EXPECT_EQ(getterSize_, 11);
+    EXPECT_STREQ(buffer_.data(), "abcdefghi");
+    EXPECT_EQ(Fill(11, 0x3FFA0065), Status(0x3FFA0065));
+}
+
+TEST_F(FillTextBuffer, ThatIsFullReturns4096WhetherTheTextWasCutOrNot) {
+    EXPECT_EQ(Fill(10), Status(4096U));
+    EXPECT_STREQ(buffer_.data(), "abcdefghi");
+    EXPECT_EQ(Fill(9), Status(4096U));
+    EXPECT_STREQ(buffer_.data(), "abcdefgh");
+    EXPECT_EQ(Fill(1), Status(4096U));
+    EXPECT_STREQ(buffer_.data(), "");
+    EXPECT_EQ(Fill(10, 0x3FFA0065), Status(4096U));
+}
+
+TEST_F(FillTextBuffer, ReturnsAGettersFailureWithoutLookingAtTheBuffer) {
+    buffer_[9] = '\0';
+    EXPECT_EQ(Fill(10, 0xBFFA4214), Status(0xBFFA4214));
+    EXPECT_EQ(Fill(-1, 0xBFFA4214), Status(0xBFFA4214));
+}
+
+} // namespace
+} // namespace unit
