@@ -1,3 +1,6 @@
+#include <fstream>
+#include <iterator>
+
 #include "tests/system/supply_fixture.h"
 
 namespace system_tests {
@@ -5,6 +8,17 @@ namespace {
 
 class StoreFile : public SupplyTest {
   protected:
+    static std::string Read(const char* path) {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    static void Replace(std::string& text, const std::string& what, const std::string& by) {
+        const auto at = text.find(what);
+        ASSERT_NE(at, std::string::npos) << what;
+        text.replace(at, what.size(), by);
+    }
+
     /// A store that holds the driver with a session of its own.
     static std::string WithDriverSession(const std::string& resource) {
         return R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -67,15 +81,98 @@ TEST_F(StoreFile, WithADriverSessionGivesResourceOptionsAndVirtualNames) {
     EXPECT_EQ(Ask(":SOUR2:VOLT?"), "2.000000");
 }
 
+// The status query after each command also makes sure that the supply has taken it before it is asked.
+TEST_F(StoreFile, OfTheExamplesWorksOnceItNamesTheSupply) {
+    auto store = Read(EXAMPLE_STORE);
+    Replace(store, "TCPIP0::192.168.1.20::5025::SOCKET", server_->resource());
+    UseStore(scratch_.Write("example.xml", store));
+    ViSession vi = VI_NULL;
+    EXPECT_GE(TryOpen("MySupply", "", vi), 0);
+    EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->resource());
+    EXPECT_EQ(GetText(vi, TARNEX_ATTR_LOGICAL_NAME), "MySupply");
+    EXPECT_TRUE(GetBoolean(vi, "", TARNEX_ATTR_QUERY_INSTRUMENT_STATUS));
+    EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, "Core", 1.0), kTermChar);
+    EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, "Io", 2.0), kTermChar);
+    EXPECT_EQ(Ask(":SOUR1:VOLT?"), "1.000000");
+    EXPECT_EQ(Ask(":SOUR2:VOLT?"), "2.000000");
+    EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, "Both", 3.0), kTermChar);
+    EXPECT_EQ(Ask(":SOUR1:VOLT?"), "3.000000");
+    EXPECT_EQ(Ask(":SOUR2:VOLT?"), "3.000000");
+    EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, "Rail11", 4.0), kTermChar);
+    EXPECT_EQ(Ask(":SOUR2:VOLT?"), "4.000000");
+}
+
+TEST_F(StoreFile, WithTheSoftwareModuleAloneLeavesTheResourceToTheCaller) {
+    auto store = Read(EXAMPLE_STORE);
+    store.erase(store.find("<HardwareAssets>"), store.find("</IviConfigStore>") - store.find("<HardwareAssets>"));
+    UseStore(scratch_.Write("module.xml", store));
+    const auto vi = Open();
+    EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->resource());
+    EXPECT_EQ(GetText(vi, TARNEX_ATTR_LOGICAL_NAME), "");
+    EXPECT_EQ(static_cast<unsigned>(TARNEX_ConfigureVoltageLevel(vi, "Core", 1.0)), 0xBFFA0067U);
+}
+
+TEST_F(StoreFile, WithoutAnythingInItLeavesAllToTheCaller) {
+    UseStore(scratch_.Write("empty.xml", "<IviConfigStore/>"));
+    EXPECT_EQ(GetText(Open(), TARNEX_ATTR_LOGICAL_NAME), "");
+}
+
 TEST_F(StoreFile, ThatIsNoStoreFailsTheOpeningAndIsNamed) {
-    const auto path = scratch_.Write("broken.xml", "<IviConfigStore><Name>");
-    UseStore(path);
+    for (const auto* content : {"<IviConfigStore><Name>", "", "<Other/>", "no markup at all"}) {
+        const auto path = scratch_.Write("broken.xml", content);
+        UseStore(path);
+        TARNEX_ClearError(VI_NULL);
+        ViSession vi = 7;
+        EXPECT_EQ(static_cast<unsigned>(TryOpen(server_->resource(), "", vi)), 0xBFFA1200U) << content;
+        EXPECT_EQ(vi, 0U);
+        const auto error = LastError(VI_NULL);
+        EXPECT_EQ(error.code, 0xBFFA1200U);
+        EXPECT_THAT(error.description, testing::HasSubstr(path)) << content;
+    }
+}
+
+TEST_F(StoreFile, ThatCannotBeReadFailsTheOpeningAndIsNamed) {
+    UseStore(scratch_.Path("")); // a folder: not even root can read it as a file
     ViSession vi = 7;
     EXPECT_EQ(static_cast<unsigned>(TryOpen(server_->resource(), "", vi)), 0xBFFA1200U);
-    EXPECT_EQ(vi, 0U);
-    const auto error = LastError(VI_NULL);
-    EXPECT_EQ(error.code, 0xBFFA1200U);
-    EXPECT_THAT(error.description, testing::HasSubstr(path));
+    EXPECT_THAT(LastError(VI_NULL).description, testing::HasSubstr(scratch_.Path("")));
+}
+
+TEST_F(StoreFile, OfTenMebibytesIsReadAndItsNamesAreFound) {
+    auto store = WithDriverSession(server_->resource());
+    std::string names;
+    for (int i = 0; names.size() < 10 * 1024 * 1024; ++i) {
+        names += "<IviVirtualName><Name>Filler" + std::to_string(i) +
+                 "</Name><MapTo>OutputChannel2</MapTo><VirtualRanges/></IviVirtualName>\n";
+    }
+    Replace(store, "<VirtualNames>", "<VirtualNames>" + names);
+    UseStore(scratch_.Write("large.xml", store));
+    ViSession vi = VI_NULL;
+    EXPECT_GE(TryOpen("MySupply", "", vi), 0);
+    EXPECT_GE(TARNEX_ConfigureVoltageLevel(vi, "Filler99999", 2.0), 0);
+    EXPECT_EQ(Ask(":SOUR2:VOLT?"), "2.000000");
+    EXPECT_GE(TARNEX_ConfigureVoltageLevel(vi, "Core", 3.0), 0);
+    EXPECT_EQ(Ask(":SOUR1:VOLT?"), "3.000000");
+}
+
+TEST_F(StoreFile, InAnotherEncodingIsReadAsUtf8) {
+    auto latin = WithDriverSession(server_->resource());
+    Replace(latin, "UTF-8", "ISO-8859-1");
+    Replace(latin, "Note:store", "Note:\xFC");
+    UseStore(scratch_.Write("latin.xml", latin));
+    ViSession vi = VI_NULL;
+    EXPECT_GE(TryOpen("MySupply", "", vi), 0);
+    EXPECT_EQ(GetText(vi, TARNEX_ATTR_DRIVER_SETUP), "Note:\xC3\xBC");
+
+    const auto utf8 = WithDriverSession(server_->resource());
+    std::string utf16("\xFF\xFE");
+    for (const char c : utf8) {
+        utf16 += c;
+        utf16 += '\0';
+    }
+    UseStore(scratch_.Write("utf16.xml", utf16));
+    EXPECT_GE(TryOpen("MySupply", "", vi), 0);
+    EXPECT_EQ(GetText(vi, TARNEX_ATTR_DRIVER_SETUP), "Note:store");
 }
 
 } // namespace
