@@ -1,12 +1,12 @@
 #include "driver/tarnex_driver_session.h"
 
 #include <exception>
-#include <string_view>
+#include <utility>
 
+#include "driver/option_text.h"
 #include "framework/call_frame.h"
 #include "instrument/simulator.h"
 #include "instrument/tarnex_supply.h"
-#include "text/characters.h"
 
 namespace {
 
@@ -14,56 +14,34 @@ namespace {
 // status register (IEEE 488.2 11.5.1).
 constexpr std::uint32_t kErrorBits = 0x3C;
 
-/// Appends "key=value", unless the text holds the key anywhere, in any letter case: what the user gave wins, and a text
-/// that merely contains the key counts as given, deliberately.
-void MergeOption(std::string& options, std::string_view key, std::string_view value) {
-    if (text::ToLower(options).find(text::ToLower(key)) != std::string::npos) {
-        return;
-    }
-    if (!options.empty()) {
-        options.append(", ");
-    }
-    options.append(key).append("=").append(value);
-}
-
 } // namespace
 
-std::string TARNEXDriverSession::ComposeOptionText() const {
-    std::string options = GivenOptionString();
-    if (LogicalName().empty()) {
-        return options;
-    }
-    if (Flags().simulate) {
-        MergeOption(options, "Simulate", "true");
-    }
-    if (Flags().queryInstrumentStatus) {
-        MergeOption(options, "QueryInstrStatus", "true");
-    }
-    if (!ModelOverride().empty()) {
-        MergeOption(options, "Model", ModelOverride());
-    }
-    return options;
-}
-
-ViStatus TARNEXDriverSession::InitializeIO() {
-    const ORVA::ConnectionRecord record{
+ORVA::ConnectionRecord TARNEXDriverSession::ComposeConnectionRecord() const {
+    const tarnex::OptionPairs pairs{Flags().simulate, Flags().queryInstrumentStatus, ModelOverride()};
+    return {
         .resource = IoResourceDescriptor(),
         .idQuery = nrt2::initializationRequests.idQuery,
         .reset = nrt2::initializationRequests.reset,
-        .options = ComposeOptionText(),
+        // Without a driver session in the configuration store there is nothing to tell beyond the caller's own words.
+        .options = LogicalName().empty() ? GivenOptionString() : tarnex::MergeOptions(GivenOptionString(), pairs),
     };
+}
+
+ViStatus TARNEXDriverSession::InitializeIO() {
     if (Flags().simulate) {
         ReplaceBySimulator();
     } else {
-        instrument_ = std::make_shared<ORVA::TARNEX>();
+        Use(std::make_shared<ORVA::TARNEX>());
     }
-    const auto status = instrument_->Open(record);
+    const auto status = instrument_->Open(ComposeConnectionRecord());
     return status < 0
                ? RecordElab(DRIVER_ERROR_IO, "Insufficient location information or resource not present in the system")
                : status;
 }
 
-void TARNEXDriverSession::ReplaceBySimulator() { instrument_ = std::make_shared<ORVA::TARNEXSimulator>(); }
+void TARNEXDriverSession::Use(std::shared_ptr<ORVA::InstBase> instrument) { instrument_ = std::move(instrument); }
+
+void TARNEXDriverSession::ReplaceBySimulator() { Use(std::make_shared<ORVA::TARNEXSimulator>()); }
 
 ViStatus TARNEXDriverSession::CloseIO() {
     if (instrument_ == nullptr) {

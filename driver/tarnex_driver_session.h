@@ -21,9 +21,15 @@ class TARNEXDriverSession : public nrt2::DriverSession {
     /// Puts the simulator in the instrument's place; a connection of the instrument's is closed with it.
     void ReplaceBySimulator();
 
+    /// What the instrument object is opened with.
+    [[nodiscard]] ORVA::ConnectionRecord ComposeConnectionRecord() const;
+
     ViStatus CheckStatus() override;
 
   protected:
+    /// Lets go of the instrument held before.
+    void Use(std::shared_ptr<ORVA::InstBase> instrument);
+
     ViStatus InitializeIO() override;
     ViStatus CloseIO() override;
     ViStatus ClearStatus() override;
@@ -31,7 +37,5 @@ class TARNEXDriverSession : public nrt2::DriverSession {
                            std::string& firmwareRevision) override;
 
   private:
-    [[nodiscard]] std::string ComposeOptionText() const;
-
     std::shared_ptr<ORVA::InstBase> instrument_;
 };

@@ -72,7 +72,7 @@ inline InitializationRequests initializationRequests;
 
 /// Issues a handle, binds a new session to it and initializes it. No lock is taken: nobody else knows the handle yet.
 /// When a step fails or throws, the object is destroyed and `*newVi` is 0; the service's handle deliberately stays
-/// behind, with whatever was recorded on it.
+/// behind as it is, with whatever was recorded on it, its data pointer included: nobody was ever told that handle.
 template <typename Session>
 ViStatus CreateSession(ViConstString resourceName, ViBoolean idQuery, ViBoolean reset, ViConstString optionString,
                        ViSession* newVi) {
@@ -121,9 +121,12 @@ ViStatus CloseSession(ViSession vi) {
     if (status < 0 || session == nullptr) {
         return status;
     }
-    {
+    try {
         const std::unique_ptr<Session> owned(session);
         owned->Close(); // its status is of no use to a caller who cannot close again
+    } catch (...) {
+        IviSession_SetDataPtr(vi, nullptr); // the object is gone, the handle is not
+        throw;
     }
     status = IviSession_Dispose(vi);
     if (status < 0) {

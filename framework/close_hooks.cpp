@@ -1,48 +1,52 @@
 #include "framework/close_hooks.h"
 
-#include <memory>
+#include <array>
+#include <atomic>
+#include <cstddef>
 #include <mutex>
+#include <stdexcept>
 #include <utility>
-#include <vector>
+
+#include "framework/immortal.h"
 
 namespace nrt2 {
 namespace {
 
-using HookList = std::vector<CloseHook>;
-
-// Lists are never changed once they are in place, so that hooks run from a snapshot with no guard held.
+// Slots are filled once and never changed, so that hooks run with no guard held.
 class HookRegistry {
   public:
     void Add(CloseHook hook) {
         const std::lock_guard lock(mutex_);
-        auto longer = std::make_shared<HookList>(*hooks_);
-        longer->push_back(std::move(hook));
-        hooks_ = std::move(longer);
+        const auto count = count_.load(std::memory_order_relaxed);
+        if (count == hooks_.size()) {
+            throw std::length_error("too many close hooks");
+        }
+        hooks_[count] = std::move(hook);
+        count_.store(count + 1, std::memory_order_release);
     }
 
-    std::shared_ptr<const HookList> Snapshot() {
-        const std::lock_guard lock(mutex_);
-        return hooks_;
+    void Run(ViSession vi) const {
+        const auto count = count_.load(std::memory_order_acquire);
+        for (std::size_t i = 0; i < count; ++i) {
+            hooks_[i](vi);
+        }
     }
 
   private:
     std::mutex mutex_;
-    std::shared_ptr<const HookList> hooks_ = std::make_shared<HookList>();
+    std::array<CloseHook, 16> hooks_;
+    std::atomic<std::size_t> count_{0};
 };
 
 HookRegistry& Registry() {
-    static HookRegistry registry;
-    return registry;
+    static Immortal<HookRegistry> registry;
+    return *registry;
 }
 
 } // namespace
 
 void AddCloseHook(CloseHook hook) { Registry().Add(std::move(hook)); }
 
-void RunCloseHooks(ViSession vi) {
-    for (const auto snapshot = Registry().Snapshot(); const auto& hook : *snapshot) {
-        hook(vi);
-    }
-}
+void RunCloseHooks(ViSession vi) { Registry().Run(vi); }
 
 } // namespace nrt2

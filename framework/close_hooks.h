@@ -9,6 +9,7 @@ namespace nrt2 {
 
 using CloseHook = std::function<void(ViSession)>;
 
+/// Each part of the driver that keeps something per session adds one; there is room for 16 (std::length_error beyond).
 void AddCloseHook(CloseHook hook);
 
 /// Calls every hook in the order of their addition. An empty one throws std::bad_function_call, which is fatal to the

@@ -63,10 +63,12 @@ class IoSession {
     ViSession handle_;
 };
 
-/// The names of a repeated capability as one session knows them.
+/// The names of a repeated capability as one session knows them. Sessions that are ready are linked to one another.
 struct RepCapNames {
     bool ready = false;
     std::vector<std::string> physicalNames;
+    ViSession session = VI_NULL;
+    RepCapNames* next = nullptr;
 };
 
 /// A driver derives from this what it takes to reach its instruments.
@@ -88,6 +90,8 @@ class DriverSession : public IoSession {
     void SetQueryInstrumentStatus(bool on) { flags_.queryInstrumentStatus = on; }
     void SetSimulate(bool on) { flags_.simulate = on; }
 
+    [[nodiscard]] bool IdQueryRequested() const { return idQuery_; }
+    [[nodiscard]] bool ResetRequested() const { return reset_; }
     [[nodiscard]] const std::string& GivenOptionString() const { return optionString_; }
     [[nodiscard]] const std::string& ResourceName() const { return resourceName_; }
     /// The resource name, when the configuration store holds a driver session for this driver; else empty.

@@ -9,19 +9,21 @@
 // All calls on one session are made under its lock.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <mutex>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "framework/close_hooks.h"
 #include "framework/driver_session.h"
+#include "framework/immortal.h"
 #include "framework/selector.h"
 #include "framework/string_buffer.h"
 #include "text/characters.h"
@@ -108,7 +110,7 @@ class RepCapBase {
     static ViInt32 Count() { return static_cast<ViInt32>(DeclaredNames().size()); }
 
   private:
-    /// The sessions that have used the capability, with the names that they own. Closing a session takes it out.
+    /// The sessions that have used the capability. Closing a session takes it out and its names away.
     class ReadySessions {
       public:
         ReadySessions() {
@@ -116,53 +118,68 @@ class RepCapBase {
         }
 
         void Add(DriverSession& session) {
+            auto& names = session.RepCap();
+            const auto& declared = DeclaredNames();
+            names.physicalNames.assign(declared.begin(), declared.end());
+            names.session = session.Handle();
+            names.ready = true;
             const std::lock_guard lock(mutex_);
-            session.RepCap() = {true, DeclaredNames()};
-            sessions_.insert_or_assign(session.Handle(), &session.RepCap());
+            names.next = std::exchange(first_, &names);
         }
 
         void Remove(ViSession vi) {
             const std::lock_guard lock(mutex_);
-            if (const auto session = sessions_.find(vi); session != sessions_.end()) {
-                *session->second = {};
-                sessions_.erase(session);
+            for (auto** link = &first_; *link != nullptr; link = &(*link)->next) {
+                if ((*link)->session == vi) {
+                    auto& names = **link;
+                    *link = names.next;
+                    names = {};
+                    return;
+                }
             }
         }
 
       private:
         std::mutex mutex_;
-        std::map<ViSession, RepCapNames*> sessions_;
+        RepCapNames* first_ = nullptr;
     };
 
     static const std::vector<std::string>& NamesOf(DriverSession& session) {
-        static ReadySessions readySessions; // the first call in the process registers the hook
         if (!session.RepCap().ready) {
-            readySessions.Add(session);
+            static Immortal<ReadySessions> readySessions; // the first call in the process registers the hook
+            readySessions->Add(session);
         }
         return session.RepCap().physicalNames;
     }
 
+    /// The declared names; empty places at the end where the declaration has fewer.
+    using Declared = std::array<std::string, Capability::kMaxPhysicalNames>;
+
     /// The declaration goes through the selector grammar itself.
-    static const std::vector<std::string>& DeclaredNames() {
-        static const std::vector<std::string> names = [] {
-            std::vector<std::string> declared;
-            std::vector<SelectorItem> items;
-            if (text::IsBlank(Capability::kPhysicalNames) ||
-                SelectorRules(VI_NULL, Capability::kName).ParseItems(Capability::kPhysicalNames, items) < 0) {
-                return declared;
-            }
-            for (const auto& item : items) {
-                if (!item.isRange) {
-                    declared.emplace_back(item.text);
-                    continue;
-                }
-                for (std::int64_t number = item.first; number <= item.last; ++number) {
-                    declared.push_back(std::string(item.base).append(text::IntegerText(number).View()));
-                }
-            }
+    static std::span<const std::string> DeclaredNames() {
+        static Immortal<Declared> names(Declare());
+        const auto end = std::find(names->begin(), names->end(), std::string());
+        return {names->begin(), end};
+    }
+
+    static Declared Declare() {
+        Declared declared;
+        auto place = declared.begin();
+        std::vector<SelectorItem> items;
+        if (text::IsBlank(Capability::kPhysicalNames) ||
+            SelectorRules(VI_NULL, Capability::kName).ParseItems(Capability::kPhysicalNames, items) < 0) {
             return declared;
-        }();
-        return names;
+        }
+        for (const auto& item : items) {
+            if (!item.isRange) {
+                *place++ = item.text;
+                continue;
+            }
+            for (std::int64_t number = item.first; number <= item.last; ++number) {
+                *place++ = std::string(item.base).append(text::IntegerText(number).View());
+            }
+        }
+        return declared;
     }
 };
 

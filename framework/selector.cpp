@@ -100,7 +100,10 @@ class NamedIdentifiers {
 };
 
 /// Replaces the virtual names in a selector. A list is put in brackets, so that it stays one level.
+/// A text beyond all use is cut short there, and with it no longer well formed: names map to texts of up to 1023
+/// characters, so that a selector of a mebibyte could otherwise claim a gigabyte.
 std::string Substitute(std::string_view selector, const VirtualNames& virtualNames) {
+    constexpr std::size_t kMostCharacters = 16 * 1024 * 1024;
     std::string result;
     result.reserve(selector.size());
     while (!selector.empty()) {
@@ -112,6 +115,9 @@ std::string Substitute(std::string_view selector, const VirtualNames& virtualNam
             continue;
         }
         selector.remove_prefix(name.size());
+        if (result.size() > kMostCharacters) {
+            return result + ",";
+        }
         const auto replacement = virtualNames.Find(name);
         if (!replacement) {
             result.append(name);

@@ -28,10 +28,13 @@ struct ConnectionRecord {
 
 /// An instrument: real (ORVA::TARNEX) or simulated (ORVA::TARNEXSimulator).
 ///
-/// Channels are numbered from 1; another number throws std::out_of_range("invalid map<K, T> key") before anything is
-/// sent. Statuses: 0 or a positive VISA status on success, DRIVER_ERROR_IO when an exchange fails,
-/// DRIVER_ERROR_INVALID_VALUE when a range check refuses a value. Outputs are written only on success. Malformed
-/// replies end in the exceptions of reply_parsers.h. Calls on one object are serialized by the caller.
+/// Channels are numbered from 1. Another number throws std::out_of_range("invalid map<K, T> key") before anything is
+/// sent where the channel is an argument of the command or a range is checked; where its number is only written into
+/// the header, the instrument is left to refuse it. Statuses: 0 or a positive VISA status on success, DRIVER_ERROR_IO
+/// when an exchange fails, DRIVER_ERROR_INVALID_VALUE when a range check refuses a value. Outputs are written only when
+/// the exchange succeeded (GetSelectedChannel writes its always), those of a reply with several fields up to the first
+/// missing one. Malformed replies end in the exceptions of reply_parsers.h. Calls on one object are serialized by the
+/// caller.
 class InstBase {
   public:
     InstBase(const InstBase&) = delete;

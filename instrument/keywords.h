@@ -78,8 +78,8 @@ std::string_view TokenOf(Enumeration value) {
     throw std::out_of_range("invalid map<K, T> key");
 }
 
-/// The value whose keyword `reply` is, to the letter. A reply that is none of them gives the table's lowest value: the
-/// instrument's word is taken for what it cannot be helped to mean.
+/// The value whose keyword `reply` is, to the letter. A reply that is none of them gives the table's lowest value,
+/// which a caller cannot tell from a real one.
 template <KeywordEnumeration Enumeration>
 Enumeration ValueOf(std::string_view reply) {
     const auto& table = kKeywords<Enumeration>;

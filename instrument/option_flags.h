@@ -16,8 +16,9 @@ struct OptionFlags {
     bool simulate = false;
 };
 
-/// Reads the inherent part of an option string. Unknown names and values that are no boolean word are skipped without
-/// an error, and of a name given twice the last value counts.
+/// Reads the inherent part of an option string; the DriverSetup clause is left unread, since no operation uses it.
+/// Unknown names and values that are no boolean word are skipped without an error, and of a name given twice the last
+/// value counts.
 OptionFlags ParseOptionFlags(std::string_view options);
 
 } // namespace ORVA

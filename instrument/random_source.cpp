@@ -17,13 +17,13 @@ bool RandomSource::Boolean() { return Real(0.0, 1.0) < 0.5; }
 // rejected.
 std::int32_t RandomSource::Integer(std::int32_t low, std::int32_t high) {
     const std::lock_guard lock(mutex_);
-    const auto n = static_cast<std::uint32_t>(high) - static_cast<std::uint32_t>(low) + 1U;
-    const std::uint32_t rejectBelow = (0U - n) % n;
+    const auto n = static_cast<std::uint64_t>(std::int64_t{high} - low + 1); // up to 2^32
+    const auto rejectBelow = ((std::uint64_t{1} << 32U) - n) % n;
     std::uint64_t product = 0;
     do {
         product = std::uint64_t{Next()} * n;
     } while (static_cast<std::uint32_t>(product) < rejectBelow);
-    return low + static_cast<std::int32_t>(product >> 32U);
+    return static_cast<std::int32_t>(low + static_cast<std::int64_t>(product >> 32U));
 }
 
 RandomSource& RandomSource::OfProcess() {

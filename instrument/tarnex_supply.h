@@ -11,6 +11,11 @@ class TARNEX : public InstBase {
     /// Not connected yet.
     TARNEX();
 
+    /// What the latest Open was given. Nothing but the caller acts on it.
+    [[nodiscard]] bool IdQueryRequested() const { return idQuery_; }
+    [[nodiscard]] bool ResetRequested() const { return reset_; }
+    [[nodiscard]] const OptionFlags& Options() const { return options_; }
+
     ViUInt32 GetTimeout() const override { return settings_.ioTimeout; }
     ViStatus SetTimeout(ViUInt32 milliseconds) override;
     /// Connects and always reads the identity, whatever `record.idQuery` says.

@@ -1,4 +1,5 @@
 #include <array>
+#include <stdexcept>
 
 #include "tests/contract/driver_fixture.h"
 
@@ -407,6 +408,27 @@ TEST_F(Attribute, CurrentLimitBehaviorIgnoresAFailedQueryAndChecksNoStatus) {
     EXPECT_EQ(GetInteger(vi, TARNEX_ATTR_CURRENT_LIMIT_BEHAVIOR, "OutputChannel1"), 0);
     EXPECT_THAT(TakeWritten(), ElementsAre(":SOUR1:CURR:PROT:STAT?\n"));
     EXPECT_THAT(doubles::TheSessionService().Recorded(), IsEmpty());
+}
+
+TEST_F(Attribute, CurrentLimitBehaviorThrowsOnAReplyThatIsNoBoolean) {
+    const auto vi = Open();
+    Reply(":SOUR1:CURR:PROT:STAT?", "maybe\n");
+    ViInt32 behavior = 77;
+    try {
+        TARNEX_GetAttributeViInt32(vi, "OutputChannel1", TARNEX_ATTR_CURRENT_LIMIT_BEHAVIOR, &behavior);
+        FAIL() << "no exception";
+    } catch (const std::invalid_argument& exception) {
+        EXPECT_STREQ(exception.what(), "Visa::parseBool Unknown ret:maybe");
+    }
+    EXPECT_EQ(doubles::TheSessionService().LocksHeld(), 0);
+}
+
+TEST_F(Attribute, LimitsBeyondTheChannelsAreRefusedWhereTheyAreMet) {
+    const auto vi = Open();
+    EXPECT_EQ(Set(vi, "OutputChannel2", TARNEX_ATTR_OVP_LIMIT, 5.6), Status(0xBFFA4217));
+    EXPECT_THAT(TakeWritten(), IsEmpty());
+    EXPECT_EQ(Set(vi, "OutputChannel2,OutputChannel1", TARNEX_ATTR_CURRENT_LIMIT, 10.0), Status(0xBFFA4217));
+    EXPECT_THAT(TakeWritten(), ElementsAre(":SOUR2:CURR 10.000000\n", ":SOUR2:CURR:PROT 10.000000\n"));
 }
 
 TEST_F(Attribute, OutputEnabled) {

@@ -48,6 +48,8 @@ TEST_F(Close, IgnoresAConnectionThatDoesNotClose) {
     const auto vi = Open();
     Fail("viClose", 0xBFFF003E);
     EXPECT_EQ(Status(TARNEX_close(vi)), Status(0x00000000));
+    EXPECT_THAT(doubles::TheSessionService().Recorded(),
+                ElementsAre(doubles::RecordedError{vi, static_cast<ViStatus>(0xBFFF003E), ""}));
     EXPECT_EQ(doubles::TheSessionService().OpenHandles(), 0U);
 }
 

@@ -256,6 +256,17 @@ TEST_F(InherentFunctions, RevisionQueryTellsTheDriversRevisionInSimulation) {
     EXPECT_STREQ(instrument.data(), "Sim1.0.0.0");
 }
 
+TEST_F(InherentFunctions, RevisionQueryGoesByTheSimulateFlagAsItStandsNow) {
+    const auto vi = Open();
+    std::array<ViChar, 256> instrument{};
+    TARNEX_SetAttributeViBoolean(vi, "", TARNEX_ATTR_SIMULATE, VI_TRUE);
+    TARNEX_revision_query(vi, nullptr, instrument.data());
+    EXPECT_STREQ(instrument.data(), "Sim1.0.0.0");
+    TARNEX_SetAttributeViBoolean(vi, "", TARNEX_ATTR_SIMULATE, VI_FALSE);
+    TARNEX_revision_query(vi, nullptr, instrument.data());
+    EXPECT_STREQ(instrument.data(), "1.07");
+}
+
 TEST_F(InherentFunctions, RevisionQuerySkipsANullBuffer) {
     const auto vi = Open();
     std::array<ViChar, 256> text{};

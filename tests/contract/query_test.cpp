@@ -102,6 +102,17 @@ TEST_F(Query, OutputStateSendsTheConditionQueryOfItsChannel) {
     EXPECT_THAT(TakeWritten(), ElementsAre(":STATus:QUEStionable:INSTrument:ISUMmary1:CONDition?\n"));
 }
 
+TEST_F(Query, OutputStateOfSeveralChannelsIsTheLastOnes) {
+    const auto vi = Open();
+    Reply(":STATus:QUEStionable:INSTrument:ISUMmary1:CONDition?", "2\n");
+    Reply(":STATus:QUEStionable:INSTrument:ISUMmary2:CONDition?", "0\n");
+    ViBoolean in = 7;
+    EXPECT_EQ(Status(TARNEX_QueryOutputState(vi, "OutputChannel1,OutputChannel2", 0, &in)), Status(0U));
+    EXPECT_EQ(in, VI_FALSE);
+    EXPECT_EQ(Status(TARNEX_QueryOutputState(vi, "OutputChannel2,OutputChannel1", 0, &in)), Status(0U));
+    EXPECT_EQ(in, VI_TRUE);
+}
+
 TEST_F(Query, OutputStateTakesAFailedQueryForANo) {
     const auto vi = Open();
     for (const ViInt32 state : {TARNEX_VAL_OUTPUT_CONSTANT_VOLTAGE, TARNEX_VAL_OUTPUT_CONSTANT_CURRENT}) {

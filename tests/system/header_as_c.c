@@ -1,4 +1,4 @@
-/* The public header is self-contained C99, and steps back where another header has declared the VISA types. */
+/* The public header steps back where another header has declared the VISA types and values. */
 #include <stdint.h>
 
 typedef char ViChar;
@@ -12,6 +12,10 @@ typedef uint32_t ViAttr;
 typedef const char* ViConstString;
 typedef char* ViRsrc;
 #define _VI_FUNC
+#define VI_NULL (0)
+#define VI_SUCCESS (0L)
+#define VI_TRUE (1)
+#define VI_FALSE (0)
 #define TARNEX_NO_VI_TYPES
 #include <TARNEX.h>
 

@@ -24,6 +24,15 @@ TEST_F(Threads, WaitForASessionThatAnotherOneHasLocked) {
     EXPECT_TRUE(passed);
 }
 
+TEST_F(Threads, AreNotLockedOutByAnUnlockThatNoLockCameBefore) {
+    const auto vi = Open("Simulate=1");
+    EXPECT_EQ(TARNEX_UnlockSession(vi, nullptr), 0); // it gives back the lock of its own call
+    ViStatus status = -1;
+    std::thread other([&] { status = TARNEX_reset(vi); });
+    other.join();
+    EXPECT_EQ(status, 0);
+}
+
 TEST_F(Threads, OnSessionsOfTheirOwnOpenUseAndCloseThemSideBySide) {
     constexpr int kThreads = 8;
     constexpr int kRounds = 20;

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace nrt2 {
+
+/// Holds an object that is never destroyed: callers may close their sessions from an exit handler or from a destructor
+/// of a global of their own, after this library's objects would have gone.
+template <typename T>
+class Immortal {
+  public:
+    template <typename... Arguments>
+    explicit Immortal(Arguments&&... arguments) {
+        std::construct_at(Address(), std::forward<Arguments>(arguments)...);
+    }
+    Immortal(const Immortal&) = delete;
+    Immortal& operator=(const Immortal&) = delete;
+    ~Immortal() = default; // leaves the object alone
+
+    T& operator*() { return *std::launder(Address()); }
+    T* operator->() { return std::launder(Address()); }
+
+  private:
+    T* Address() { return reinterpret_cast<T*>(&storage_); }
+
+    alignas(T) std::byte storage_[sizeof(T)];
+};
+
+} // namespace nrt2

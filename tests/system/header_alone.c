@@ -1,0 +1,4 @@
+/* The public header is all that a C99 program needs. */
+#include <TARNEX.h>
+
+ViStatus (*header_alone)(ViSession vi) = TARNEX_close;

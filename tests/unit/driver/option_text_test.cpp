@@ -1,0 +1,31 @@
+#include <gtest/gtest.h>
+
+#include "driver/option_text.h"
+
+namespace {
+
+using tarnex::MergeOptions;
+
+TEST(MergedOptions, FollowOneAnotherWithACommaAndABlank) {
+    EXPECT_EQ(MergeOptions("", {true, true, ""}), "Simulate=true, QueryInstrStatus=true");
+    EXPECT_EQ(MergeOptions("Cache=0", {true, true, "TX4410"}),
+              "Cache=0, Simulate=true, QueryInstrStatus=true, Model=TX4410");
+    EXPECT_EQ(MergeOptions("", {false, false, "TX4520"}), "Model=TX4520");
+}
+
+TEST(MergedOptions, AreLeftAsTheyAreWhenThereIsNothingToAdd) {
+    EXPECT_EQ(MergeOptions("Cache=0", {}), "Cache=0");
+    EXPECT_EQ(MergeOptions("", {}), "");
+}
+
+TEST(MergedOptions, YieldToWhatTheUserGaveInAnyLetterCase) {
+    EXPECT_EQ(MergeOptions("sImUlAtE=false", {true, false, ""}), "sImUlAtE=false");
+    EXPECT_EQ(MergeOptions("QUERYINSTRSTATUS=0", {false, true, ""}), "QUERYINSTRSTATUS=0");
+}
+
+TEST(MergedOptions, TakeATextThatMerelyContainsTheKeyForGiven) {
+    EXPECT_EQ(MergeOptions("DriverSetup=Remodelled:1", {true, false, "TX4410"}),
+              "DriverSetup=Remodelled:1, Simulate=true");
+}
+
+} // namespace
