@@ -25,9 +25,10 @@
  *   run in parallel. A session must not be closed while another thread uses it.
  *
  * Exceptions
- *   When an instrument answers a query with something that is no number or boolean at all, a C++ exception
- *   (std::invalid_argument or std::out_of_range) leaves the function, the session unlocked and usable. It ends a C
- *   program; a C++ program can catch it.
+ *   When an instrument answers a query with something that is no number or boolean, or a number beyond its type, a C++
+ *   exception (std::invalid_argument or std::out_of_range) leaves the function; so does std::bad_alloc when memory runs
+ *   out. The session stays unlocked and usable; a session that was being opened is not. It ends a C program; a C++
+ *   program can catch it.
  */
 #ifndef TARNEX_H
 #define TARNEX_H
@@ -71,7 +72,7 @@ typedef ViChar* ViRsrc;
 /* clang-format off */
 /* IVI inherent attributes (IVI-3.2): base 1050000. They take no channel: repCapName is ignored. */
 #define TARNEX_ATTR_RANGE_CHECK                                  1050002 /* ViBoolean, read/write: always VI_TRUE; setting it changes nothing */
-#define TARNEX_ATTR_QUERY_INSTRUMENT_STATUS                      1050003 /* ViBoolean, read/write: whether "*ESR?" is read after each operation */
+#define TARNEX_ATTR_QUERY_INSTRUMENT_STATUS                      1050003 /* ViBoolean, read/write: whether "*ESR?" is read after channel functions and attributes */
 #define TARNEX_ATTR_CACHE                                        1050004 /* ViBoolean, read/write: always VI_FALSE; setting it changes nothing */
 #define TARNEX_ATTR_SIMULATE                                     1050005 /* ViBoolean, read/write: see TARNEX_SetAttributeViBoolean */
 #define TARNEX_ATTR_RECORD_COERCIONS                             1050006 /* ViBoolean, read/write: always VI_FALSE; setting it changes nothing */
@@ -198,12 +199,14 @@ ViStatus _VI_FUNC TARNEX_init(ViRsrc resourceName, ViBoolean idQuery, ViBoolean 
  *                      configuration store holds a driver session named "TARNEX", its hardware asset's resource is used
  *                      instead. Null counts as empty.
  * @param idQuery       VI_TRUE: fail with TARNEX_ERROR_ID_QUERY_FAILED unless the model is a supported one. In
- *                      simulation the model is "TX6300", which is none, so that an ID query fails there.
- * @param reset         VI_TRUE: reset the instrument after opening; a failure of the reset is not reported.
+ *                      simulation the model is "TX6300", which is none, so that an ID query fails there. Any other
+ *                      value counts as VI_FALSE.
+ * @param reset         Not VI_FALSE: reset the instrument after opening; a failure of the reset is not reported.
  * @param optionString  Inherent options and a DriverSetup clause, which runs to the end of the text:
  *                      "Simulate=1, QueryInstrStatus=1, DriverSetup=Model:TX4410". Names and values in any letter case;
  *                      values "true", "vi_true", "1", "false", "vi_false", "0". Options: Cache, InterchangeCheck (must
- *                      stay false), QueryInstrStatus, RangeCheck, RecordCoercions, Simulate. Null counts as empty.
+ *                      stay false), QueryInstrStatus, RangeCheck, RecordCoercions, Simulate. The DriverSetup key Model
+ *                      names the model to simulate; the simulator answers "TX6300" all the same. Null counts as empty.
  * @param newVi         The session's handle; 0 when opening fails. Not null.
  *
  * Errors: TARNEX_ERROR_NULL_POINTER, TARNEX_ERROR_BAD_OPTION_NAME, TARNEX_ERROR_BAD_OPTION_VALUE,
@@ -215,8 +218,8 @@ ViStatus _VI_FUNC TARNEX_InitWithOptions(ViRsrc resourceName, ViBoolean idQuery,
 
 /**
  * Closes the session: the connection goes, the outputs stay as they are. Not thread-safe against other calls on the
- * same session. A session that is closed already returns TARNEX_ERROR_INVALID_SESSION_HANDLE, as does every other
- * function with its handle.
+ * same session. A handle that is closed already is TARNEX_ERROR_INVALID_SESSION_HANDLE, here and in every other function
+ * but TARNEX_error_message, and TARNEX_GetAttributeViString with size 0.
  */
 ViStatus _VI_FUNC TARNEX_close(ViSession vi);
 
@@ -280,6 +283,8 @@ ViStatus _VI_FUNC TARNEX_LockSession(ViSession vi, ViBoolean* callerHasLock);
  * Gives one lock of TARNEX_LockSession back.
  *
  * @param callerHasLock  May be null. When it points to VI_FALSE nothing is done; otherwise it is cleared.
+ *
+ * A call that no lock came before changes nothing.
  */
 ViStatus _VI_FUNC TARNEX_UnlockSession(ViSession vi, ViBoolean* callerHasLock);
 
@@ -288,6 +293,7 @@ ViStatus _VI_FUNC TARNEX_UnlockSession(ViSession vi, ViBoolean* callerHasLock);
  *
  * @param errorCode    May be null.
  * @param bufferSize   Size of description in bytes; 1024 always suffice. 0: return the size needed, clear nothing.
+ *                     Negative: the buffer is large enough.
  * @param description  May be null when bufferSize is 0. What does not fit is cut, and the size needed is returned.
  */
 ViStatus _VI_FUNC TARNEX_GetError(ViSession vi, ViStatus* errorCode, ViInt32 bufferSize, ViChar description[]);
@@ -303,10 +309,13 @@ ViStatus _VI_FUNC TARNEX_ClearError(ViSession vi);
  * instrument's exchange.
  */
 
+/** Reads an integer. @param attributeValue  Not null. */
 ViStatus _VI_FUNC TARNEX_GetAttributeViInt32(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                              ViInt32* attributeValue);
+/** Reads a real, in V or A. @param attributeValue  Not null. */
 ViStatus _VI_FUNC TARNEX_GetAttributeViReal64(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                               ViReal64* attributeValue);
+/** Reads a switch. @param attributeValue  Not null; VI_TRUE or VI_FALSE. */
 ViStatus _VI_FUNC TARNEX_GetAttributeViBoolean(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                                ViBoolean* attributeValue);
 
@@ -326,12 +335,16 @@ ViStatus _VI_FUNC TARNEX_GetAttributeViSession(ViSession vi, ViConstString repCa
 ViStatus _VI_FUNC TARNEX_GetAttributeViString(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                               ViInt32 attributeValueBufferSize, ViChar attributeValue[]);
 
+/** Sets an integer. A value that the attribute does not have is TARNEX_ERROR_INVALID_PARAMETER. */
 ViStatus _VI_FUNC TARNEX_SetAttributeViInt32(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                              ViInt32 attributeValue);
+/** Sets a real, in V or A. One beyond the channel's limits is TARNEX_ERROR_INVALID_PARAMETER. */
 ViStatus _VI_FUNC TARNEX_SetAttributeViReal64(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                               ViReal64 attributeValue);
 
 /**
+ * Sets a switch; every non-zero value of the channel attributes counts as on, VI_TRUE alone of the others.
+ *
  * TARNEX_ATTR_SIMULATE: a session opened in simulation stays there (TARNEX_ERROR_CANNOT_CHANGE_SIMULATION_STATE for
  * VI_FALSE). Setting VI_TRUE in any other session closes its connection and puts the simulator in the instrument's
  * place for good; VI_FALSE then clears the attribute only.
@@ -349,7 +362,9 @@ ViStatus _VI_FUNC TARNEX_SetAttributeViString(ViSession vi, ViConstString repCap
 
 /* ---- Configuring the outputs (IviDCPwrBase) -----------------------------------------------------------------------
  *
- * Levels outside a channel's limits are TARNEX_ERROR_INVALID_PARAMETER and nothing is sent. A failed exchange is
+ * A level outside a channel's limits is TARNEX_ERROR_INVALID_PARAMETER, and nothing further is sent; the channels before
+ * it keep what they were given. NaN is sent as it is, for the instrument to refuse; the simulator refuses nothing. A
+ * failed exchange is
  * TARNEX_ERROR_IO. With QueryInstrStatus on, an error that the instrument reports is TARNEX_ERROR_INSTRUMENT_STATUS.
  */
 
