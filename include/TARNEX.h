@@ -218,8 +218,8 @@ ViStatus _VI_FUNC TARNEX_InitWithOptions(ViRsrc resourceName, ViBoolean idQuery,
 
 /**
  * Closes the session: the connection goes, the outputs stay as they are. Not thread-safe against other calls on the
- * same session. A handle that is closed already is TARNEX_ERROR_INVALID_SESSION_HANDLE, here and in every other function
- * but TARNEX_error_message, and TARNEX_GetAttributeViString with size 0.
+ * same session. A handle that is closed already is TARNEX_ERROR_INVALID_SESSION_HANDLE, here and in every other
+ * function but TARNEX_error_message, and TARNEX_GetAttributeViString with size 0.
  */
 ViStatus _VI_FUNC TARNEX_close(ViSession vi);
 
@@ -362,10 +362,10 @@ ViStatus _VI_FUNC TARNEX_SetAttributeViString(ViSession vi, ViConstString repCap
 
 /* ---- Configuring the outputs (IviDCPwrBase) -----------------------------------------------------------------------
  *
- * A level outside a channel's limits is TARNEX_ERROR_INVALID_PARAMETER, and nothing further is sent; the channels before
- * it keep what they were given. NaN is sent as it is, for the instrument to refuse; the simulator refuses nothing. A
- * failed exchange is
- * TARNEX_ERROR_IO. With QueryInstrStatus on, an error that the instrument reports is TARNEX_ERROR_INSTRUMENT_STATUS.
+ * A level outside a channel's limits is TARNEX_ERROR_INVALID_PARAMETER, and nothing further is sent; the channels
+ * before it keep what they were given. NaN is sent as it is, for the instrument to refuse; the simulator refuses
+ * nothing. A failed exchange is TARNEX_ERROR_IO. With QueryInstrStatus on, an error that the instrument reports is
+ * TARNEX_ERROR_INSTRUMENT_STATUS.
  */
 
 /** Switches outputs on or off; every non-zero value counts as on. */

@@ -6,8 +6,10 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -202,6 +204,35 @@ const std::vector<QueryCase> kQueries{
 };
 // clang-format on
 
+/// A supply whose connection is let go of while an exchange is under way, as a close on another thread would.
+class LosesItsConnection : public ORVA::TARNEX {
+  public:
+    LosesItsConnection() { connection_ = std::make_shared<Connection>(*this); }
+    bool destroyed = false;
+    bool destroyedBeforeTheReply = false;
+
+  private:
+    class Connection : public OpenVisa::VisaIO {
+      public:
+        explicit Connection(LosesItsConnection& owner) : owner_(owner) {}
+        Connection(const Connection&) = delete;
+        Connection& operator=(const Connection&) = delete;
+        ~Connection() override { owner_.destroyed = true; }
+        ViStatus write(std::string_view /*command*/) override {
+            owner_.connection_.reset();
+            return 0;
+        }
+        ViStatus read(std::string& reply) override {
+            owner_.destroyedBeforeTheReply = owner_.destroyed;
+            reply = "5.0";
+            return 0;
+        }
+
+      private:
+        LosesItsConnection& owner_;
+    };
+};
+
 class Commands : public testing::Test {
   protected:
     Commands() {
@@ -286,6 +317,16 @@ TEST_F(Commands, SelectedChannelIsTheLowestAfterAFailedExchange) {
     ChannelNumber channel = 77;
     EXPECT_EQ(supply_.GetSelectedChannel(channel), kIoError);
     EXPECT_EQ(channel, 1U);
+}
+
+TEST_F(Commands, KeepTheirConnectionUntilTheExchangeIsOver) {
+    LosesItsConnection supply;
+    double volts = 0.0;
+    EXPECT_EQ(supply.GetVoltage(1, volts), 0);
+    EXPECT_EQ(volts, 5.0);
+    EXPECT_FALSE(supply.destroyedBeforeTheReply);
+    EXPECT_TRUE(supply.destroyed);
+    EXPECT_EQ(supply.GetVoltage(1, volts), kIoError);
 }
 
 TEST_F(Commands, WithARangeTakeBothBoundsAndNothingBeyondThem) {

@@ -168,7 +168,7 @@ Outcome Expected(std::string selector, bool virtualNames) {
     }
     std::vector<Item> items;
     for (const auto& part : Parts(level, ',')) {
-        Item item{Trimmed(part)};
+        Item item{.text = Trimmed(part), .isRange = false, .identifiers = {}};
         if (const auto refusal = ExpandItem(item)) {
             return *refusal;
         }

@@ -1,0 +1,99 @@
+#include "instrument/reply_parsers.h"
+
+#include "tests/unit/instrument/supply_fixture.h"
+
+namespace unit {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(ParseBool, TakesTheWordThatTheReplyBeginsWith) {
+    for (const auto* reply : {"ON", "1", "ON\n", "1\r\n", "ONX", "ON OFF", "ON,OFF", "1 V", "1.0"}) {
+        EXPECT_TRUE(Visa::parseBool(reply)) << reply;
+    }
+    for (const auto* reply : {"OFF", "0", "OFF\r\n", "0\n", "OFFX", "OFF ON", "0.5", "OFf"}) {
+        const bool expected = std::string_view(reply) == "OFf"; // the prefix is "OF": no word at all
+        if (expected) {
+            EXPECT_THROW(Visa::parseBool(reply), std::invalid_argument);
+        } else {
+            EXPECT_FALSE(Visa::parseBool(reply)) << reply;
+        }
+    }
+}
+
+TEST(ParseBool, ThrowsOnAnythingElseWithTheWholeReply) {
+    for (const auto* reply : {"", "NO", "on", "off", " ON", "\nON", "TRUE", "10", "11", "00", "01", "ONON", "ON1", "OF",
+                              "O", "OFFF", "+1", "%s", "2"}) {
+        EXPECT_EQ(ThrownBy([&] { Visa::parseBool(reply); }),
+                  std::string("invalid_argument: Visa::parseBool Unknown ret:") + reply);
+    }
+    EXPECT_EQ(ThrownBy([] { Visa::parseBool("NO\r\n"); }), "invalid_argument: Visa::parseBool Unknown ret:NO\r\n");
+}
+
+TEST(ParseInt, ConvertsThePrefixOfDigitsAndSigns) {
+    EXPECT_EQ(Visa::parseInt("12"), 12);
+    EXPECT_EQ(Visa::parseInt("+12 V"), 12);
+    EXPECT_EQ(Visa::parseInt("-12\n"), -12);
+    EXPECT_EQ(Visa::parseInt("12-3"), 12);
+    EXPECT_EQ(Visa::parseInt("1.9"), 1);
+    EXPECT_EQ(Visa::parseInt("1e3"), 1);
+    EXPECT_EQ(Visa::parseInt("-2147483648"), -2147483647 - 1);
+}
+
+TEST(ParseInt, ThrowsWhereNoIntegerStands) {
+    for (const auto* reply : {"", " 12", "\n12", "V", "+", "-", "+-1", "--1", ".5"}) {
+        EXPECT_EQ(ThrownBy([&] { Visa::parseInt(reply); }), "invalid_argument: invalid stoi argument") << reply;
+    }
+    for (const auto* reply : {"2147483648", "-2147483649", "99999999999999999999"}) {
+        EXPECT_EQ(ThrownBy([&] { Visa::parseInt(reply); }), "out_of_range: stoi argument out of range") << reply;
+    }
+}
+
+TEST(ParseDouble, ConvertsThePrefixOfNumberCharacters) {
+    EXPECT_EQ(Visa::parseDouble("1.5E-3,2"), 0.0015);
+    EXPECT_EQ(Visa::parseDouble("+1.5"), 1.5);
+    EXPECT_EQ(Visa::parseDouble("-1.5e+2 V"), -150.0);
+    EXPECT_EQ(Visa::parseDouble("5\r\n"), 5.0);
+    EXPECT_EQ(Visa::parseDouble("1.5V"), 1.5);
+    EXPECT_EQ(Visa::parseDouble("1.5E"), 1.5);
+    EXPECT_EQ(Visa::parseDouble("1-2"), 1.0);
+    EXPECT_EQ(Visa::parseDouble("1,5"), 1.0);
+    EXPECT_EQ(Visa::parseDouble("0x1F"), 0.0);
+}
+
+TEST(ParseDouble, ThrowsWhereNoRealStands) {
+    for (const auto* reply : {"", " 1.5", "\n1.5", "E5", ".", "+", "-.", "nan", "NAN", "inf", "-inf", "INF", "V"}) {
+        EXPECT_EQ(ThrownBy([&] { Visa::parseDouble(reply); }), "invalid_argument: invalid stod argument") << reply;
+    }
+    for (const auto* reply : {"1e999", "-1e999", "1e-999", "9.9E37E5E9999999999999999999", "1E+400V"}) {
+        const bool fits = std::string_view(reply).starts_with("9.9E37");
+        EXPECT_EQ(ThrownBy([&] { Visa::parseDouble(reply); }),
+                  fits ? "nothing" : "out_of_range: stod argument out of range")
+            << reply;
+    }
+}
+
+TEST(Split, GivesTheFieldsBetweenTheSeparators) {
+    EXPECT_THAT(Visa::split("a,b,c", ',', false), ElementsAre("a", "b", "c"));
+    EXPECT_THAT(Visa::split("a;b,c", ';', false), ElementsAre("a", "b,c"));
+    EXPECT_THAT(Visa::split("a", ',', false), ElementsAre("a"));
+    EXPECT_THAT(Visa::split(",a,,b", ',', false), ElementsAre("", "a", "", "b"));
+}
+
+TEST(Split, GivesNoEmptyFieldAfterTheLastSeparator) {
+    EXPECT_THAT(Visa::split("", ',', false), IsEmpty());
+    EXPECT_THAT(Visa::split("a,", ',', false), ElementsAre("a"));
+    EXPECT_THAT(Visa::split(",", ',', false), ElementsAre(""));
+    EXPECT_THAT(Visa::split(",,", ',', false), ElementsAre("", ""));
+    EXPECT_THAT(Visa::split("a,\n", ',', true), ElementsAre("a", ""));
+}
+
+TEST(Split, TrimsLineEndsAndTabsButNoBlanks) {
+    EXPECT_THAT(Visa::split("1.0, 2.0\r\n", ',', true), ElementsAre("1.0", " 2.0"));
+    EXPECT_THAT(Visa::split("\t\r\n a\tb \n\t,\r\n\t,\v\f", ',', true), ElementsAre(" a\tb ", "", "\v\f"));
+    EXPECT_THAT(Visa::split("1.0, 2.0\r\n", ',', false), ElementsAre("1.0", " 2.0\r\n"));
+}
+
+} // namespace
+} // namespace unit
