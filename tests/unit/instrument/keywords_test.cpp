@@ -28,6 +28,8 @@ TEST(Keywords, EverySpellingIsUnderstood) {
     EXPECT_EQ(ORVA::ValueOf<Channel>("CH1"), Channel::CH1);
     EXPECT_EQ(ORVA::ValueOf<Channel>("CH2"), Channel::CH2);
     EXPECT_EQ(ORVA::ValueOf<Rate>("UP"), Rate::kSlow);
+    EXPECT_EQ(ORVA::ValueOf<Rate>("SLOW"), Rate::kSlow);
+    EXPECT_EQ(ORVA::ValueOf<Rate>("IDLE"), Rate::kIdle);
     EXPECT_EQ(ORVA::ValueOf<Rate>("UPDN"), Rate::kFast);
     EXPECT_EQ(ORVA::ValueOf<Rate>("8K"), Rate::kFast);
     EXPECT_EQ(ORVA::ValueOf<Rate>("4000"), Rate::kMiddle);

@@ -200,7 +200,7 @@ TEST_F(VisaConnection, AppendsTheTerminationCharacterOnce) {
     EXPECT_EQ(Write("*IDN?\n\n"), Status(0U));
     EXPECT_EQ(Write("*IDN?\r"), Status(0U));
     EXPECT_EQ(Write("a\nb"), Status(0U));
-    EXPECT_EQ(Write(""), Status(0U));
+    EXPECT_EQ(Write(std::string_view("\nx").substr(1, 0)), Status(0U)); // empty: what stands before it does not count
     EXPECT_EQ(Write("\n"), Status(0U));
     EXPECT_EQ(Write(std::string_view("a\0b", 3)), Status(0U));
     EXPECT_THAT(TakeWritten(), ElementsAre("*IDN?\n", "*IDN?\n", "*IDN?\n\n", "*IDN?\r\n", "a\nb\n", "\n", "\n",
