@@ -762,7 +762,8 @@ TEST_F(ConfigServerTest, EveryFunctionRefusesHandlesThatAreNone) {
     Handle disposed = Session();
     ASSERT_EQ(IviConfig_DisposeHandle(disposed), VI_SUCCESS);
     int local = 0;
-    for (const Handle handle : {Handle{nullptr}, disposed, Handle{&local}, reinterpret_cast<Handle>(UINTPTR_MAX)}) {
+    const std::array<Handle, 4> wrong{nullptr, disposed, &local, reinterpret_cast<Handle>(UINTPTR_MAX)};
+    for (const Handle handle : wrong) {
         Handle result = nullptr;
         ViInt32 integer = 0;
         ViReal64 real = 0;
