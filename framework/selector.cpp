@@ -103,7 +103,7 @@ class NamedIdentifiers {
 /// A text beyond all use is cut short there, and with it no longer well formed: names map to texts of up to 1023
 /// characters, so that a selector of a mebibyte could otherwise claim a gigabyte.
 std::string Substitute(std::string_view selector, const VirtualNames& virtualNames) {
-    constexpr std::size_t kMostCharacters = 16 * 1024 * 1024;
+    constexpr std::size_t kMostCharacters = std::size_t{16} * 1024 * 1024;
     std::string result;
     result.reserve(selector.size());
     while (!selector.empty()) {

@@ -35,6 +35,8 @@ class VisaIOBase {
 class VisaIO : public VisaIOBase {
   public:
     VisaIO() = default;
+    VisaIO(const VisaIO&) = delete;
+    VisaIO& operator=(const VisaIO&) = delete;
     /// Closes whatever VISA sessions are still held, those of a half-finished open included.
     ~VisaIO() override;
 

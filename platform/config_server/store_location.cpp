@@ -12,7 +12,10 @@ namespace {
 
 constexpr std::string_view kStoreFile = "ivi/IviConfigurationStore.xml";
 
-std::string_view Environment(const char* name) { return text::ViewOf(std::getenv(name)); }
+// Nothing in this library changes the environment.
+std::string_view Environment(const char* name) {
+    return text::ViewOf(std::getenv(name)); // NOLINT(concurrency-mt-unsafe)
+}
 
 /// Empty when the environment names no home.
 std::filesystem::path UserLocation() {

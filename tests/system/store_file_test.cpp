@@ -141,7 +141,7 @@ TEST_F(StoreFile, ThatCannotBeReadFailsTheOpeningAndIsNamed) {
 TEST_F(StoreFile, OfTenMebibytesIsReadAndItsNamesAreFound) {
     auto store = WithDriverSession(server_->resource());
     std::string names;
-    for (int i = 0; names.size() < 10 * 1024 * 1024; ++i) {
+    for (int i = 0; names.size() < std::size_t{10} * 1024 * 1024; ++i) {
         names += "<IviVirtualName><Name>Filler" + std::to_string(i) +
                  "</Name><MapTo>OutputChannel2</MapTo><VirtualRanges/></IviVirtualName>\n";
     }

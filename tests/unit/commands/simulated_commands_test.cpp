@@ -24,7 +24,8 @@ class Reference {
     double Real(double low, double high) {
         const std::uint64_t a = engine_();
         const std::uint64_t b = engine_();
-        return low + static_cast<double>(b * 2097152U + a / 2048U) / 9007199254740992.0 * (high - low);
+        const std::uint64_t highBitsOfA = a / 2048U;
+        return low + static_cast<double>(b * 2097152U + highBitsOfA) / 9007199254740992.0 * (high - low);
     }
     bool Boolean() { return Real(0.0, 1.0) < 0.5; }
     int Integer(int low, int high) {

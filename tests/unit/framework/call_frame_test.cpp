@@ -188,6 +188,8 @@ TEST_F(Frame, CloseDestroysTheObjectAlsoWhenItsDisconnectionThrows) {
     TheSessions().answers["disconnect"] = []() -> ViStatus { throw std::out_of_range("step"); };
     EXPECT_THROW(nrt2::CloseSession<TestSession>(vi), std::out_of_range);
     EXPECT_THAT(TakeCalls(), ElementsAre("disconnect", "destroy"));
+    EXPECT_EQ(Status(nrt2::CloseSession<TestSession>(vi)), Status(0U)); // finds no object any more
+    EXPECT_THAT(TakeCalls(), IsEmpty());
 }
 
 TEST_F(Frame, CloseThatCannotDisposeTakesTheObjectFromTheHandle) {

@@ -89,6 +89,8 @@ class TestSession : public nrt2::DriverSession {
 class FrameworkTest : public testing::Test {
   protected:
     FrameworkTest();
+    FrameworkTest(const FrameworkTest&) = delete;
+    FrameworkTest& operator=(const FrameworkTest&) = delete;
     ~FrameworkTest() override;
 
     /// A handle of the session service; without an object.

@@ -32,6 +32,9 @@ using Blanks = nrt2::RepCapBase<Blank>;
 
 class RepCap : public FrameworkTest {
   protected:
+    RepCap() = default;
+    RepCap(const RepCap&) = delete;
+    RepCap& operator=(const RepCap&) = delete;
     ~RepCap() override { nrt2::RunCloseHooks(session_.Handle()); }
 
     /// The names that a selector expands to, or the status that refuses it.
@@ -165,6 +168,7 @@ TEST_F(RepCap, SessionsOnManyThreadsShareNothing) {
     std::array<std::unique_ptr<TestSession>, 4> sessions;
     std::generate(sessions.begin(), sessions.end(), [] { return std::make_unique<TestSession>(NewHandle()); });
     std::vector<std::thread> threads;
+    threads.reserve(sessions.size());
     for (const auto& session : sessions) {
         threads.emplace_back([&session] {
             for (int round = 0; round < kRounds; ++round) {

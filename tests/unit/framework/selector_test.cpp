@@ -43,47 +43,11 @@ TEST(SelectorGrammar, TakesNamesRangesListsLevelsAndUnpairedBrackets) {
 }
 
 TEST(SelectorGrammar, RefusesEverythingElse) {
-    for (const auto* selector : {"",
-                                 " ",
-                                 ",",
-                                 ":",
-                                 "[",
-                                 "]",
-                                 "[]",
-                                 "A,",
-                                 ",A",
-                                 "A,,B",
-                                 "A:",
-                                 ":A",
-                                 "A::B",
-                                 "[[A]]",
-                                 "[A]]",
-                                 "A[",
-                                 "A[B]",
-                                 "[A],B",
-                                 "A B",
-                                 "A1-",
-                                 "-A1",
-                                 "A-B",
-                                 "A1-B",
-                                 "A-B1",
-                                 "A1-A2-A3",
-                                 "A1--A2",
-                                 "A1- -A2",
-                                 "[A] ",
-                                 "[A1-A2]\n",
-                                 "A;",
-                                 "A.",
-                                 "A\xC3\xA4",
-                                 "\xA0"
-                                 "A",
-                                 "%s",
-                                 "A+B",
-                                 "[A] [B]",
-                                 "A]B",
-                                 "A],B",
-                                 "A1 2",
-                                 "A1-2 3"}) {
+    for (const auto* selector :
+         {"",    " ",         ",",     ":",     "[",        "]",       "[]",      "A,",    ",A",        "A,,B",
+          "A:",  ":A",        "A::B",  "[[A]]", "[A]]",     "A[",      "A[B]",    "[A],B", "A B",       "A1-",
+          "-A1", "A-B",       "A1-B",  "A-B1",  "A1-A2-A3", "A1--A2",  "A1- -A2", "[A] ",  "[A1-A2]\n", "A;",
+          "A.",  "A\xC3\xA4", "\xA0_", "%s",    "A+B",      "[A] [B]", "A]B",     "A],B",  "A1 2",      "A1-2 3"}) {
         EXPECT_FALSE(nrt2::IsWellFormedSelector(selector)) << selector;
     }
     EXPECT_FALSE(nrt2::IsWellFormedSelector(std::string_view("A\0", 2)));
@@ -383,6 +347,13 @@ TEST_F(SelectorOfAMebibyte, OfManyVirtualNames) {
     ExpectOnSmallStack(Numbered(false), Unknown("Y2"));
     ExpectOnSmallStack(Numbered(true), Unknown("Y2"));
     ExpectOnSmallStack(Repeated("n,") + "n", Range("A1-A2", kOverlap));
+}
+
+TEST_F(SelectorOfAMebibyte, ThatStandsForHundredsOfThemIsBadlyFormed) {
+    nrt2::VirtualNames virtualNames;
+    virtualNames.Add("n", std::string(1023, 'x'));
+    virtualNames_ = &virtualNames;
+    ExpectOnSmallStack(Repeated("n,") + "n", kMalformed);
 }
 
 } // namespace

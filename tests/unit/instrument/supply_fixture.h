@@ -25,6 +25,8 @@ class SupplyTest : public testing::Test {
         doubles::TheScript().Reset();
         doubles::TheVisa().Reset();
     }
+    SupplyTest(const SupplyTest&) = delete;
+    SupplyTest& operator=(const SupplyTest&) = delete;
     ~SupplyTest() override {
         doubles::TheScript().Reset();
         EXPECT_LE(doubles::TheVisa().OpenSessions(), supply_.IsOpen() ? 2U : 0U) << "VISA sessions were left open";

@@ -54,7 +54,21 @@ TEST_F(Supply, OpensAndReadsItsIdentityWhetherAskedOrNot) {
         EXPECT_THAT(TakeWritten(), ElementsAre("*IDN?\n"));
         EXPECT_TRUE(supply_.IsOpen());
         EXPECT_EQ(Identity(), "<Keltor Technology><TX4410><SN42><1.07>");
+        EXPECT_EQ(supply_.IdQueryRequested(), idQuery);
+        EXPECT_TRUE(supply_.ResetRequested());
+        EXPECT_TRUE(supply_.Options().simulate);
+        EXPECT_FALSE(supply_.Options().cache);
     }
+}
+
+TEST_F(Supply, ThatFailsToOpenKnowsWhatItWasGivenAllTheSame) {
+    Fail("viOpenDefaultRM", 0xBFFF0000);
+    EXPECT_EQ(Status(supply_.Open({.resource = kUsb, .idQuery = true, .reset = false, .options = "Cache=1"})),
+              Status(0xBFFA4214));
+    EXPECT_TRUE(supply_.IdQueryRequested());
+    EXPECT_FALSE(supply_.ResetRequested());
+    EXPECT_TRUE(supply_.Options().cache);
+    EXPECT_FALSE(supply_.Options().simulate);
 }
 
 TEST_F(Supply, ReturnsTheIdentityQuerysPositiveStatus) { EXPECT_EQ(Open(kSocket), Status(0x3FFF0005)); }

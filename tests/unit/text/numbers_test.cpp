@@ -24,11 +24,13 @@ class Numbers : public testing::TestWithParam<const char*> {
                          << DECIMAL_COMMA_LOCALES;
         }
         std::array<char, 8> text{};
-        std::snprintf(text.data(), text.size(), "%.1f", 1.5);
+        ASSERT_EQ(std::snprintf(text.data(), text.size(), "%.1f", 1.5), 3);
         ASSERT_STREQ(text.data(), std::string(GetParam()) == "C" ? "1.5" : "1,5");
     }
 
-    void TearDown() override { std::setlocale(LC_ALL, "C"); } // NOLINT(concurrency-mt-unsafe)
+    void TearDown() override {
+        EXPECT_NE(std::setlocale(LC_ALL, "C"), nullptr); // NOLINT(concurrency-mt-unsafe)
+    }
 
     /// What the conversion of `text` throws: kind and text of the exception.
     template <typename Convert>
@@ -89,15 +91,13 @@ TEST_P(Numbers, LongHas32BitsAsWell) {
 }
 
 TEST_P(Numbers, TextThatBeginsWithoutANumberIsInvalid) {
-    for (const auto* text : {"", " ", "\n", "+", "-", "+-5", "-+5", "--5", "++5", "- 5", "+ 5", "V5", ".5", ",5",
-                             "\xC2\xA0"
-                             "5"}) {
+    for (const auto* text :
+         {"", " ", "\n", "+", "-", "+-5", "-+5", "--5", "++5", "- 5", "+ 5", "V5", ".5", ",5", "\xC2\xA0-5"}) {
         EXPECT_EQ(ThrownBy(text::ToInt, text), "invalid_argument: invalid stoi argument") << text;
         EXPECT_EQ(ThrownBy(text::ToLong, text), "invalid_argument: invalid stol argument") << text;
     }
-    for (const auto* text : {"", " ", "+", "-", "+-5", "-+5", "--5", "++5", "- 5", "V5", ",5", ".", "e5", "-.", ".e5",
-                             "\xC2\xA0"
-                             "5"}) {
+    for (const auto* text :
+         {"", " ", "+", "-", "+-5", "-+5", "--5", "++5", "- 5", "V5", ",5", ".", "e5", "-.", ".e5", "\xC2\xA0-5"}) {
         EXPECT_EQ(ThrownBy(text::ToReal, text), "invalid_argument: invalid stod argument") << text;
     }
     EXPECT_EQ(ThrownBy(text::ToInt, std::string_view("\0005", 2)), "invalid_argument: invalid stoi argument");

@@ -34,6 +34,8 @@ class VisaConnection : public testing::Test {
         doubles::TheScript().Reset();
         doubles::TheVisa().Reset();
     }
+    VisaConnection(const VisaConnection&) = delete;
+    VisaConnection& operator=(const VisaConnection&) = delete;
     ~VisaConnection() override {
         doubles::TheScript().Reset();
         connection_.reset();
