@@ -37,6 +37,8 @@ ViStatus DriverSession::ParseDriverSetup(std::string setup) {
     driverSetupOptions_.clear();
     driverSetup_ = std::move(setup);
     std::string_view rest = driverSetup_;
+    // Whatever is found has a name and a value: a pair that could not be taken apart ("Failed to parse the DriverSetup
+    // string.") does not occur.
     while (const auto pair = text::NextDriverSetupPair(rest)) {
         const auto status = ProcessDriverSetupOption(pair->name, pair->value);
         if (status < 0) {
