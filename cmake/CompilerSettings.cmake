@@ -28,6 +28,10 @@ if(TARNEX_SANITIZERS)
   target_compile_options(tarnex_settings INTERFACE
                          -fsanitize=${TARNEX_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tarnex_settings INTERFACE -fsanitize=${TARNEX_SANITIZERS})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # The instrumentation hides initializations from this warning (in std::regex, for one); the other builds keep it.
+    target_compile_options(tarnex_settings INTERFACE -Wno-maybe-uninitialized)
+  endif()
 endif()
 
 # A floor of the driver: a static library that a test can link alone. Its symbols stay hidden in what links it.
