@@ -125,7 +125,7 @@ TEST(RandomSource, DrawsOfOneThreadAreNotTornByAnothers) {
     other.join();
     auto engine = EngineOf(kSeed);
     std::vector<double> expected;
-    expected.reserve(2 * kDraws);
+    expected.reserve(2UL * kDraws);
     for (int i = 0; i < 2 * kDraws; ++i) {
         expected.push_back(Unit(engine));
     }
