@@ -247,6 +247,13 @@ TEST_F(ConfigurationStore, GivesBackEveryHandleWhenACallFails) {
     }
 }
 
+TEST_F(ConfigurationStore, WhoseModulesCannotBeListedFailsTheOpening) {
+    Fail("IviConfig_GetConfigStoreSoftwareModuleCollection", 0xBFFA1222);
+    EXPECT_EQ(TryOpen(""), Status(0xBFFA1222));
+    EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA1222, "Configuration server error text."}));
+    EXPECT_EQ(doubles::TheConfigServer().OpenHandles(), 0U);
+}
+
 TEST_F(ConfigurationStore, FailingSearchForTheModuleAndFailingHousekeepingStopNothing) {
     for (const auto* function :
          {"IviConfig_GetSoftwareModuleItemByName", "IviConfig_ClearError", "IviConfig_DisposeHandle"}) {
