@@ -17,6 +17,15 @@ class ConfigurationStore : public DriverTest {
         EXPECT_EQ(Status(TARNEX_GetAttributeViBoolean(vi, "", attribute, &value)), Status(0U));
         return value == VI_TRUE;
     }
+    static std::size_t ReleasesAttempted() {
+        return doubles::TheScript().Count("IviConfig_DisposeHandle") + doubles::TheScript().Count("IviConfig_Close");
+    }
+    /// The calls to the configuration server, from the first to the closing of the store.
+    static std::vector<std::string> StoreCalls() {
+        const auto calls = doubles::TheScript().Calls();
+        return {std::find(calls.begin(), calls.end(), "IviConfig_Initialize"),
+                std::find(calls.begin(), calls.end(), "IviConfig_Close") + 1};
+    }
     /// A store with everything in it.
     static doubles::Store FullStore() {
         doubles::Store store;
@@ -69,9 +78,6 @@ TEST_F(ConfigurationStore, IsReadInThisOrderWithoutADriverSession) {
     store.module->initialSettings = std::vector<doubles::StoredSetting>{{"model", "string", std::string("TX4520")}};
     doubles::TheConfigServer().Use(store);
     TryOpen("Simulate=1");
-    const auto calls = doubles::TheScript().Calls();
-    const std::vector<std::string> upToTheClose(
-        calls.begin() + 2, std::find(calls.begin(), calls.end(), std::string("IviConfig_Close")) + 1);
     const std::vector<std::string> expected{
         "IviConfig_Initialize",
         "IviConfig_GetConfigStorePropertyViString",
@@ -109,7 +115,7 @@ TEST_F(ConfigurationStore, IsReadInThisOrderWithoutADriverSession) {
         "IviConfig_DisposeHandle",
         "IviConfig_Close",
     };
-    EXPECT_EQ(upToTheClose, expected);
+    EXPECT_EQ(StoreCalls(), expected);
 }
 
 TEST_F(ConfigurationStore, IsReadInThisOrderWithADriverSessionItsSettingsTwiceAndTheModulesNever) {
@@ -117,6 +123,100 @@ TEST_F(ConfigurationStore, IsReadInThisOrderWithADriverSessionItsSettingsTwiceAn
     store.module->initialSettings = std::vector<doubles::StoredSetting>{{"model", "string", std::string("never")}};
     doubles::TheConfigServer().Use(store);
     TryOpen("");
+    const std::vector<std::string> settings{
+        "IviConfig_GetConfigComponentDataComponentCollection",
+        "IviConfig_GetDataComponentItemByName",
+        "IviConfig_GetStructureDataComponentCollection",
+        "IviConfig_GetDataComponentCount",
+        "IviConfig_GetDataComponentItemByIndex",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_DisposeHandle",
+        "IviConfig_GetDataComponentItemByIndex",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_GetDataComponentPropertyViInt32",
+        "IviConfig_DisposeHandle",
+        "IviConfig_GetDataComponentItemByIndex",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_GetDataComponentPropertyViReal64",
+        "IviConfig_DisposeHandle",
+        "IviConfig_GetDataComponentItemByIndex",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_GetDataComponentPropertyViBoolean",
+        "IviConfig_DisposeHandle",
+        "IviConfig_GetDataComponentItemByIndex",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_GetDataComponentPropertyViString",
+        "IviConfig_DisposeHandle",
+        "IviConfig_DisposeHandle",
+        "IviConfig_DisposeHandle",
+        "IviConfig_DisposeHandle",
+    };
+    std::vector<std::string> expected{
+        "IviConfig_Initialize",
+        "IviConfig_GetConfigStorePropertyViString",
+        "IviConfig_GetConfigStorePropertyViString",
+        "IviConfig_Deserialize",
+        "IviConfig_GetDriverSession",
+        "IviConfig_GetSessionVirtualNameCollection",
+        "IviConfig_GetVirtualNameCount",
+        "IviConfig_GetVirtualNameItemByIndex",
+        "IviConfig_GetVirtualNamePropertyViString",
+        "IviConfig_GetVirtualNamePropertyViString",
+        "IviConfig_GetVirtualNameVirtualRangeCollection",
+        "IviConfig_GetVirtualRangeCount",
+        "IviConfig_DisposeHandle",
+        "IviConfig_DisposeHandle",
+        "IviConfig_GetVirtualNameItemByIndex",
+        "IviConfig_GetVirtualNamePropertyViString",
+        "IviConfig_GetVirtualNamePropertyViString",
+        "IviConfig_GetVirtualNameVirtualRangeCollection",
+        "IviConfig_GetVirtualRangeCount",
+        "IviConfig_GetVirtualRangeItemByIndex",
+        "IviConfig_GetVirtualRangePropertyViInt32",
+        "IviConfig_GetVirtualRangePropertyViInt32",
+        "IviConfig_GetVirtualRangePropertyViInt32",
+        "IviConfig_DisposeHandle",
+        "IviConfig_DisposeHandle",
+        "IviConfig_DisposeHandle",
+        "IviConfig_DisposeHandle",
+        "IviConfig_GetSessionHardwareAssetReference",
+        "IviConfig_GetHardwareAssetPropertyViString",
+        "IviConfig_GetDriverSessionPropertyViBoolean",
+        "IviConfig_GetDriverSessionPropertyViBoolean",
+        "IviConfig_GetDriverSessionPropertyViBoolean",
+        "IviConfig_GetDriverSessionPropertyViBoolean",
+        "IviConfig_GetDriverSessionPropertyViBoolean",
+        "IviConfig_GetDriverSessionPropertyViBoolean",
+        "IviConfig_GetDriverSessionPropertyViString",
+        "IviConfig_DisposeHandle",
+    };
+    expected.insert(expected.end(), settings.begin(), settings.end());
+    expected.emplace_back("IviConfig_GetSessionSoftwareModuleReference");
+    expected.insert(expected.end(), settings.begin(), settings.end());
+    for (const auto* call : {
+             "IviConfig_GetSoftwareModulePhysicalNameCollection",
+             "IviConfig_GetPhysicalNameCount",
+             "IviConfig_GetPhysicalNameItemByIndex",
+             "IviConfig_GetPhysicalNamePropertyViString",
+             "IviConfig_GetPhysicalNamePropertyViString",
+             "IviConfig_DisposeHandle",
+             "IviConfig_GetPhysicalNameItemByIndex",
+             "IviConfig_GetPhysicalNamePropertyViString",
+             "IviConfig_GetPhysicalNamePropertyViString",
+             "IviConfig_DisposeHandle",
+             "IviConfig_DisposeHandle",
+             "IviConfig_DisposeHandle",
+             "IviConfig_DisposeHandle",
+             "IviConfig_Close",
+         }) {
+        expected.emplace_back(call);
+    }
+    EXPECT_EQ(StoreCalls(), expected);
     EXPECT_THAT(doubles::TheConfigServer().Details(),
                 ElementsAre("GetConfigStorePropertyViString 5 260", "GetConfigStorePropertyViString 3 260",
                             "Deserialize /store/master.xml", "GetDriverSession TARNEX",
@@ -232,6 +332,7 @@ TEST_F(ConfigurationStore, GivesBackEveryHandleWhenACallFails) {
         for (std::size_t nth = 1; nth <= times; ++nth) {
             doubles::TheScript().Reset();
             doubles::TheSessionService().ForgetRecorded();
+            doubles::TheConfigServer().TakeCountOfHandles();
             doubles::TheConfigServer().SetErrorText("100% of %s failed: %n");
             TARNEX_ClearError(VI_NULL);
             Fail(function, 0xBFFA1222, nth);
@@ -242,8 +343,29 @@ TEST_F(ConfigurationStore, GivesBackEveryHandleWhenACallFails) {
             EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA1222, "100% of %s failed: %n"})) << function;
             EXPECT_THAT(doubles::TheSessionService().Recorded(), testing::SizeIs(1)) << function << " " << nth;
             EXPECT_EQ(doubles::TheConfigServer().OpenHandles(), 0U) << function << " " << nth;
+            EXPECT_EQ(ReleasesAttempted(), doubles::TheConfigServer().TakeCountOfHandles()) << function << " " << nth;
             EXPECT_EQ(doubles::TheVisa().Opened().size(), opened) << function << " " << nth;
         }
+    }
+}
+
+TEST_F(ConfigurationStore, IsGivenBackHandleByHandleOnceEvenWhenTheServerRefusesOne) {
+    doubles::TheConfigServer().Use(FullStore());
+    TryOpen("");
+    // session, module, asset; the collections of virtual names, settings (three, read twice) and physical names; 2
+    // virtual names with their ranges, 1 range, 5 settings read twice, 2 physical names
+    constexpr std::size_t kHandles = 3 + (1 + 2 * 3 + 1) + (2 * 2 + 1 + 2 * 5 + 2);
+    EXPECT_EQ(doubles::TheConfigServer().TakeCountOfHandles(), kHandles + 1);
+    ASSERT_EQ(doubles::TheScript().Count("IviConfig_DisposeHandle"), kHandles);
+    for (std::size_t nth = 1; nth <= kHandles; ++nth) {
+        doubles::TheScript().Reset();
+        doubles::TheConfigServer().TakeCountOfHandles();
+        Fail("IviConfig_DisposeHandle", 0xBFFA1220, nth);
+        EXPECT_EQ(TryOpen(""), Status(0U)) << nth;
+        EXPECT_THAT(doubles::TheSessionService().Recorded(), IsEmpty()) << nth;
+        EXPECT_EQ(doubles::TheConfigServer().OpenHandles(), 0U) << nth;
+        EXPECT_EQ(ReleasesAttempted(), kHandles + 1) << nth;
+        EXPECT_EQ(doubles::TheConfigServer().TakeCountOfHandles(), kHandles + 1) << nth;
     }
 }
 

@@ -10,6 +10,7 @@ void ConfigServer::Reset() {
     errorText_ = "Configuration server error text.";
     details_.clear();
     objects_.clear();
+    givenOut_ = 0;
 }
 
 void ConfigServer::Use(Store store) {
@@ -20,6 +21,11 @@ void ConfigServer::Use(Store store) {
 std::size_t ConfigServer::OpenHandles() const {
     const std::lock_guard lock(mutex_);
     return objects_.size();
+}
+
+std::size_t ConfigServer::TakeCountOfHandles() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(givenOut_, 0);
 }
 
 std::vector<std::string> ConfigServer::Details() const {
@@ -35,6 +41,7 @@ void ConfigServer::SetErrorText(std::string text) {
 ViStatus ConfigServer::GiveOut(Object object, IviConfigHandle* handle) {
     const std::lock_guard lock(mutex_);
     objects_.emplace(next_, object);
+    ++givenOut_;
     *handle = reinterpret_cast<IviConfigHandle>(next_++); // NOLINT(performance-no-int-to-ptr): never dereferenced
     return VI_SUCCESS;
 }

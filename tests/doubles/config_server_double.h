@@ -68,6 +68,8 @@ class ConfigServer {
 
     /// Handles given out and not given back, the store's own included.
     [[nodiscard]] std::size_t OpenHandles() const;
+    /// Handles given out since the reset or since this was last asked, the store's own included.
+    std::size_t TakeCountOfHandles();
     /// The calls that take arguments worth telling, in order: "Deserialize /store/master.xml".
     [[nodiscard]] std::vector<std::string> Details() const;
     /// The text that GetError gives.
@@ -109,6 +111,7 @@ class ConfigServer {
     std::vector<std::string> details_;
     std::map<std::size_t, Object> objects_;
     std::size_t next_ = 1;
+    std::size_t givenOut_ = 0;
 };
 
 ConfigServer& TheConfigServer();
