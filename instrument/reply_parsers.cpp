@@ -1,5 +1,6 @@
 #include "instrument/reply_parsers.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "text/characters.h"
@@ -28,6 +29,21 @@ bool parseBool(std::string_view reply) {
 std::int32_t parseInt(std::string_view reply) { return text::ToInt(PrefixOf(reply, "0123456789+-")); }
 
 double parseDouble(std::string_view reply) { return text::ToReal(PrefixOf(reply, "0123456789+-.Ee")); }
+
+std::string toUpper(std::string_view text) {
+    std::string upper(text);
+    std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) { return text::ToUpper(c); });
+    return upper;
+}
+
+const std::string_view* startsWithAnyCase(std::span<const std::string_view> list, std::string_view prefix) {
+    const auto found = std::find_if(list.begin(), list.end(), [&](std::string_view element) {
+        // Compared in place: a header is looked at on the path of every call.
+        return element.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), element.begin(),
+                                                             [](char p, char c) { return p == text::ToUpper(c); });
+    });
+    return found == list.end() ? nullptr : &*found;
+}
 
 std::string_view FieldReader::Next() {
     if (rest_.empty()) {

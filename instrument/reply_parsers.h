@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,13 @@ std::int32_t parseInt(std::string_view reply);
 
 /// Converts the longest prefix made of digits, signs, "." and exponent letters; exceptions of text::ToReal.
 double parseDouble(std::string_view reply);
+
+/// A copy with the ASCII letters raised, the same under every locale.
+std::string toUpper(std::string_view text);
+
+/// The first element whose upper-cased text begins with `prefix`; null when there is none. A prefix with a lower-case
+/// letter is never found.
+const std::string_view* startsWithAnyCase(std::span<const std::string_view> list, std::string_view prefix);
 
 /// The fields between the separators, in order; an empty field after the last separator is not one. With `trim` each
 /// field loses its leading and trailing carriage returns, line feeds and tabs; blanks stay, deliberately. The fields

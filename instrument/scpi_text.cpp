@@ -1,5 +1,6 @@
 #include "instrument/scpi_text.h"
 
+#include "instrument/reply_parsers.h"
 #include "text/characters.h"
 #include "text/numbers.h"
 
@@ -21,7 +22,7 @@ void AppendHeader(std::string& line, const SourceHeader& header) {
         if (first) {
             first = false;
             line.append(":").append(kSource).append(text::IntegerText(header.channel).View());
-            if (text::EqualIgnoringCase(node.substr(0, kSource.size()), kSource)) {
+            if (Visa::startsWithAnyCase({&node, 1}, kSource) != nullptr) {
                 return;
             }
         }

@@ -95,5 +95,20 @@ TEST(Split, TrimsLineEndsAndTabsButNoBlanks) {
     EXPECT_THAT(Visa::split("1.0, 2.0\r\n", ',', false), ElementsAre("1.0", " 2.0\r\n"));
 }
 
+TEST(ToUpper, RaisesAsciiLettersAlone) {
+    EXPECT_EQ(Visa::toUpper("sour:Volt?_9 az{`"), "SOUR:VOLT?_9 AZ{`");
+    EXPECT_EQ(Visa::toUpper("\xE4\xFF"), "\xE4\xFF");
+    EXPECT_EQ(Visa::toUpper(""), "");
+}
+
+TEST(StartsWithAnyCase, GivesTheFirstElementWhoseRaisedTextBeginsSo) {
+    const std::vector<std::string_view> list{"SOU", "outp", "sOuRce", "SOUR"};
+    EXPECT_EQ(Visa::startsWithAnyCase(list, "SOUR"), &list[2]);
+    EXPECT_EQ(Visa::startsWithAnyCase(list, "SO"), &list[0]);
+    EXPECT_EQ(Visa::startsWithAnyCase(list, ""), &list[0]);
+    EXPECT_EQ(Visa::startsWithAnyCase(list, "sour"), nullptr); // the texts are raised, the prefix is not
+    EXPECT_EQ(Visa::startsWithAnyCase({}, "SOUR"), nullptr);
+}
+
 } // namespace
 } // namespace unit
