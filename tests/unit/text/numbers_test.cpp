@@ -3,13 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <clocale>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <limits>
 #include <stdexcept>
 #include <string>
+
+#include "tests/locale/scoped_locale.h"
 
 namespace {
 
@@ -17,19 +16,10 @@ namespace {
 class Numbers : public testing::TestWithParam<const char*> {
   protected:
     void SetUp() override {
-        setenv("LOCPATH", DECIMAL_COMMA_LOCALES, 1); // NOLINT(concurrency-mt-unsafe): there is one thread
-        // NOLINTNEXTLINE(concurrency-mt-unsafe)
-        if (std::setlocale(LC_ALL, GetParam()) == nullptr) {
-            GTEST_SKIP() << "THE LOCALE WITH A DECIMAL COMMA IS MISSING: localedef could not make it in "
-                         << DECIMAL_COMMA_LOCALES;
+        if (!locale_.InForce()) {
+            GTEST_SKIP() << "THE LOCALE WITH A DECIMAL COMMA IS MISSING: localedef could not make it";
         }
-        std::array<char, 8> text{};
-        ASSERT_EQ(std::snprintf(text.data(), text.size(), "%.1f", 1.5), 3);
-        ASSERT_STREQ(text.data(), std::string(GetParam()) == "C" ? "1.5" : "1,5");
-    }
-
-    void TearDown() override {
-        EXPECT_NE(std::setlocale(LC_ALL, "C"), nullptr); // NOLINT(concurrency-mt-unsafe)
+        ASSERT_EQ(tests::ScopedLocale::OneAndAHalf(), std::string(GetParam()) == "C" ? "1.5" : "1,5");
     }
 
     /// What the conversion of `text` throws: kind and text of the exception.
@@ -44,9 +34,12 @@ class Numbers : public testing::TestWithParam<const char*> {
         }
         return "nothing";
     }
+
+  private:
+    tests::ScopedLocale locale_{GetParam()};
 };
 
-INSTANTIATE_TEST_SUITE_P(Locale, Numbers, testing::Values("C", "decimal_comma"),
+INSTANTIATE_TEST_SUITE_P(Locale, Numbers, testing::Values("C", tests::kDecimalComma),
                          [](const auto& tested) { return std::string(tested.param); });
 
 constexpr auto kSmallest = std::numeric_limits<std::int32_t>::min();
