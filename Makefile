@@ -1,11 +1,12 @@
 # The commands of this project. Each installs what it needs (Debian packages), builds and runs.
 
-.PHONY: help run test check coverage format clean
+.PHONY: help run test check bench coverage format clean
 
 help:
 	@echo "make run       the quickstart against a virtual supply"
 	@echo "make test      every test"
 	@echo "make check     sanitizers, static analysis, formatting, the Windows build"
+	@echo "make bench     what the driver costs, next to the same work without it"
 	@echo "make coverage  line coverage of each floor"
 	@echo "make format    clang-format over all sources"
 	@echo "make clean     removes build/"
@@ -23,6 +24,11 @@ test:
 check:
 	@scripts/install-deps build test check windows
 	@scripts/check
+
+bench:
+	@scripts/install-deps build test bench
+	@scripts/build release
+	@scripts/bench
 
 coverage:
 	@scripts/install-deps build test coverage

@@ -41,6 +41,9 @@ void VirtualNames::AddRange(std::string name, std::string mapTo, std::int32_t mi
 }
 
 std::optional<std::string> VirtualNames::Find(std::string_view name) const {
+    if (names_.empty()) {
+        return std::nullopt; // as in most sessions, on every call
+    }
     const Entry* first = nullptr;
     std::int64_t number = 0;
     const auto consider = [&](const Entry& entry, std::int64_t candidate) {

@@ -9,14 +9,20 @@
 namespace Visa {
 namespace {
 
-std::string_view PrefixOf(std::string_view text, std::string_view characters) {
-    return text.substr(0, text.find_first_not_of(characters));
+/// The longest prefix of characters that `accept` takes.
+template <typename Predicate>
+std::string_view PrefixOf(std::string_view text, Predicate accept) {
+    return {text.begin(), std::find_if_not(text.begin(), text.end(), accept)};
 }
+
+constexpr bool IsOfSwitch(char c) { return c == 'O' || c == 'N' || c == 'F' || c == '1' || c == '0'; }
+constexpr bool IsOfInteger(char c) { return text::IsDigit(c) || c == '+' || c == '-'; }
+constexpr bool IsOfReal(char c) { return IsOfInteger(c) || c == '.' || c == 'E' || c == 'e'; }
 
 } // namespace
 
 bool parseBool(std::string_view reply) {
-    const auto word = PrefixOf(reply, "ONOFF10");
+    const auto word = PrefixOf(reply, IsOfSwitch);
     if (word == "ON" || word == "1") {
         return true;
     }
@@ -26,9 +32,9 @@ bool parseBool(std::string_view reply) {
     throw std::invalid_argument("Visa::parseBool Unknown ret:" + std::string(reply));
 }
 
-std::int32_t parseInt(std::string_view reply) { return text::ToInt(PrefixOf(reply, "0123456789+-")); }
+std::int32_t parseInt(std::string_view reply) { return text::ToInt(PrefixOf(reply, IsOfInteger)); }
 
-double parseDouble(std::string_view reply) { return text::ToReal(PrefixOf(reply, "0123456789+-.Ee")); }
+double parseDouble(std::string_view reply) { return text::ToReal(PrefixOf(reply, IsOfReal)); }
 
 std::string toUpper(std::string_view text) {
     std::string upper(text);

@@ -1,0 +1,20 @@
+/* The same work as the driver's, as one would write it by hand for one instrument: no session handles, no channel
+ * names, no error records. */
+#ifndef TARNEX_BENCH_HANDWRITTEN_H
+#define TARNEX_BENCH_HANDWRITTEN_H
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+void handwritten_open(void);
+
+/* Both return VISA's status. */
+int handwritten_set_voltage(int channel, double level);
+int handwritten_get_voltage(int channel, double* level);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
