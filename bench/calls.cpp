@@ -193,10 +193,11 @@ double SlowestLongSelector(std::string& slowest) {
     };
     const auto vi = Open();
     double worst = 0.0;
-    for (const auto& [name, selector] : shapes) {
+    for (const auto& [shape, selector] : shapes) {
+        const auto* const name = shape; // lambdas cannot capture structured bindings
         bench::Samples samples;
         for (int round = 0; round < 5; ++round) {
-            samples.push_back(bench::Microseconds([&, text = selector.c_str()] {
+            samples.push_back(bench::Microseconds([=, text = selector.c_str()] {
                 if (TARNEX_ConfigureVoltageLevel(vi, text, 1.0) >= 0) {
                     std::fprintf(stderr, "calls: a selector of %s was accepted\n", name);
                     std::exit(1);
@@ -216,7 +217,7 @@ double SlowestLongSelector(std::string& slowest) {
 } // namespace
 
 int main() {
-    setenv("IVI_CONFIG_STORE", "/nonexistent/store.xml", 1); // NOLINT(concurrency-mt-unsafe): there is one thread yet
+    setenv("IVI_CONFIG_STORE", "/nonexistent/store.xml", 1); // there is one thread yet
     handwritten_open();
     bench::Report report;
     bench::Progress("calls over a VISA that does nothing");

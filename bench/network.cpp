@@ -121,7 +121,7 @@ void CompareOpening(const bench::ForkedSupply& supply, bench::Report& report) {
 
 /// A store whose driver session has `names` virtual names.
 std::string StoreWith(const std::string& folder, const std::string& resource, int names) {
-    const auto path = folder + "/" + std::to_string(names) + ".xml";
+    auto path = folder + "/" + std::to_string(names) + ".xml";
     std::ofstream file(path);
     file << "<IviConfigStore><SoftwareModules><IviSoftwareModule id=\"p1\"><Name>TARNEX</Name></IviSoftwareModule>"
             "</SoftwareModules><HardwareAssets><IviHardwareAsset id=\"p2\"><Name>a</Name><IOResourceDescriptor>"
@@ -138,7 +138,7 @@ std::string StoreWith(const std::string& folder, const std::string& resource, in
 }
 
 void UseStore(const std::string& path) {
-    setenv("IVI_CONFIG_STORE", path.c_str(), 1); // NOLINT(concurrency-mt-unsafe): no other thread opens a session
+    setenv("IVI_CONFIG_STORE", path.c_str(), 1); // no other thread opens a session
 }
 
 void CompareStores(const bench::ForkedSupply& supply, bench::Report& report) {

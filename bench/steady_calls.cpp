@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
         std::fputs("usage: steady_calls FUNCTION COUNT\n", stderr);
         return 2;
     }
-    setenv("IVI_CONFIG_STORE", "/nonexistent/store.xml", 1); // NOLINT(concurrency-mt-unsafe): there is one thread
+    setenv("IVI_CONFIG_STORE", "/nonexistent/store.xml", 1); // there is one thread
     char resource[] = "TCPIP0::192.0.2.7::5025::SOCKET";
     ViSession vi = VI_NULL;
     if (TARNEX_init(resource, VI_FALSE, VI_FALSE, &vi) < 0) {
