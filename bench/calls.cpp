@@ -125,6 +125,7 @@ void RunInterleaved(Medians& medians) {
     std::vector<std::string> flags{"calls", "--benchmark_repetitions=15", "--benchmark_enable_random_interleaving=true",
                                    "--benchmark_min_time=0.1", "--benchmark_report_aggregates_only=true"};
     std::vector<char*> argv;
+    argv.reserve(flags.size());
     for (auto& flag : flags) {
         argv.push_back(flag.data());
     }
