@@ -74,6 +74,7 @@ using Server = ConfigServer;
 /// Answers as ordered, else with `body(object)` when the handle stands for a T.
 template <typename T, typename Body>
 ViStatus On(const char* function, IviConfigHandle handle, const Body& body) {
+    const InsideDouble here;
     if (const auto ordered = TheScript().Enter(function); ordered != VI_SUCCESS) {
         return ordered;
     }
@@ -131,6 +132,7 @@ std::string Numbers(ViInt32 id, ViInt32 size) { return std::to_string(id) + " " 
 using namespace doubles; // the functions below are the double
 
 ViStatus _VI_FUNC IviConfig_Initialize(IviConfigHandle* store) {
+    const InsideDouble here;
     const auto ordered = TheScript().Enter("IviConfig_Initialize");
     return ordered != VI_SUCCESS ? ordered : TheConfigServer().GiveOut(ConfigServer::TheStore{}, store);
 }
@@ -138,24 +140,30 @@ ViStatus _VI_FUNC IviConfig_Initialize(IviConfigHandle* store) {
 // The releasing functions release also when they are made to report a failure.
 
 ViStatus _VI_FUNC IviConfig_Close(IviConfigHandle store) {
+    const InsideDouble here;
     const auto ordered = TheScript().Enter("IviConfig_Close");
     const auto status = TheConfigServer().TakeBack(store);
     return ordered != VI_SUCCESS ? ordered : status;
 }
 
 ViStatus _VI_FUNC IviConfig_DisposeHandle(IviConfigHandle handle) {
+    const InsideDouble here;
     const auto ordered = TheScript().Enter("IviConfig_DisposeHandle");
     const auto status = TheConfigServer().TakeBack(handle);
     return ordered != VI_SUCCESS ? ordered : status;
 }
 
 ViStatus _VI_FUNC IviConfig_GetError(ViInt32 size, ViChar text[]) {
+    const InsideDouble here;
     const auto ordered = TheScript().Enter("IviConfig_GetError");
     TheConfigServer().Tell("GetError " + std::to_string(size));
     return ordered != VI_SUCCESS ? ordered : CopyOut(TheConfigServer().ErrorText(), size, text);
 }
 
-ViStatus _VI_FUNC IviConfig_ClearError() { return TheScript().Enter("IviConfig_ClearError"); }
+ViStatus _VI_FUNC IviConfig_ClearError() {
+    const InsideDouble here;
+    return TheScript().Enter("IviConfig_ClearError");
+}
 
 ViStatus _VI_FUNC IviConfig_Deserialize(IviConfigHandle store, ViConstString location) {
     return On<ConfigServer::TheStore>("IviConfig_Deserialize", store, [=](const auto& /*store*/) {
@@ -329,6 +337,7 @@ ViStatus _VI_FUNC IviConfig_GetVirtualRangePropertyViInt32(IviConfigHandle range
 
 ViStatus _VI_FUNC IviConfig_GetConfigComponentDataComponentCollection(IviConfigHandle component,
                                                                       IviConfigHandle* collection) {
+    const InsideDouble here;
     if (const auto ordered = TheScript().Enter("IviConfig_GetConfigComponentDataComponentCollection");
         ordered != VI_SUCCESS) {
         return ordered;

@@ -4,6 +4,14 @@
 
 namespace doubles {
 
+namespace {
+thread_local int doublesEntered = 0;
+} // namespace
+
+InsideDouble::InsideDouble() { ++doublesEntered; }
+InsideDouble::~InsideDouble() { --doublesEntered; }
+bool InsideDouble::Now() { return doublesEntered != 0; }
+
 void Script::Reset() {
     const std::lock_guard lock(mutex_);
     calls_.clear();
@@ -19,7 +27,7 @@ ViStatus Script::Enter(std::string_view function) {
     const std::lock_guard lock(mutex_);
     calls_.emplace_back(function);
     for (auto& order : orders_) {
-        if (order.function != function || order.callsToGo == 0 || --order.callsToGo != 0) {
+        if ((!order.function.empty() && order.function != function) || order.callsToGo == 0 || --order.callsToGo != 0) {
             continue;
         }
         if (order.forever) {

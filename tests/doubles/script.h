@@ -21,6 +21,9 @@ class Script {
     /// The `nth` call of `function` from now on answers `status`; so do all later ones when `forever`.
     void Fail(std::string function, ViStatus status, std::size_t nth = 1, bool forever = false);
 
+    /// The `nth` call of any function from now on answers `status`.
+    void FailCall(std::size_t nth, ViStatus status) { Fail({}, status, nth); }
+
     /// Called by a double at the start of each of its functions: logs the call and tells the status to answer with, or
     /// 0 where none was ordered.
     ViStatus Enter(std::string_view function);
@@ -41,6 +44,17 @@ class Script {
     mutable std::mutex mutex_;
     std::vector<std::string> calls_;
     std::vector<Order> orders_;
+};
+
+/// Stands in every function of a double: what happens meanwhile is not the driver's doing.
+class InsideDouble {
+  public:
+    InsideDouble();
+    InsideDouble(const InsideDouble&) = delete;
+    InsideDouble& operator=(const InsideDouble&) = delete;
+    ~InsideDouble();
+    /// Whether this thread is inside a double now.
+    static bool Now();
 };
 
 /// The one script of the process.

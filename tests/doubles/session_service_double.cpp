@@ -164,6 +164,7 @@ namespace {
 /// What a function answers when no failure was ordered.
 template <typename Body>
 ViStatus Answer(const char* function, const Body& body) {
+    const InsideDouble here;
     const auto ordered = TheScript().Enter(function);
     return ordered != VI_SUCCESS ? ordered : body(TheSessionService());
 }
@@ -171,6 +172,7 @@ ViStatus Answer(const char* function, const Body& body) {
 /// A releasing function releases also when it is made to report a failure.
 template <typename Body>
 ViStatus Release(const char* function, const Body& body) {
+    const InsideDouble here;
     const auto ordered = TheScript().Enter(function);
     const auto status = body(TheSessionService());
     return ordered != VI_SUCCESS ? ordered : status;

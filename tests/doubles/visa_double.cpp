@@ -132,6 +132,7 @@ namespace {
 
 template <typename Body>
 ViStatus Answer(const char* function, const Body& body) {
+    const InsideDouble here;
     const auto ordered = TheScript().Enter(function);
     return ordered != VI_SUCCESS ? ordered : body(TheVisa());
 }
@@ -152,6 +153,7 @@ ViStatus _VI_FUNC viOpen(ViSession rm, ViConstRsrc name, ViAccessMode mode, ViUI
 
 // Closes also when it is made to report a failure.
 ViStatus _VI_FUNC viClose(ViObject vi) {
+    const doubles::InsideDouble here;
     const auto ordered = doubles::TheScript().Enter("viClose");
     const auto status = doubles::TheVisa().Close(vi);
     return ordered != VI_SUCCESS ? ordered : status;

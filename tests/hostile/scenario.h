@@ -1,0 +1,33 @@
+// A session's whole life, in which every kind of call occurs.
+#pragma once
+
+#include <exception>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "include/TARNEX.h"
+
+namespace hostile {
+
+/// What one exported function did.
+struct Result {
+    std::string function;
+    ViStatus status = VI_SUCCESS;
+    bool outOfMemory = false;       ///< std::bad_alloc left the function
+    std::string threw;              ///< the text of another exception that left it
+    ViStatus recorded = VI_SUCCESS; ///< the code that TARNEX_GetError gave afterwards, of session or thread
+    bool described = false;         ///< a description came with it
+};
+
+struct Life {
+    std::vector<Result> results;
+    bool gaveHandle = false; ///< creation set *newVi
+};
+
+/// Opens a session on `resource` with status checking and an ID query, configures both channels, makes all queries,
+/// gets and sets all attributes, asks for errors, switches into simulation, and closes: once more when the first time
+/// fails. Whatever fails, the rest is carried on with.
+Life LiveOnce(const std::string& resource);
+
+} // namespace hostile
