@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "bench/forked_supply.h"
 #include "bench/raw_socket.h"
 #include "bench/report.h"
 #include "bench/samples.h"
 #include "include/TARNEX.h"
+#include "tools/virtual_supply/forked_supply.h"
 
 namespace {
 
@@ -32,7 +32,7 @@ void Expect(bool succeeded, const char* what) {
     }
 }
 
-ViSession Open(const bench::ForkedSupply& supply) {
+ViSession Open(const virtual_supply::ForkedSupply& supply) {
     auto resource = supply.Resource();
     ViSession vi = VI_NULL;
     Expect(TARNEX_init(resource.data(), VI_FALSE, VI_FALSE, &vi) >= 0, "TARNEX_init");
@@ -56,7 +56,7 @@ double RawQuery(int connection) {
     return time;
 }
 
-void CompareQueries(const bench::ForkedSupply& supply, bench::Report& report) {
+void CompareQueries(const virtual_supply::ForkedSupply& supply, bench::Report& report) {
     const auto vi = Open(supply);
     const int connection = raw_connect(supply.Port());
     for (int warmUp = 0; warmUp < 500; ++warmUp) {
@@ -72,7 +72,7 @@ void CompareQueries(const bench::ForkedSupply& supply, bench::Report& report) {
     TARNEX_close(vi);
 }
 
-void CompareWrites(const bench::ForkedSupply& supply, bench::Report& report) {
+void CompareWrites(const virtual_supply::ForkedSupply& supply, bench::Report& report) {
     const auto vi = Open(supply);
     const int connection = raw_connect(supply.Port());
     double level = 0.0;
@@ -99,11 +99,11 @@ void CompareWrites(const bench::ForkedSupply& supply, bench::Report& report) {
     TARNEX_close(vi);
 }
 
-double OpenAndClose(const bench::ForkedSupply& supply) {
+double OpenAndClose(const virtual_supply::ForkedSupply& supply) {
     return Microseconds([&] { Expect(TARNEX_close(Open(supply)) >= 0, "TARNEX_close"); });
 }
 
-void CompareOpening(const bench::ForkedSupply& supply, bench::Report& report) {
+void CompareOpening(const virtual_supply::ForkedSupply& supply, bench::Report& report) {
     OpenAndClose(supply);
     auto [driver, raw] = Interleave(
         1000, [&] { return OpenAndClose(supply); },
@@ -141,7 +141,7 @@ void UseStore(const std::string& path) {
     setenv("IVI_CONFIG_STORE", path.c_str(), 1); // no other thread opens a session
 }
 
-void CompareStores(const bench::ForkedSupply& supply, bench::Report& report) {
+void CompareStores(const virtual_supply::ForkedSupply& supply, bench::Report& report) {
     constexpr int kThousands = 10;
     std::string folder = (std::filesystem::temp_directory_path() / "tarnex-bench-XXXXXX").string();
     Expect(mkdtemp(folder.data()) != nullptr, "making a scratch folder");
@@ -170,7 +170,7 @@ double ResidentKibibytes() {
 
 /// Where every session is served in its turn, the caches of the machine are cold for each; a raw socket shows by how
 /// much.
-void CompareManySessions(const bench::ForkedSupply& supply, bench::Report& report) {
+void CompareManySessions(const virtual_supply::ForkedSupply& supply, bench::Report& report) {
     constexpr std::size_t kSessions = 1000;
     constexpr std::size_t kQueries = 10000;
     std::vector<ViSession> sessions{Open(supply)};
@@ -222,7 +222,7 @@ int main() {
     getrlimit(RLIMIT_NOFILE, &files);
     files.rlim_cur = files.rlim_max; // 1,000 sessions need as many files, on both sides
     setrlimit(RLIMIT_NOFILE, &files);
-    const bench::ForkedSupply supply;
+    const virtual_supply::ForkedSupply supply;
     UseStore("/nonexistent/store.xml");
     bench::Report report;
     bench::Progress("queries over TCP");

@@ -14,32 +14,12 @@
 #include <cstdint>
 #include <utility>
 
+#include "platform/visa/file_descriptor.h"
 #include "platform/visa/resolver.h"
 
 namespace visa {
 
 namespace {
-
-class FileDescriptor {
-  public:
-    explicit FileDescriptor(int number = -1) : number_(number) {}
-    FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
-        std::swap(number_, other.number_);
-        return *this;
-    }
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() {
-        if (number_ >= 0) {
-            ::close(number_);
-        }
-    }
-    [[nodiscard]] int Number() const { return number_; }
-
-  private:
-    int number_;
-};
 
 /// Waits for `events`; false when the deadline came first. Errors count as events: the call that follows tells them.
 bool WaitFor(int socket, short events, const Deadline& deadline) {
@@ -151,7 +131,7 @@ class SocketTransport final : public Transport {
 
 /// A connected socket, or none with the reason in `status`.
 FileDescriptor ConnectTo(const addrinfo& address, const Deadline& deadline, ViStatus& status) {
-    FileDescriptor socket(
+    FileDescriptor socket = BesideTheStandardStreams(
         ::socket(address.ai_family, address.ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK, address.ai_protocol));
     if (socket.Number() < 0) {
         status = errno == EMFILE || errno == ENFILE ? VI_ERROR_SYSTEM_ERROR : VI_ERROR_RSRC_NFOUND;

@@ -13,6 +13,7 @@ thread_local bool inDriver = false;
 thread_local std::size_t counted = 0;
 thread_local std::size_t callsToFailure = 0;
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory): these are the allocation functions
 void* Allocate(std::size_t size) {
     if (inDriver && !doubles::InsideDouble::Now()) {
         ++counted;
@@ -34,6 +35,8 @@ void Free(void* memory) noexcept {
         std::free(memory);
     }
 }
+
+// NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
 
 } // namespace
 

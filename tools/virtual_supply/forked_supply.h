@@ -1,4 +1,5 @@
-// A virtual supply in a process of its own, which ends with the bench.
+// A virtual supply in a process of its own, which ends with the one that started it: for benchmarks and for tests that
+// count what their own process holds.
 #pragma once
 
 #include <array>
@@ -12,7 +13,7 @@
 
 #include "tools/virtual_supply/server.h"
 
-namespace bench {
+namespace virtual_supply {
 
 class ForkedSupply {
   public:
@@ -21,7 +22,7 @@ class ForkedSupply {
         std::array<int, 2> up{};
         std::array<int, 2> down{};
         if (::pipe(up.data()) != 0 || ::pipe(down.data()) != 0 || (child_ = ::fork()) < 0) {
-            std::perror("bench: no supply");
+            std::perror("no supply");
             std::exit(1);
         }
         if (child_ == 0) {
@@ -32,7 +33,7 @@ class ForkedSupply {
         ::close(down[0]);
         alive_ = down[1];
         if (::read(up[0], &port_, sizeof port_) != sizeof port_) {
-            std::fputs("bench: the supply did not start\n", stderr);
+            std::fputs("the supply did not start\n", stderr);
             std::exit(1);
         }
         ::close(up[0]);
@@ -51,8 +52,8 @@ class ForkedSupply {
     /// Serves until the parent's end of the pipe is closed, by whatever way the parent ends.
     [[noreturn]] static void Serve(int up, int down) {
         {
-            virtual_supply::VirtualSupply supply;
-            const virtual_supply::VirtualSupplyServer server(supply);
+            VirtualSupply supply;
+            const VirtualSupplyServer server(supply);
             const std::uint16_t port = server.port();
             char end = 0;
             if (::write(up, &port, sizeof port) == sizeof port) {
@@ -67,4 +68,4 @@ class ForkedSupply {
     std::uint16_t port_ = 0;
 };
 
-} // namespace bench
+} // namespace virtual_supply
