@@ -1,10 +1,11 @@
 # The commands of this project. Each installs what it needs (Debian packages), builds and runs.
 
-.PHONY: help run test check bench coverage format clean
+.PHONY: help run run-windows test check bench coverage format clean
 
 help:
 	@echo "make run       the quickstart against a virtual supply"
-	@echo "make test      every test"
+	@echo "make run-windows  the same with the driver for Windows, under Wine"
+	@echo "make test      every test, those of the driver for Windows under Wine"
 	@echo "make check     sanitizers, static analysis, formatting, the Windows build"
 	@echo "make bench     what the driver costs, next to the same work without it"
 	@echo "make coverage  line coverage of each floor"
@@ -16,10 +17,17 @@ run:
 	@scripts/build release virtual_supply quickstart
 	@scripts/run-quickstart build/release
 
+run-windows:
+	@scripts/install-deps build test windows wine
+	@scripts/build release virtual_supply
+	@scripts/build windows
+	@scripts/run-quickstart build/release build/windows
+
 test:
-	@scripts/install-deps build test
+	@scripts/install-deps build test windows
 	@scripts/build release
 	@ctest --preset release
+	@scripts/test-windows
 
 check:
 	@scripts/install-deps build test check windows

@@ -21,6 +21,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   # GCC 12 sees overlapping copies in its own library's "text" + std::string (GCC bug 105651).
   target_compile_options(tarnex_settings INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
 endif()
+if(MINGW)
+  # Nothing of the compiler's own beside a program or DLL.
+  target_link_options(tarnex_settings INTERFACE -static)
+endif()
 if(TARNEX_WARNINGS_AS_ERRORS)
   target_compile_options(tarnex_settings INTERFACE $<IF:$<BOOL:${MSVC}>,/WX,-Werror>)
 endif()
