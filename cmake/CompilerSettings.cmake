@@ -13,7 +13,10 @@ set(TARNEX_SANITIZERS "" CACHE STRING "Sanitizers to build with, for example add
 add_library(tarnex_settings INTERFACE)
 target_include_directories(tarnex_settings INTERFACE ${PROJECT_SOURCE_DIR})
 if(MSVC)
-  target_compile_options(tarnex_settings INTERFACE /W4 /permissive- /utf-8)
+  # /EHs without c: exceptions may leave the exported functions, which are extern "C".
+  target_compile_options(tarnex_settings INTERFACE /W4 /permissive- /utf-8 $<$<COMPILE_LANGUAGE:CXX>:/EHs;/EHc->)
+  # Nothing of the compiler's own beside the DLL.
+  set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 else()
   target_compile_options(tarnex_settings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 endif()

@@ -155,7 +155,7 @@ class WinsockTransport final : public Transport {
 Socket ConnectTo(const addrinfo& address, const Deadline& deadline, ViStatus& status) {
     Socket socket(::socket(address.ai_family, address.ai_socktype, address.ai_protocol));
     u_long on = 1;
-    if (!socket.IsOpen() || ::ioctlsocket(socket.Number(), FIONBIO, &on) != 0) {
+    if (!socket.IsOpen() || ::ioctlsocket(socket.Number(), static_cast<long>(FIONBIO), &on) != 0) {
         status = VI_ERROR_SYSTEM_ERROR;
         return Socket();
     }
