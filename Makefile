@@ -1,28 +1,41 @@
 # The commands of this project. Each installs what it needs (Debian packages), builds and runs.
 
-.PHONY: help run test check bench coverage format clean
+.PHONY: help run run-windows test check package bench coverage format clean
 
 help:
-	@echo "make run       the quickstart against a virtual supply"
-	@echo "make test      every test"
-	@echo "make check     sanitizers, static analysis, formatting, the Windows build"
-	@echo "make bench     what the driver costs, next to the same work without it"
-	@echo "make coverage  line coverage of each floor"
-	@echo "make format    clang-format over all sources"
-	@echo "make clean     removes build/"
+	@echo "make run          the quickstart against a virtual supply"
+	@echo "make run-windows  the same with the driver for Windows, under Wine"
+	@echo "make test         every test; those of the driver for Windows under Wine"
+	@echo "make check        sanitizers, static analysis, formatting, the packages"
+	@echo "make package      a tar.gz and a .deb for Linux, a zip for Windows, into build/packages"
+	@echo "make bench        what the driver costs, next to the same work without it"
+	@echo "make coverage     line coverage of each floor"
+	@echo "make format       clang-format over all sources"
+	@echo "make clean        removes build/"
 
 run:
 	@scripts/install-deps build test
 	@scripts/build release virtual_supply quickstart
 	@scripts/run-quickstart build/release
 
+run-windows:
+	@scripts/install-deps build test windows wine
+	@scripts/build release virtual_supply
+	@scripts/build windows
+	@scripts/run-quickstart build/release build/windows
+
 test:
-	@scripts/install-deps build test
+	@scripts/install-deps build test windows
 	@scripts/build release
 	@ctest --preset release
+	@scripts/test-windows
+
+package:
+	@scripts/install-deps build test windows package
+	@scripts/package
 
 check:
-	@scripts/install-deps build test check windows
+	@scripts/install-deps build test check windows wine package
 	@scripts/check
 
 bench:

@@ -13,13 +13,20 @@ set(TARNEX_SANITIZERS "" CACHE STRING "Sanitizers to build with, for example add
 add_library(tarnex_settings INTERFACE)
 target_include_directories(tarnex_settings INTERFACE ${PROJECT_SOURCE_DIR})
 if(MSVC)
-  target_compile_options(tarnex_settings INTERFACE /W4 /permissive- /utf-8)
+  # /EHs without c: exceptions may leave the exported functions, which are extern "C".
+  target_compile_options(tarnex_settings INTERFACE /W4 /permissive- /utf-8 $<$<COMPILE_LANGUAGE:CXX>:/EHs;/EHc->)
+  # Nothing of the compiler's own beside the DLL.
+  set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 else()
   target_compile_options(tarnex_settings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # GCC 12 sees overlapping copies in its own library's "text" + std::string (GCC bug 105651).
   target_compile_options(tarnex_settings INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+endif()
+if(MINGW)
+  # Nothing of the compiler's own beside a program or DLL.
+  target_link_options(tarnex_settings INTERFACE -static)
 endif()
 if(TARNEX_WARNINGS_AS_ERRORS)
   target_compile_options(tarnex_settings INTERFACE $<IF:$<BOOL:${MSVC}>,/WX,-Werror>)

@@ -28,7 +28,8 @@
  *   When an instrument answers a query with something that is no number or boolean, or a number beyond its type, a C++
  *   exception (std::invalid_argument or std::out_of_range) leaves the function; so does std::bad_alloc when memory runs
  *   out. The session stays unlocked and usable; a session that was being opened is not. It ends a C program; a C++
- *   program can catch it.
+ *   program can catch it. On Windows that holds for programs of the compiler that built the library, mingw-w64's GCC;
+ *   other compilers' programs must not rely on it.
  */
 #ifndef TARNEX_H
 #define TARNEX_H

@@ -1,7 +1,12 @@
 // From a host's name to its addresses, in bounded time.
 #pragma once
 
+#ifdef _WIN32
+#include <winsock2.h>
+#include <ws2tcpip.h>
+#else
 #include <netdb.h>
+#endif
 
 #include <functional>
 #include <memory>

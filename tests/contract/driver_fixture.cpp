@@ -2,7 +2,21 @@
 
 #include <array>
 
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#endif
+
 namespace contract {
+
+const void* ExportedAddress(const char* name) {
+#ifdef _WIN32
+    return reinterpret_cast<const void*>(GetProcAddress(GetModuleHandleA("TARNEX_64.dll"), name));
+#else
+    return dlsym(RTLD_DEFAULT, name);
+#endif
+}
 
 DriverTest::DriverTest() {
     doubles::TheScript().Reset();

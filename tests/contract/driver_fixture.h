@@ -44,6 +44,10 @@ inline void PrintTo(const DriverError& error, std::ostream* out) {
     *out << " \"" << error.description << '"';
 }
 
+/// Where the driver's library has the export; null when it has none. A function's address in the program may be a stub
+/// of the program's own.
+const void* ExportedAddress(const char* name);
+
 /// Over USB a query ends with status 0; over a socket with 0x3FFF0005.
 class DriverTest : public testing::Test {
   protected:
