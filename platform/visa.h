@@ -1,9 +1,11 @@
 // The seven VISA operations that the driver uses (VPP-4.3), with the attributes and codes of VPP-4.3.2.
 //
-// The built-in library serves raw TCP sockets: "TCPIP[board]::host::port::SOCKET", host a name, an IPv4 address or an
-// IPv6 address in square brackets. Other kinds of resources give VI_ERROR_INTF_NUM_NCONFIG, names that are none
-// VI_ERROR_INV_RSRC_NAME. Every function may be called from any thread; a call that another thread's viClose ends
-// returns VI_ERROR_INV_OBJECT.
+// The built-in library serves
+// - raw TCP sockets: "TCPIP[board]::host::port::SOCKET", host a name, an IPv4 address or an IPv6 address in square
+//   brackets;
+// - serial lines, not on Windows: "ASRL1::INSTR" is /dev/ttyS0 and so on, "ASRL/dev/ttyUSB0::INSTR" any device.
+// Other kinds of resources give VI_ERROR_INTF_NUM_NCONFIG, names that are none VI_ERROR_INV_RSRC_NAME. Every function
+// may be called from any thread; a call that another thread's viClose ends returns VI_ERROR_INV_OBJECT.
 #pragma once
 
 #include "platform/vi_types.h"
@@ -11,13 +13,14 @@
 inline constexpr ViAttr VI_ATTR_TERMCHAR = 0x3FFF0018;    // default 0x0A
 inline constexpr ViAttr VI_ATTR_TMO_VALUE = 0x3FFF001A;   // ms, default 2000
 inline constexpr ViAttr VI_ATTR_TERMCHAR_EN = 0x3FFF0038; // default VI_FALSE
-inline constexpr ViAttr VI_ATTR_ASRL_BAUD = 0x3FFF0021;
-inline constexpr ViAttr VI_ATTR_ASRL_DATA_BITS = 0x3FFF0022;
-inline constexpr ViAttr VI_ATTR_ASRL_PARITY = 0x3FFF0023;
-inline constexpr ViAttr VI_ATTR_ASRL_STOP_BITS = 0x3FFF0024;
-inline constexpr ViAttr VI_ATTR_ASRL_FLOW_CNTRL = 0x3FFF0025;
-inline constexpr ViAttr VI_ATTR_ASRL_END_IN = 0x3FFF00B3;
-inline constexpr ViAttr VI_ATTR_ASRL_END_OUT = 0x3FFF00B4;
+// Serial lines only.
+inline constexpr ViAttr VI_ATTR_ASRL_BAUD = 0x3FFF0021;       // default 9600
+inline constexpr ViAttr VI_ATTR_ASRL_DATA_BITS = 0x3FFF0022;  // 5 to 8, default 8
+inline constexpr ViAttr VI_ATTR_ASRL_PARITY = 0x3FFF0023;     // default none
+inline constexpr ViAttr VI_ATTR_ASRL_STOP_BITS = 0x3FFF0024;  // default one
+inline constexpr ViAttr VI_ATTR_ASRL_FLOW_CNTRL = 0x3FFF0025; // default none
+inline constexpr ViAttr VI_ATTR_ASRL_END_IN = 0x3FFF00B3;     // default VI_ASRL_END_TERMCHAR, whatever TERMCHAR_EN is
+inline constexpr ViAttr VI_ATTR_ASRL_END_OUT = 0x3FFF00B4;    // default VI_ASRL_END_NONE
 
 inline constexpr ViUInt16 VI_READ_BUF = 1;
 inline constexpr ViUInt16 VI_WRITE_BUF = 2;
@@ -74,14 +77,17 @@ ViStatus _VI_FUNC viOpenDefaultRM(ViSession* rm);
 
 /// Opens the resource `name` (any letter case); `timeoutMs` bounds the opening, name resolution included
 /// (VI_ERROR_TMO). The only access mode is 0, no lock. A host that cannot be found or reached, or that refuses the
-/// connection, gives VI_ERROR_RSRC_NFOUND.
+/// connection, and a device that is not there or is no serial line give VI_ERROR_RSRC_NFOUND; a device that may not be
+/// opened gives VI_ERROR_RSRC_BUSY. Bytes that a serial line received before it was opened are dropped.
 ViStatus _VI_FUNC viOpen(ViSession rm, ViConstRsrc name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi);
 
 /// Closing a resource manager session closes its instrument sessions.
 ViStatus _VI_FUNC viClose(ViObject vi);
 
 /// VI_ERROR_NSUP_ATTR for an attribute that the session does not have, VI_ERROR_NSUP_ATTR_STATE for a value that it
-/// cannot take.
+/// cannot take. What the built-in library's serial lines cannot take: mark and space parity, one and a half stop bits,
+/// DTR/DSR flow control, combinations of flow controls, ends other than VI_ASRL_END_NONE and, for reads,
+/// VI_ASRL_END_TERMCHAR.
 ViStatus _VI_FUNC viSetAttribute(ViObject vi, ViAttr name, ViAttrState value);
 
 /// `mask` is any combination of the four buffers, else VI_ERROR_INV_MASK.

@@ -122,7 +122,7 @@ void Instrument::Close(ViSession handle) {
 }
 
 int Instrument::EnabledTerminationCharacter() const {
-    return terminationEnabled_ ? terminationCharacter_.load() : kNoCharacter;
+    return terminationEnabled_ || transport_->EndsAtTermination() ? terminationCharacter_.load() : kNoCharacter;
 }
 
 /// Moves kept bytes, up to and including the terminator.

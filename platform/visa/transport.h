@@ -35,6 +35,9 @@ class Transport {
     /// The I/O time-out changed; a hint, the deadlines of the calls decide.
     virtual void TimeoutChanged(ViUInt32 /*milliseconds*/) {}
 
+    /// Reads end at the termination character also while VI_ATTR_TERMCHAR_EN is off.
+    [[nodiscard]] virtual bool EndsAtTermination() const { return false; }
+
     /// Attributes of this interface kind alone.
     virtual ViStatus SetAttribute(ViAttr /*name*/, ViAttrState /*value*/) { return VI_ERROR_NSUP_ATTR; }
 };

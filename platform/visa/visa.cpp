@@ -7,6 +7,9 @@
 #include <utility>
 
 #include "platform/visa/resource_name.h"
+#ifndef _WIN32
+#include "platform/visa/serial_transport.h"
+#endif
 #include "platform/visa/session.h"
 #include "platform/visa/session_handles.h"
 #include "platform/visa/socket_transport.h"
@@ -23,6 +26,9 @@ struct Connector {
 };
 constexpr Connector kConnectors[] = {
     {Interface::kSocket, ConnectSocket},
+#ifndef _WIN32
+    {Interface::kSerial, OpenSerialLine},
+#endif
 };
 
 std::unique_ptr<Transport> Connect(const ResourceName& name, const Deadline& deadline, ViStatus& status) {

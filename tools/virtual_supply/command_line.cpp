@@ -21,15 +21,18 @@ constexpr double kLongestDuration = 1e9; // s
 
 constexpr auto kDescription =
     "A two-channel DC power supply that exists in software: it answers the supply's commands over TCP on the loopback "
-    "interface, keeps its settings, and feeds resistive loads.\n\n"
+    "interface or on a pseudo-terminal, keeps its settings, and feeds resistive loads.\n\n"
     "When it is ready it prints one line with its VISA resource string:\n"
     "  Virtual TX4410 listening on TCPIP0::127.0.0.1::43210::SOCKET\n"
+    "or, with --pty, such a line for each pseudo-terminal that it moves to:\n"
+    "  Virtual TX4410 listening on ASRL/dev/pts/3::INSTR\n"
     "It runs until SIGINT or SIGTERM (Ctrl+C). Exit codes: 0 stopped, 1 cannot listen, 2 wrong arguments.";
 
 constexpr auto kExplanations = R"(
 Faults: --fault KIND[=VALUE][@N[+M]]
   From the N-th received command on (default 1, counted over all connections), for M commands (default: all).
-  drop        close the connection instead of executing the command
+  drop        close the connection instead of executing the command; with --pty: hang up, and move to another
+              pseudo-terminal
   delay=MS    reply MS milliseconds later (1 to 1000000)
   silent      execute the command, but never reply
   garbage     reply bytes that are no sensible reply
@@ -45,6 +48,7 @@ Examples:
   virtual_supply --model TX4520 --serial SN20240001 --verbose
   virtual_supply --fault delay=250 --fault drop@20
   virtual_supply --fault silent@3+1 --for 60
+  virtual_supply --pty
 )";
 
 std::pair<int, double> ParseLoad(const std::string& text) {
@@ -87,14 +91,20 @@ std::optional<ProgramOptions> ParseCommandLine(int argc, const char* const* argv
     CLI::App app{kDescription, "virtual_supply"};
     app.footer(kExplanations);
     app.set_help_flag("-h,--help", "print this help and exit");
-    app.add_option("--port", options.port, "TCP port to listen on; 0: a free one")
-        ->type_name("N")
-        ->capture_default_str()
-        ->check(CLI::Range(0, static_cast<int>(std::numeric_limits<std::uint16_t>::max())).description(""));
-    app.add_option("--host", options.host, "loopback address to listen on: 127.0.0.1 or ::1")
-        ->type_name("ADDRESS")
-        ->capture_default_str()
-        ->check(CLI::Validator(CheckHost, ""));
+    auto* const port =
+        app.add_option("--port", options.port, "TCP port to listen on; 0: a free one")
+            ->type_name("N")
+            ->capture_default_str()
+            ->check(CLI::Range(0, static_cast<int>(std::numeric_limits<std::uint16_t>::max())).description(""));
+    auto* const host = app.add_option("--host", options.host, "loopback address to listen on: 127.0.0.1 or ::1")
+                           ->type_name("ADDRESS")
+                           ->capture_default_str()
+                           ->check(CLI::Validator(CheckHost, ""));
+#ifndef _WIN32
+    app.add_flag("--pty", options.pseudo_terminal, "serve on a pseudo-terminal, as a serial line, instead of TCP")
+        ->excludes(port)
+        ->excludes(host);
+#endif
     app.add_option("--model", options.model, "model in the identity: TX4410 or TX4520")
         ->type_name("NAME")
         ->capture_default_str()

@@ -14,6 +14,7 @@ namespace virtual_supply {
 struct ProgramOptions {
     std::string host = "127.0.0.1";
     std::uint16_t port = 0;
+    bool pseudo_terminal = false;
     std::string model = "TX4410";
     std::string serial = "SN00000001";
     std::map<int, double> loads; // ohms, by channel

@@ -27,33 +27,35 @@ std::string Printable(std::string_view text) {
 
 } // namespace
 
-Connection::Connection(asio::ip::tcp::socket socket, Exchange& exchange, std::size_t number,
-                       std::function<void()> closed)
-    : socket_(std::move(socket)), delay_(socket_.get_executor()), exchange_(exchange), number_(number),
+template <typename Stream>
+StreamConnection<Stream>::StreamConnection(Stream stream, Exchange& exchange, std::size_t number,
+                                           std::function<void()> closed)
+    : stream_(std::move(stream)), delay_(stream_.get_executor()), exchange_(exchange), number_(number),
       closed_(std::move(closed)) {}
 
-void Connection::Start() {
-    asio::error_code ignored; // a client that is gone already shows in the first read
-    socket_.set_option(asio::ip::tcp::no_delay(true), ignored);
+template <typename Stream>
+void StreamConnection<Stream>::Start() {
     Log("connected", {});
     Read();
 }
 
-void Connection::Close() {
+template <typename Stream>
+void StreamConnection<Stream>::Close() {
     if (!closed_) {
         return;
     }
     Log("closed", {});
     asio::error_code ignored;
-    socket_.close(ignored);
+    stream_.close(ignored);
     delay_.cancel();
     std::exchange(closed_, nullptr)();
 }
 
-void Connection::Read() {
-    socket_.async_read_some(asio::buffer(chunk_),
-                            [self = shared_from_this()](asio::error_code error, std::size_t size) {
-                                if (error || !self->socket_.is_open()) {
+template <typename Stream>
+void StreamConnection<Stream>::Read() {
+    stream_.async_read_some(asio::buffer(chunk_),
+                            [self = this->shared_from_this()](asio::error_code error, std::size_t size) {
+                                if (error || !self->stream_.is_open()) {
                                     self->Close();
                                     return;
                                 }
@@ -64,7 +66,8 @@ void Connection::Read() {
 
 /// Executes the lines received so far. Stops at a reply, to go on when it is written: a client that asks without
 /// reading the answers has to wait, and costs no memory.
-void Connection::Proceed() {
+template <typename Stream>
+void StreamConnection<Stream>::Proceed() {
     while (const auto line = lines_.Take(unread_)) {
         if (!Handle(*line)) {
             return;
@@ -74,7 +77,8 @@ void Connection::Proceed() {
 }
 
 /// Executes one line. False: what follows has to wait, or the connection is over.
-bool Connection::Handle(const LineSplitter::Line& line) {
+template <typename Stream>
+bool StreamConnection<Stream>::Handle(const LineSplitter::Line& line) {
     if (line.overrun) {
         Log("< (too long)", {});
         exchange_.supply.ReportInputOverrun();
@@ -98,19 +102,20 @@ bool Connection::Handle(const LineSplitter::Line& line) {
         return false;
     }
     delay_.expires_after(disturbance.delay);
-    delay_.async_wait([self = shared_from_this()](asio::error_code error) {
-        if (!error && self->socket_.is_open()) {
+    delay_.async_wait([self = this->shared_from_this()](asio::error_code error) {
+        if (!error && self->stream_.is_open()) {
             self->Send();
         }
     });
     return false;
 }
 
-void Connection::Send() {
+template <typename Stream>
+void StreamConnection<Stream>::Send() {
     Log("> ", outgoing_);
-    asio::async_write(socket_, asio::buffer(outgoing_),
-                      [self = shared_from_this()](asio::error_code error, std::size_t /*size*/) {
-                          if (error || !self->socket_.is_open()) {
+    asio::async_write(stream_, asio::buffer(outgoing_),
+                      [self = this->shared_from_this()](asio::error_code error, std::size_t /*size*/) {
+                          if (error || !self->stream_.is_open()) {
                               self->Close();
                               return;
                           }
@@ -118,10 +123,16 @@ void Connection::Send() {
                       });
 }
 
-void Connection::Log(std::string_view event, std::string_view text) const {
+template <typename Stream>
+void StreamConnection<Stream>::Log(std::string_view event, std::string_view text) const {
     if (exchange_.log) {
         exchange_.log(std::to_string(number_) + ' ' + std::string(event) + Printable(text));
     }
 }
+
+template class StreamConnection<asio::ip::tcp::socket>;
+#ifdef ASIO_HAS_POSIX_STREAM_DESCRIPTOR
+template class StreamConnection<asio::posix::stream_descriptor>;
+#endif
 
 } // namespace virtual_supply

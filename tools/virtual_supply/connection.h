@@ -21,15 +21,31 @@ struct Exchange {
     std::function<void(std::string_view)> log; // may be empty
 };
 
+/// What the server needs to know of a connection.
+class Connection {
+  public:
+    Connection() = default;
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    Connection(Connection&&) = delete;
+    Connection& operator=(Connection&&) = delete;
+    virtual ~Connection() = default;
+
+    virtual void Start() = 0;
+    virtual void Close() = 0;
+};
+
 /// Reads lines, has them executed one after another, and writes the replies. Runs on the server's thread only; lives
-/// as long as an operation on its socket is under way.
-class Connection : public std::enable_shared_from_this<Connection> {
+/// as long as an operation on its stream is under way. The streams are asio::ip::tcp::socket and, for
+/// pseudo-terminals, asio::posix::stream_descriptor.
+template <typename Stream>
+class StreamConnection final : public Connection, public std::enable_shared_from_this<StreamConnection<Stream>> {
   public:
     /// `closed` is called once, when the connection is over.
-    Connection(asio::ip::tcp::socket socket, Exchange& exchange, std::size_t number, std::function<void()> closed);
+    StreamConnection(Stream stream, Exchange& exchange, std::size_t number, std::function<void()> closed);
 
-    void Start();
-    void Close();
+    void Start() override;
+    void Close() override;
 
   private:
     void Read();
@@ -40,7 +56,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
     static constexpr std::size_t kChunkSize = 4096;
 
-    asio::ip::tcp::socket socket_;
+    Stream stream_;
     asio::steady_timer delay_;
     Exchange& exchange_;
     const std::size_t number_;

@@ -1,4 +1,4 @@
-// The virtual supply as a program: listens on the loopback interface until it is told to stop.
+// The virtual supply as a program: serves on the loopback interface or a pseudo-terminal until it is told to stop.
 
 #include "tools/virtual_supply/command_line.h"
 #include "tools/virtual_supply/server.h"
@@ -55,11 +55,16 @@ int Run(const ProgramOptions& options) {
     for (const auto& [channel, ohms] : options.loads) {
         supply.SetLoad(channel, ohms);
     }
+    const auto announce = [&supply](std::string_view resource) {
+        std::cout << ("Virtual " + supply.model() + " listening on " + std::string(resource) + '\n') << std::flush;
+    };
     const VirtualSupplyServer server(supply, {.host = options.host,
                                               .port = options.port,
+                                              .pseudo_terminal = options.pseudo_terminal,
                                               .faults = options.faults,
-                                              .log = options.verbose ? &Log : nullptr});
-    std::cout << "Virtual " << supply.model() << " listening on " << server.resource() << std::endl;
+                                              .log = options.verbose ? &Log : nullptr,
+                                              .moved = announce});
+    announce(server.resource());
     context.run();
     return EXIT_SUCCESS;
 }
