@@ -25,10 +25,10 @@ std::string ScratchFolder::Write(const std::string& name, const std::string& con
     return Path(name);
 }
 
-SupplyTest::SupplyTest() {
+SupplyTest::SupplyTest(const virtual_supply::ServerOptions& options) {
     UseStore(scratch_.Path("none.xml"));
     supply_.SetLoad(1, 10.0);
-    server_.emplace(supply_);
+    server_.emplace(supply_, options);
     TARNEX_ClearError(VI_NULL);
 }
 

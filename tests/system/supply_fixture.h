@@ -1,4 +1,5 @@
-// A virtual supply on a loopback port of its own, and the driver's exports over the built-in platform runtime.
+// A virtual supply on a loopback port or a pseudo-terminal of its own, and the driver's exports over the built-in
+// platform runtime.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -43,7 +44,7 @@ inline void PrintTo(const DriverError& error, std::ostream* out) {
 class SupplyTest : public testing::Test {
   protected:
     /// No configuration store, 10 ohms at channel 1.
-    SupplyTest();
+    explicit SupplyTest(const virtual_supply::ServerOptions& options = {});
     ~SupplyTest() override;
 
     /// Opens a session; expects success.
@@ -72,7 +73,24 @@ class SupplyTest : public testing::Test {
     std::vector<ViSession> opened_;
 };
 
-/// The statuses that a query over a socket ends with when it went well, and when it did not.
+enum class Line { kTcp, kPseudoTerminal };
+
+/// The same over each kind of line.
+class SupplyOverEachLine : public SupplyTest, public testing::WithParamInterface<Line> {
+  protected:
+    explicit SupplyOverEachLine(virtual_supply::ServerOptions options = {}) : SupplyTest(OverThisLine(options)) {}
+
+    static const virtual_supply::ServerOptions& OverThisLine(virtual_supply::ServerOptions& options) {
+        options.pseudo_terminal = GetParam() == Line::kPseudoTerminal;
+        return options;
+    }
+};
+
+inline std::string LineName(const testing::TestParamInfo<Line>& line) {
+    return line.param == Line::kTcp ? "Tcp" : "PseudoTerminal";
+}
+
+/// The statuses that a query over a socket or a serial line ends with when it went well, and when it did not.
 inline constexpr ViStatus kTermChar = 0x3FFF0005;
 inline constexpr auto kIoError = static_cast<ViStatus>(0xBFFA4214);
 

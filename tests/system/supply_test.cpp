@@ -8,12 +8,13 @@
 namespace system_tests {
 namespace {
 
-class Supply : public SupplyTest {};
+class Supply : public SupplyOverEachLine {};
+class SupplyOverTcp : public SupplyTest {};
 
 constexpr const char* kFirst = "OutputChannel1";
 constexpr const char* kSecond = "OutputChannel2";
 
-TEST_F(Supply, TellsWhoItIs) {
+TEST_P(Supply, TellsWhoItIs) {
     const auto vi = Open("", VI_TRUE);
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MANUFACTURER), "Keltor Technology");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), "TX4410");
@@ -21,13 +22,13 @@ TEST_F(Supply, TellsWhoItIs) {
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->resource());
 }
 
-TEST_F(Supply, OpensWithThePositiveStatusOfASocket) {
+TEST_P(Supply, OpensWithoutThePositiveStatusOfItsQueries) {
     ViSession vi = VI_NULL;
     EXPECT_EQ(TryOpen(server_->resource(), "", vi), 0); // the identity query of the opening itself is not its status
     EXPECT_NE(vi, 0U);
 }
 
-TEST_F(Supply, TakesAVoltageAndGivesItBack) {
+TEST_P(Supply, TakesAVoltageAndGivesItBack) {
     const auto vi = Open();
     EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, kFirst, 3.3), 0);
     EXPECT_EQ(Measure(vi, kFirst, TARNEX_VAL_MEASURE_VOLTAGE), 3.3);
@@ -36,7 +37,7 @@ TEST_F(Supply, TakesAVoltageAndGivesItBack) {
     EXPECT_EQ(Ask(":SOUR1:VOLT?"), "3.300000");
 }
 
-TEST_F(Supply, TakesEveryAttributeAndGivesItBack) {
+TEST_P(Supply, TakesEveryAttributeAndGivesItBack) {
     const auto vi = Open();
     EXPECT_EQ(TARNEX_SetAttributeViReal64(vi, kSecond, TARNEX_ATTR_VOLTAGE_LEVEL, 5.0), 0);
     EXPECT_EQ(TARNEX_SetAttributeViBoolean(vi, kSecond, TARNEX_ATTR_OVP_ENABLED, VI_TRUE), 0);
@@ -57,7 +58,7 @@ TEST_F(Supply, TakesEveryAttributeAndGivesItBack) {
     EXPECT_EQ(Ask(":SYSTem:ERRor?"), "0,\"No error\"");
 }
 
-TEST_F(Supply, HoldsItsVoltageUntilTheLoadDrawsTheLimit) {
+TEST_P(Supply, HoldsItsVoltageUntilTheLoadDrawsTheLimit) {
     const auto vi = Open();
     TARNEX_ConfigureCurrentLimit(vi, kFirst, TARNEX_VAL_CURRENT_REGULATE, 1.0);
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 5.0);
@@ -72,7 +73,7 @@ TEST_F(Supply, HoldsItsVoltageUntilTheLoadDrawsTheLimit) {
     EXPECT_EQ(Measure(vi, kFirst, TARNEX_VAL_MEASURE_VOLTAGE), 20.0); // the programmed level, not the measured one
 }
 
-TEST_F(Supply, TripsOnItsOverVoltageProtectionAndTellsSo) {
+TEST_P(Supply, TripsOnItsOverVoltageProtectionAndTellsSo) {
     const auto vi = Open();
     TARNEX_ConfigureOVP(vi, kFirst, VI_TRUE, 10.0);
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 12.0);
@@ -87,7 +88,7 @@ TEST_F(Supply, TripsOnItsOverVoltageProtectionAndTellsSo) {
     EXPECT_STREQ(text.data(), "\"No error\"");
 }
 
-TEST_F(Supply, TripsOnItsCurrentLimitWhenToldTo) {
+TEST_P(Supply, TripsOnItsCurrentLimitWhenToldTo) {
     const auto vi = Open();
     TARNEX_ConfigureCurrentLimit(vi, kFirst, TARNEX_VAL_CURRENT_TRIP, 1.0);
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 20.0);
@@ -95,7 +96,7 @@ TEST_F(Supply, TripsOnItsCurrentLimitWhenToldTo) {
     EXPECT_FALSE(GetBoolean(vi, kFirst, TARNEX_ATTR_OUTPUT_ENABLED));
 }
 
-TEST_F(Supply, ReportsACommandThatItRefusedWhenStatusCheckingIsOn) {
+TEST_P(Supply, ReportsACommandThatItRefusedWhenStatusCheckingIsOn) {
     const auto vi = Open("QueryInstrStatus=1");
     EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, kFirst, 1.0), kTermChar);
     EXPECT_EQ(static_cast<unsigned>(TARNEX_ConfigureVoltageLevel(vi, kFirst, std::nan(""))), 0xBFFA0001U);
@@ -107,14 +108,14 @@ TEST_F(Supply, ReportsACommandThatItRefusedWhenStatusCheckingIsOn) {
     EXPECT_EQ(Measure(vi, kFirst, TARNEX_VAL_MEASURE_VOLTAGE), 1.0);
 }
 
-TEST_F(Supply, ForgetsOldErrorsWhenItIsOpenedWithStatusChecking) {
+TEST_P(Supply, ForgetsOldErrorsWhenItIsOpenedWithStatusChecking) {
     Ask("NONSENSE");
     Open("QueryInstrStatus=1");
     EXPECT_EQ(Ask("*ESR?"), "0");
     EXPECT_EQ(Ask(":SYSTem:ERRor?"), "0,\"No error\"");
 }
 
-TEST_F(Supply, IsResetOnRequestAndLeftAloneOtherwise) {
+TEST_P(Supply, IsResetOnRequestAndLeftAloneOtherwise) {
     Ask(":SOUR1:VOLT 7");
     const auto vi = Open();
     EXPECT_EQ(Measure(vi, kFirst, TARNEX_VAL_MEASURE_VOLTAGE), 7.0);
@@ -125,7 +126,7 @@ TEST_F(Supply, IsResetOnRequestAndLeftAloneOtherwise) {
     EXPECT_EQ(Measure(second, kFirst, TARNEX_VAL_MEASURE_VOLTAGE), 0.0);
 }
 
-TEST_F(Supply, IsDisabledAltogether) {
+TEST_P(Supply, IsDisabledAltogether) {
     const auto vi = Open();
     TARNEX_ConfigureOutputEnabled(vi, "OutputChannel1,OutputChannel2", VI_TRUE);
     EXPECT_TRUE(GetBoolean(vi, kSecond, TARNEX_ATTR_OUTPUT_ENABLED));
@@ -134,7 +135,7 @@ TEST_F(Supply, IsDisabledAltogether) {
     EXPECT_FALSE(GetBoolean(vi, kSecond, TARNEX_ATTR_OUTPUT_ENABLED));
 }
 
-TEST_F(Supply, LosesItsConnectionWhenTheSessionIsClosed) {
+TEST_F(SupplyOverTcp, LosesItsConnectionWhenTheSessionIsClosed) {
     const auto vi = Open();
     EXPECT_EQ(Ask("*OPC?"), "1");
     EXPECT_EQ(TARNEX_close(vi), 0);
@@ -145,7 +146,7 @@ TEST_F(Supply, LosesItsConnectionWhenTheSessionIsClosed) {
     EXPECT_EQ(server_->connection_count(), 0U);
 }
 
-TEST_F(Supply, IsLeftAloneByASimulatedSession) {
+TEST_F(SupplyOverTcp, IsLeftAloneByASimulatedSession) {
     const auto vi = Open("Simulate=1");
     EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, kFirst, 3.3), 0);
     EXPECT_EQ(server_->connection_count(), 0U);
@@ -153,13 +154,16 @@ TEST_F(Supply, IsLeftAloneByASimulatedSession) {
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), "TX6300");
 }
 
-TEST_F(Supply, OfAnotherModelPassesTheIdQueryToo) {
+TEST_P(Supply, OfAnotherModelPassesTheIdQueryToo) {
     virtual_supply::VirtualSupply other({.model = "TX4520"});
-    virtual_supply::VirtualSupplyServer server(other);
+    virtual_supply::ServerOptions options;
+    virtual_supply::VirtualSupplyServer server(other, OverThisLine(options));
     ViSession vi = VI_NULL;
     EXPECT_EQ(TryOpen(server.resource(), "", vi, VI_TRUE), 0);
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), "TX4520");
 }
+
+INSTANTIATE_TEST_SUITE_P(Over, Supply, testing::Values(Line::kTcp, Line::kPseudoTerminal), LineName);
 
 } // namespace
 } // namespace system_tests

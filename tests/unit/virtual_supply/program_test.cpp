@@ -6,10 +6,13 @@
 #include <charconv>
 #include <csignal>
 #include <cstdint>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <string>
 #include <string_view>
+#include <unistd.h>
 #include <vector>
 
 namespace virtual_supply {
@@ -115,6 +118,75 @@ TEST(Program, ListensOnTheIpv6LoopbackAddress) {
     EXPECT_NE(PortOf(line, "Virtual TX4410 listening on TCPIP0::[::1]::"), 0) << line;
 }
 
+/// The device in a ready line of a pseudo-terminal; empty when it is none.
+std::string DeviceOf(std::string_view ready_line) {
+    constexpr std::string_view kBeginning = "Virtual TX4410 listening on ASRL";
+    constexpr std::string_view kEnd = "::INSTR\n";
+    if (!ready_line.starts_with(kBeginning) || !ready_line.ends_with(kEnd)) {
+        return {};
+    }
+    ready_line.remove_prefix(kBeginning.size());
+    ready_line.remove_suffix(kEnd.size());
+    return std::string(ready_line);
+}
+
+/// The far end of a pseudo-terminal.
+class Terminal {
+  public:
+    explicit Terminal(const std::string& device) : file_(::open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC)) {}
+    ~Terminal() { ::close(file_); }
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+    Terminal(Terminal&&) = delete;
+    Terminal& operator=(Terminal&&) = delete;
+
+    /// The reply, up to and including its line feed; what came when the line is hung up or stays silent.
+    std::string Ask(std::string query) const {
+        query += '\n';
+        EXPECT_EQ(::write(file_, query.data(), query.size()), static_cast<ssize_t>(query.size()));
+        std::string reply;
+        pollfd waiting{file_, POLLIN, 0};
+        char c = 0;
+        while (!reply.ends_with('\n') && ::poll(&waiting, 1, kHangGuard * 1000) == 1 && ::read(file_, &c, 1) == 1) {
+            reply += c;
+        }
+        return reply;
+    }
+
+  private:
+    int file_;
+};
+
+TEST(Program, ServesOnAPseudoTerminalWhenAskedTo) {
+    RunningSupply supply({"--pty", "--load", "1=10", "--verbose"});
+    const auto device = DeviceOf(supply.ready_line());
+    ASSERT_THAT(device, StartsWith("/dev/pts/")) << supply.ready_line();
+    {
+        const Terminal terminal(device);
+        EXPECT_EQ(terminal.Ask("*IDN?"), "Keltor Technology,TX4410,SN00000001,1.00\n");
+        EXPECT_EQ(terminal.Ask(":SOUR1:VOLT 2\n:SOUR1:VOLT?"), "2.000000\n");
+    }
+    EXPECT_EQ(Terminal(device).Ask(":SOUR1:VOLT?"), "2.000000\n"); // for one after the other
+    supply.process().Signal(SIGTERM);
+    EXPECT_EQ(supply.process().ReadOutput(), "");
+    EXPECT_EQ(supply.process().Wait(), 0);
+    EXPECT_EQ(supply.process().ReadErrors(),
+              "1 connected\n1 < *IDN?\n1 > Keltor Technology,TX4410,SN00000001,1.00\\x0A\n1 < :SOUR1:VOLT 2\n"
+              "1 < :SOUR1:VOLT?\n1 > 2.000000\\x0A\n1 < :SOUR1:VOLT?\n1 > 2.000000\\x0A\n1 closed\n");
+}
+
+TEST(Program, HangsUpAndTellsWhichPseudoTerminalItMovesTo) {
+    RunningSupply supply({"--pty", "--fault", "drop@2+1"});
+    const auto device = DeviceOf(supply.ready_line());
+    const Terminal terminal(device);
+    EXPECT_EQ(terminal.Ask("*OPC?"), "1\n");
+    EXPECT_EQ(terminal.Ask("*OPC?"), "");
+    const auto next = DeviceOf(supply.process().ReadLine());
+    ASSERT_THAT(next, StartsWith("/dev/pts/"));
+    EXPECT_NE(next, device);
+    EXPECT_EQ(Terminal(next).Ask("*OPC?"), "1\n");
+}
+
 TEST(Program, SaysInOneLineThatThePortIsTaken) {
     RunningSupply first({});
     const std::string port = std::to_string(first.port());
@@ -144,6 +216,8 @@ TEST(Program, ExplainsItselfWithUnitsFaultsAndExamples) {
     EXPECT_EQ(process.ReadErrors(), "");
     for (const std::string text : {"--port",
                                    "--host",
+                                   "--pty",
+                                   "ASRL/dev/pts/3::INSTR",
                                    "--model",
                                    "--serial",
                                    "--load CHANNEL=OHMS",
@@ -169,11 +243,33 @@ TEST(Program, ExplainsItselfWithUnitsFaultsAndExamples) {
 
 TEST(Program, EndsWithExitCodeTwoOnWrongArguments) {
     const std::vector<std::vector<std::string>> wrong{
-        {"--port", "65536"},  {"--port", "-1"},      {"--port", "five"},    {"--port"},       {"--host", "0.0.0.0"},
-        {"--host", "name"},   {"--model", "TX9999"}, {"--serial", "a,b"},   {"--serial", ""}, {"--load", "3=1"},
-        {"--load", "1=-1"},   {"--load", "1="},      {"--load", "1=ten"},   {"--load", "10"}, {"--load", "1=inf"},
-        {"--fault", "bang"},  {"--fault", "delay"},  {"--fault", "drop@0"}, {"--for", "0"},   {"--for", "-1"},
-        {"--for", "forever"}, {"--for", "nan"},      {"--for", "1e300"},    {"--unknown"},    {"surplus"},
+        {"--port", "65536"},
+        {"--port", "-1"},
+        {"--port", "five"},
+        {"--port"},
+        {"--host", "0.0.0.0"},
+        {"--host", "name"},
+        {"--model", "TX9999"},
+        {"--serial", "a,b"},
+        {"--serial", ""},
+        {"--load", "3=1"},
+        {"--load", "1=-1"},
+        {"--load", "1="},
+        {"--load", "1=ten"},
+        {"--load", "10"},
+        {"--load", "1=inf"},
+        {"--fault", "bang"},
+        {"--fault", "delay"},
+        {"--fault", "drop@0"},
+        {"--for", "0"},
+        {"--for", "-1"},
+        {"--pty", "--port", "1"},
+        {"--pty", "--host", "::1"},
+        {"--for", "forever"},
+        {"--for", "nan"},
+        {"--for", "1e300"},
+        {"--unknown"},
+        {"surplus"},
     };
     for (const auto& options : wrong) {
         ChildProcess process(Command(options));
