@@ -31,11 +31,18 @@ install(FILES ${PROJECT_SOURCE_DIR}/include/TARNEX.h DESTINATION ${CMAKE_INSTALL
 
 install(TARGETS TARNEX tarnex_headers tarnex_text tarnex_visa_io tarnex_instrument EXPORT TARNEXTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(TARGETS tarnex_session_service tarnex_config_server tarnex_visa EXPORT TARNEXTargets
-        LIBRARY DESTINATION ${runtime_folder})
+set(runtime tarnex_session_service tarnex_config_server)
+if(TARNEX_VISA STREQUAL "builtin")
+  list(APPEND runtime tarnex_visa)
+else()
+  install(FILES ${PROJECT_SOURCE_DIR}/cmake/SystemVisa.cmake DESTINATION ${package_folder})
+endif()
+install(TARGETS ${runtime} EXPORT TARNEXTargets LIBRARY DESTINATION ${runtime_folder})
 install(EXPORT TARNEXTargets NAMESPACE TARNEX:: DESTINATION ${package_folder})
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/TARNEXConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-file(WRITE ${PROJECT_BINARY_DIR}/TARNEXConfig.cmake "include(\${CMAKE_CURRENT_LIST_DIR}/TARNEXTargets.cmake)\n")
+file(WRITE ${PROJECT_BINARY_DIR}/TARNEXConfig.cmake
+     "include(\${CMAKE_CURRENT_LIST_DIR}/SystemVisa.cmake OPTIONAL)\n"
+     "include(\${CMAKE_CURRENT_LIST_DIR}/TARNEXTargets.cmake)\n")
 install(FILES ${PROJECT_BINARY_DIR}/TARNEXConfig.cmake ${PROJECT_BINARY_DIR}/TARNEXConfigVersion.cmake
         DESTINATION ${package_folder})

@@ -1,15 +1,22 @@
-function(run)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
-  if(NOT result EQUAL 0)
-    message(FATAL_ERROR "${ARGN}\nended with ${result}:\n${output}")
-  endif()
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 
 file(REMOVE_RECURSE ${SCRATCH})
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${SCRATCH}/root)
 run(${CMAKE_COMMAND} -G Ninja -S ${USER_PROJECT} -B ${SCRATCH}/user -DCMAKE_PREFIX_PATH=${SCRATCH}/root
     -DCMAKE_CXX_COMPILER=${CXX} "-DCMAKE_C_FLAGS=${FLAGS}" "-DCMAKE_CXX_FLAGS=${FLAGS}")
 run(${CMAKE_COMMAND} --build ${SCRATCH}/user)
+
+# The runtime lies in a folder of the driver's own, which only the driver's run path names: it shadows nobody's VISA.
+file(GLOB_RECURSE visa RELATIVE ${SCRATCH}/root ${SCRATCH}/root/*ivivisa*)
+expect_match("${visa}" "/tarnex/libivivisa\\.so\\.0")
+list(FILTER visa EXCLUDE REGEX "/tarnex/")
+expect_match("${visa}" "^$")
+file(GLOB_RECURSE driver ${SCRATCH}/root/libTARNEX.so)
+run(${READELF} -d ${driver})
+expect_match("${output}" "NEEDED[^\n]*\\[libivivisa\\.so\\.0\\]")
+expect_match("${output}" "R(UN)?PATH[^\n]*\\[\\$ORIGIN/tarnex\\]")
+run(ldd ${driver})
+expect_match("${output}" "libivivisa\\.so\\.0 => ${SCRATCH}/root/[^\n]*/tarnex/libivivisa\\.so\\.0")
 
 set(ENV{IVI_CONFIG_STORE} ${SCRATCH}/none.xml)
 run(${SCRATCH}/user/use_driver)
