@@ -46,8 +46,8 @@ class VisaIO : public VisaIOBase {
     [[nodiscard]] bool isOpen() const override;
     ViStatus configure() override;
 
-    /// Opens `resource` as the caller wrote it and configures the session. After a failure the object is of no use
-    /// but to be destroyed.
+    /// Opens `resource` as the caller wrote it and configures the session. Once per object: to open another resource,
+    /// or after a failure, a new object takes this one's place.
     ViStatus open(const std::string& resource);
 
     /// Takes the settings over; an open session gets the new I/O time-out at once.

@@ -12,6 +12,7 @@ void VisaLibrary::Reset() {
     written_.clear();
     opened_.clear();
     settings_.clear();
+    reads_.clear();
     managers_.clear();
     instruments_.clear();
 }
@@ -44,6 +45,11 @@ std::vector<std::string> VisaLibrary::Settings() const {
 void VisaLibrary::ForgetSettings() {
     const std::lock_guard lock(mutex_);
     settings_.clear();
+}
+
+std::vector<ReadCall> VisaLibrary::Reads() const {
+    const std::lock_guard lock(mutex_);
+    return reads_;
 }
 
 std::size_t VisaLibrary::OpenSessions() const {
@@ -106,6 +112,7 @@ ViStatus VisaLibrary::Write(ViSession vi, const std::string& bytes, ViUInt32* wr
 
 ViStatus VisaLibrary::Read(ViSession vi, ViByte* buffer, ViUInt32 count, ViUInt32* got) {
     const std::lock_guard lock(mutex_);
+    reads_.push_back({buffer, count});
     *got = 0;
     const auto instrument = instruments_.find(vi);
     if (instrument == instruments_.end()) {

@@ -21,6 +21,12 @@ struct OpenedResource {
     bool operator==(const OpenedResource&) const = default;
 };
 
+struct ReadCall {
+    const void* buffer;
+    ViUInt32 count;
+    bool operator==(const ReadCall&) const = default;
+};
+
 class VisaLibrary {
   public:
     /// Forgets everything but one answer: "*IDN?" from a supported model.
@@ -36,6 +42,8 @@ class VisaLibrary {
     /// "viSetAttribute 3FFF001A 2000" and "viSetBuf 1 1024", in order.
     [[nodiscard]] std::vector<std::string> Settings() const;
     void ForgetSettings();
+    /// Where each viRead was to put its reply, in order.
+    [[nodiscard]] std::vector<ReadCall> Reads() const;
     /// Resource-manager and instrument sessions that were opened and not closed.
     [[nodiscard]] std::size_t OpenSessions() const;
 
@@ -59,6 +67,7 @@ class VisaLibrary {
     std::vector<std::string> written_;
     std::vector<OpenedResource> opened_;
     std::vector<std::string> settings_;
+    std::vector<ReadCall> reads_;
     std::map<ViSession, std::size_t> managers_;
     std::map<ViSession, Instrument> instruments_;
     ViSession next_ = 0x1000;

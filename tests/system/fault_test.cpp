@@ -188,10 +188,15 @@ TEST_P(Fault, OfAReplyWithoutItsLineEndIsATimeOut) {
     EXPECT_EQ(volts_, 0.0);
 }
 
-TEST_P(Fault, OfAnOverlongReplyIsCutAtTheBuffersSize) {
+TEST_P(Fault, OfAnOverlongReplyIsCutAtTheBuffersSizeAndItsRestIsWhatTheNextReadGets) {
     Next(FaultKind::kLong, 1500);
     EXPECT_EQ(static_cast<unsigned>(MeasureVoltage()), 0x3FFF0006U);
     EXPECT_EQ(volts_, 0.0);
+    volts_ = 1.25;
+    EXPECT_THROW(MeasureVoltage(), std::invalid_argument); // no number
+    EXPECT_EQ(volts_, 1.25);
+    EXPECT_EQ(TARNEX_close(vi_), 0);
+    EXPECT_EQ(Measure(Open(), kChannel, TARNEX_VAL_MEASURE_VOLTAGE), 0.0);
 }
 
 TEST_P(Fault, OfACarriageReturnBeforeTheLineEndChangesNoNumberButStaysInATextsEnd) {

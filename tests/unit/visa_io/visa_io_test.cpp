@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <typeinfo>
@@ -103,6 +104,21 @@ TEST_F(VisaConnection, IsOfTheClassThatTheResourceNames) {
              Case{"TCPIP0::host::inst0::INSTR", IsExactly<OpenVisa::VisaTCPIP>},
              Case{"tcpip", IsExactly<OpenVisa::VisaTCPIP>},
              Case{"TCPIP0::host::5025::SOCKE", IsExactly<OpenVisa::VisaTCPIP>},
+             Case{"TCPIPSOCKET", IsExactly<OpenVisa::VisaTCPIPSocket>},
+             Case{"TCPIP::SOCKETSOCKET", IsExactly<OpenVisa::VisaTCPIPSocket>},
+             Case{"TCPIPSOCKE", IsExactly<OpenVisa::VisaTCPIP>},
+             Case{"TCPIP0::SOC KET", IsExactly<OpenVisa::VisaTCPIP>},
+             Case{"ASRLSOCKET", IsExactly<OpenVisa::VisaSerial>},
+             Case{"aSrL1", IsExactly<OpenVisa::VisaSerial>},
+             Case{"USBTCPIPSOCKET", IsExactly<OpenVisa::VisaUSB>},
+             Case{"uSb0::SOCKET", IsExactly<OpenVisa::VisaUSB>},
+             Case{"GPIB-VXI0::1::INSTR", IsExactly<OpenVisa::VisaGPIB>},
+             Case{"ASR", IsExactly<OpenVisa::VisaIO>},
+             Case{"US", IsExactly<OpenVisa::VisaIO>},
+             Case{"GPI", IsExactly<OpenVisa::VisaIO>},
+             Case{"TCPI0::host::5025::SOCKET", IsExactly<OpenVisa::VisaIO>},
+             Case{"xASRL1::INSTR", IsExactly<OpenVisa::VisaIO>},
+             Case{"\xC1SRL1::INSTR", IsExactly<OpenVisa::VisaIO>},
              Case{"PXI0::3::INSTR", IsExactly<OpenVisa::VisaIO>},
              Case{"SOCKET", IsExactly<OpenVisa::VisaIO>},
              Case{" USB0", IsExactly<OpenVisa::VisaIO>},
@@ -146,6 +162,67 @@ TEST_F(VisaConnection, TakesItsSettingsFromTheRecord) {
     EXPECT_THAT(TakeSettings(), ElementsAre("viSetAttribute 3FFF001A 77", "viSetBuf 1 1024", "viSetBuf 2 1024",
                                             "viSetAttribute 3FFF0018 13", "viSetAttribute 3FFF0038 0",
                                             "viSetBuf 16 1024", "viSetBuf 32 1024"));
+}
+
+TEST(ConnectionSettings, AreLineFeedBothWaysTwoSecondsAndAPlainSerialLineByDefault) {
+    const auto [character, enabled, openTimeout, ioTimeout, append, strip, baudRate, dataBits, flowControl, parity,
+                stopBits] = OpenVisa::ConnectionSettings{};
+    EXPECT_EQ(character, 10);
+    EXPECT_TRUE(enabled);
+    EXPECT_EQ(openTimeout, 2000U);
+    EXPECT_EQ(ioTimeout, 2000U);
+    EXPECT_TRUE(append);
+    EXPECT_TRUE(strip);
+    EXPECT_EQ(baudRate, 9600);
+    EXPECT_EQ(dataBits, 8);
+    EXPECT_EQ(flowControl, 0);
+    EXPECT_EQ(parity, 0);
+    EXPECT_EQ(stopBits, 10);
+}
+
+/// What opening a connection sets, in order, with the default settings.
+struct Configuration {
+    const char* resource;
+    std::vector<std::string> steps;
+};
+const std::vector<Configuration> kConfigurations{
+    {"USB0::1::2::3::INSTR", {"viSetAttribute 3FFF001A 2000", "viSetBuf 1 1024", "viSetBuf 2 1024"}},
+    {"GPIB0::5::INSTR", {"viSetAttribute 3FFF001A 2000", "viSetBuf 1 1024", "viSetBuf 2 1024"}},
+    {"TCPIP0::192.0.2.7::inst0::INSTR", {"viSetAttribute 3FFF001A 2000", "viSetBuf 1 1024", "viSetBuf 2 1024"}},
+    {"PXI0::3::INSTR", {"viSetAttribute 3FFF001A 2000", "viSetBuf 1 1024", "viSetBuf 2 1024"}},
+    {"TCPIP0::192.0.2.7::5025::SOCKET",
+     {"viSetAttribute 3FFF001A 2000", "viSetBuf 1 1024", "viSetBuf 2 1024", "viSetAttribute 3FFF0018 10",
+      "viSetAttribute 3FFF0038 1", "viSetBuf 16 1024", "viSetBuf 32 1024"}},
+    {"ASRL3::INSTR",
+     {"viSetAttribute 3FFF001A 2000", "viSetBuf 1 1024", "viSetBuf 2 1024", "viSetAttribute 3FFF0018 10",
+      "viSetAttribute 3FFF0038 1", "viSetAttribute 3FFF00B3 2", "viSetAttribute 3FFF00B4 0", "viSetBuf 16 1024",
+      "viSetBuf 32 1024", "viSetAttribute 3FFF0021 9600", "viSetAttribute 3FFF0022 8", "viSetAttribute 3FFF0024 10",
+      "viSetAttribute 3FFF0023 0", "viSetAttribute 3FFF0025 0"}},
+};
+
+TEST_F(VisaConnection, IsConfiguredStepByStepAfterItsInterfaceKind) {
+    for (const auto& [resource, steps] : kConfigurations) {
+        EXPECT_EQ(Open(resource), Status(0U)) << resource;
+        EXPECT_EQ(TakeSettings(), steps) << resource;
+    }
+}
+
+TEST_F(VisaConnection, IsClosedAgainAtTheFirstStepThatFails) {
+    for (const auto& [resource, steps] : kConfigurations) {
+        std::vector<std::string> calls{"viOpenDefaultRM", "viOpen"};
+        for (std::size_t failing = 0; failing < steps.size(); ++failing) {
+            doubles::TheScript().Reset();
+            const auto function = steps[failing].substr(0, steps[failing].find(' '));
+            calls.push_back(function);
+            Fail(function, 0xBFFF001E, static_cast<std::size_t>(std::count(calls.begin(), calls.end(), function)));
+            EXPECT_EQ(Open(resource), Status(0xBFFF001E)) << resource << ", " << steps[failing];
+            EXPECT_EQ(connection_, nullptr);
+            auto expected = calls;
+            expected.emplace_back("viClose");
+            EXPECT_EQ(TakeCalls(), expected) << resource << ", " << steps[failing];
+            EXPECT_EQ(doubles::TheVisa().OpenSessions(), 0U) << resource << ", " << steps[failing];
+        }
+    }
 }
 
 TEST_F(VisaConnection, PassesATerminationCharacterBeyondAsciiAsAByte) {
@@ -303,6 +380,17 @@ TEST_F(VisaConnection, CutsAReplyAtItsBufferAndDoesNotReadOn) {
     EXPECT_EQ(read_, kilobyte);
     EXPECT_EQ(Read(std::string(1023, 'x') + "\n\n"), Status(0x3FFF0006));
     EXPECT_EQ(read_, std::string(1023, 'x'));
+}
+
+TEST_F(VisaConnection, ReadsIntoOneBufferForAsLongAsItIsOpen) {
+    ASSERT_EQ(Open(), Status(0U));
+    EXPECT_EQ(Read("1\n"), Status(0U));
+    EXPECT_EQ(Read(std::string(1500, 'x')), Status(0x3FFF0006));
+    const auto reads = doubles::TheVisa().Reads();
+    ASSERT_EQ(reads.size(), 2U);
+    EXPECT_NE(reads[0].buffer, nullptr);
+    EXPECT_EQ(reads[0].count, 1024U);
+    EXPECT_EQ(reads[1], reads[0]);
 }
 
 TEST_F(VisaConnection, ClosesItsResourceManagerAloneAndOnlyOnce) {
