@@ -70,6 +70,13 @@ class Fault : protected HasJournal, public SupplyOverEachLine {
         return server_->resource();
     }
 
+    /// Waits until the server has sent so many replies, and they are here.
+    bool AllIsSent(int replies) {
+        const bool sent = journal.WaitForReplies(replies);
+        std::this_thread::sleep_for(milliseconds(50)); // from the server's journal to this end of the line
+        return sent;
+    }
+
     /// Runs `call`; how long it took goes into the test's report, in ms.
     template <typename Call>
     auto Timed(Call call) {
@@ -139,8 +146,7 @@ TEST_P(Fault, OfAServerThatIsGoneIsAnIoErrorAndWhenItIsBackANewSessionWorks) {
     EXPECT_LT(took_, kGuard);
     EXPECT_EQ(TARNEX_close(vi_), 0);
     TARNEX_ClearError(VI_NULL);
-    auto options = Into(journal);
-    server_.emplace(supply_, OverThisLine(options));
+    server_.emplace(supply_, OverThisLine(Into(journal)));
     EXPECT_EQ(Measure(Open(), kChannel, TARNEX_VAL_MEASURE_VOLTAGE), 0.0);
 }
 
@@ -163,8 +169,7 @@ TEST_P(Fault, OfAReplyThatComesLateIsWhatTheNextReadGetsUntilTheSessionIsClosed)
     EXPECT_EQ(Measure(vi_, kChannel, TARNEX_VAL_MEASURE_CURRENT), 3.0); // the voltage
     EXPECT_EQ(Measure(vi_, kChannel, TARNEX_VAL_MEASURE_VOLTAGE), 2.0); // the current
 
-    ASSERT_TRUE(journal.WaitForReplies(before + 3));
-    std::this_thread::sleep_for(milliseconds(50)); // from the server's log to this end of the line
+    ASSERT_TRUE(AllIsSent(before + 3));
     EXPECT_EQ(TARNEX_close(vi_), 0);
     const auto vi = Open();
     EXPECT_EQ(Measure(vi, kChannel, TARNEX_VAL_MEASURE_VOLTAGE), 3.0);
@@ -189,12 +194,14 @@ TEST_P(Fault, OfAReplyWithoutItsLineEndIsATimeOut) {
 }
 
 TEST_P(Fault, OfAnOverlongReplyIsCutAtTheBuffersSizeAndItsRestIsWhatTheNextReadGets) {
+    const int before = journal.Replies();
     Next(FaultKind::kLong, 1500);
     EXPECT_EQ(static_cast<unsigned>(MeasureVoltage()), 0x3FFF0006U);
     EXPECT_EQ(volts_, 0.0);
     volts_ = 1.25;
     EXPECT_THROW(MeasureVoltage(), std::invalid_argument); // no number
     EXPECT_EQ(volts_, 1.25);
+    ASSERT_TRUE(AllIsSent(before + 2));
     EXPECT_EQ(TARNEX_close(vi_), 0);
     EXPECT_EQ(Measure(Open(), kChannel, TARNEX_VAL_MEASURE_VOLTAGE), 0.0);
 }

@@ -78,9 +78,10 @@ enum class Line { kTcp, kPseudoTerminal };
 /// The same over each kind of line.
 class SupplyOverEachLine : public SupplyTest, public testing::WithParamInterface<Line> {
   protected:
-    explicit SupplyOverEachLine(virtual_supply::ServerOptions options = {}) : SupplyTest(OverThisLine(options)) {}
+    explicit SupplyOverEachLine(const virtual_supply::ServerOptions& options = {})
+        : SupplyTest(OverThisLine(options)) {}
 
-    static const virtual_supply::ServerOptions& OverThisLine(virtual_supply::ServerOptions& options) {
+    static virtual_supply::ServerOptions OverThisLine(virtual_supply::ServerOptions options) {
         options.pseudo_terminal = GetParam() == Line::kPseudoTerminal;
         return options;
     }

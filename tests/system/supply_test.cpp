@@ -156,8 +156,7 @@ TEST_F(SupplyOverTcp, IsLeftAloneByASimulatedSession) {
 
 TEST_P(Supply, OfAnotherModelPassesTheIdQueryToo) {
     virtual_supply::VirtualSupply other({.model = "TX4520"});
-    virtual_supply::ServerOptions options;
-    virtual_supply::VirtualSupplyServer server(other, OverThisLine(options));
+    virtual_supply::VirtualSupplyServer server(other, OverThisLine({}));
     ViSession vi = VI_NULL;
     EXPECT_EQ(TryOpen(server.resource(), "", vi, VI_TRUE), 0);
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), "TX4520");
