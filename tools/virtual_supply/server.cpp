@@ -197,10 +197,7 @@ class VirtualSupplyServer::Implementation {
         }
 #ifdef ASIO_HAS_POSIX_STREAM_DESCRIPTOR
         return std::make_unique<PseudoTerminalEntrance>(
-            context_,
-            [this](asio::posix::stream_descriptor line) {
-                Serve(std::move(line), [this] { Move(); });
-            },
+            context_, [this](asio::posix::stream_descriptor line) { Serve(std::move(line), [this] { Move(); }); },
             options.moved);
 #else
         throw std::invalid_argument("there are no pseudo-terminals on this system");
