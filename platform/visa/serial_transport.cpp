@@ -21,6 +21,8 @@
 #include <mutex>
 #include <thread>
 
+#include "platform/visa/file_descriptor.h"
+
 namespace visa {
 
 namespace {
@@ -82,20 +84,17 @@ bool IsWorthAnotherTry(int error) {
 
 class SerialTransport final : public Transport {
   public:
-    SerialTransport() : wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+    SerialTransport() : wakeUp_(BesideTheStandardStreams(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))) {}
     SerialTransport(const SerialTransport&) = delete;
     SerialTransport& operator=(const SerialTransport&) = delete;
     ~SerialTransport() override {
         if (line_.is_open()) {
             FinishSending();
         }
-        if (wakeUp_ >= 0) {
-            ::close(wakeUp_);
-        }
     }
 
     ViStatus Open(const std::string& device) {
-        if (wakeUp_ < 0) {
+        if (wakeUp_.Number() < 0) {
             return VI_ERROR_SYSTEM_ERROR;
         }
         asio::error_code error;
@@ -157,7 +156,7 @@ class SerialTransport final : public Transport {
 
     void Interrupt() override {
         interrupted_ = true;
-        ::eventfd_write(wakeUp_, 1);
+        ::eventfd_write(wakeUp_.Number(), 1);
     }
 
     void TimeoutChanged(ViUInt32 milliseconds) override { timeout_ = milliseconds; }
@@ -219,7 +218,7 @@ class SerialTransport final : public Transport {
     /// follows tells them.
     bool WaitFor(short events, const Deadline& deadline) {
         for (;;) {
-            std::array<pollfd, 2> waiting{{{Number(), events, 0}, {wakeUp_, POLLIN, 0}}};
+            std::array<pollfd, 2> waiting{{{Number(), events, 0}, {wakeUp_.Number(), POLLIN, 0}}};
             const int ready = ::poll(waiting.data(), waiting.size(), deadline.PollTime());
             if (ready > 0 || (ready < 0 && errno != EINTR)) {
                 return true;
@@ -245,10 +244,12 @@ class SerialTransport final : public Transport {
         }
     }
 
-    asio::io_context context_{1}; // never run: the line belongs to one, that is all
+    // Never run: the line belongs to one, that is all. Its own files come first and take the numbers of standard
+    // streams that are closed, so the line never does.
+    asio::io_context context_{1};
     Line line_{context_};
-    std::mutex settingUp_; // a setting is read, changed and written back
-    const int wakeUp_;     // readable from the interruption on
+    std::mutex settingUp_;        // a setting is read, changed and written back
+    const FileDescriptor wakeUp_; // readable from the interruption on
     std::atomic<bool> interrupted_{false};
     std::atomic<bool> endsAtTermination_{true};
     std::atomic<ViUInt32> timeout_{0}; // ms

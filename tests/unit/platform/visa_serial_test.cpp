@@ -7,6 +7,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -163,6 +164,27 @@ TEST(VisaSerialTest, ClosingLeavesNoFileOpenAndTheLineUsable) {
         EXPECT_EQ(line.Receive(5), "ping\n");
     }
     EXPECT_EQ(OpenFiles(), before);
+}
+
+TEST(VisaSerialTest, ALineNeverTakesThePlaceOfAClosedStandardStream) {
+    const Line line;
+    std::array<int, 3> kept{};
+    for (int stream = 0; stream < 3; ++stream) {
+        kept.at(static_cast<std::size_t>(stream)) = ::fcntl(stream, F_DUPFD_CLOEXEC, 100);
+        ::close(stream);
+    }
+    bool isLine = false;
+    {
+        const Connection connection(line.Resource());
+        for (int stream = 0; stream < 3; ++stream) {
+            isLine = isLine || ::isatty(stream) != 0;
+        }
+    }
+    for (int stream = 0; stream < 3; ++stream) {
+        ::dup2(kept.at(static_cast<std::size_t>(stream)), stream);
+        ::close(kept.at(static_cast<std::size_t>(stream)));
+    }
+    EXPECT_FALSE(isLine);
 }
 
 TEST(VisaSerialTest, WhatWasWrittenBeforeTheCloseArrives) {
