@@ -23,8 +23,9 @@ class ConfigurationStore : public DriverTest {
     /// The calls to the configuration server, from the first to the closing of the store.
     static std::vector<std::string> StoreCalls() {
         const auto calls = doubles::TheScript().Calls();
-        return {std::find(calls.begin(), calls.end(), "IviConfig_Initialize"),
-                std::find(calls.begin(), calls.end(), "IviConfig_Close") + 1};
+        const auto first = std::find(calls.begin(), calls.end(), "IviConfig_Initialize");
+        const auto last = std::find(first, calls.end(), "IviConfig_Close");
+        return std::vector<std::string>(first, last == calls.end() ? last : last + 1);
     }
     /// A store with everything in it.
     static doubles::Store FullStore() {
