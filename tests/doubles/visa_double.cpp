@@ -9,6 +9,7 @@ namespace doubles {
 void VisaLibrary::Reset() {
     const std::lock_guard lock(mutex_);
     replies_ = {{"*IDN?", "Keltor Technology,TX4410,SN42,1.07\n"}};
+    replyToAll_.reset();
     written_.clear();
     opened_.clear();
     settings_.clear();
@@ -20,6 +21,11 @@ void VisaLibrary::Reset() {
 void VisaLibrary::Reply(const std::string& command, std::string reply) {
     const std::lock_guard lock(mutex_);
     replies_.insert_or_assign(command, std::move(reply));
+}
+
+void VisaLibrary::ReplyToAll(std::string reply) {
+    const std::lock_guard lock(mutex_);
+    replyToAll_ = std::move(reply);
 }
 
 std::vector<std::string> VisaLibrary::Written() const {
@@ -105,6 +111,10 @@ ViStatus VisaLibrary::Write(ViSession vi, const std::string& bytes, ViUInt32* wr
     }
     written_.push_back(bytes);
     *written = static_cast<ViUInt32>(bytes.size());
+    if (replyToAll_) {
+        instrument->second.pending = replyToAll_;
+        return VI_SUCCESS;
+    }
     const auto reply = replies_.find(bytes.substr(0, bytes.find('\n')));
     instrument->second.pending = reply == replies_.end() ? std::nullopt : std::optional(reply->second);
     return VI_SUCCESS;

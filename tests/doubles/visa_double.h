@@ -35,6 +35,9 @@ class VisaLibrary {
     /// What the instrument answers to `command` (without its line feed) from now on; the reply is given as it is.
     void Reply(const std::string& command, std::string reply);
 
+    /// Every command from now on is answered so, whatever else was said; until Reset.
+    void ReplyToAll(std::string reply);
+
     /// The bytes of each viWrite, in order.
     [[nodiscard]] std::vector<std::string> Written() const;
     void ForgetWritten();
@@ -64,6 +67,7 @@ class VisaLibrary {
 
     mutable std::mutex mutex_;
     std::map<std::string, std::string> replies_;
+    std::optional<std::string> replyToAll_;
     std::vector<std::string> written_;
     std::vector<OpenedResource> opened_;
     std::vector<std::string> settings_;

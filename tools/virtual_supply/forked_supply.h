@@ -36,35 +36,54 @@ class ForkedSupply {
             std::fputs("the supply did not start\n", stderr);
             std::exit(1);
         }
-        ::close(up[0]);
+        answers_ = up[0];
     }
     ForkedSupply(const ForkedSupply&) = delete;
     ForkedSupply& operator=(const ForkedSupply&) = delete;
     ~ForkedSupply() {
         ::close(alive_);
+        ::close(answers_);
         ::waitpid(child_, nullptr, 0);
     }
 
     [[nodiscard]] std::uint16_t Port() const { return port_; }
     [[nodiscard]] std::string Resource() const { return "TCPIP0::127.0.0.1::" + std::to_string(port_) + "::SOCKET"; }
 
+    /// Puts a fault in force that hits the next command the supply receives.
+    void FaultForNextCommand(FaultKind kind, std::uint64_t value = 0) {
+        const Order order{kind, value};
+        char done = 0;
+        if (::write(alive_, &order, sizeof order) != sizeof order || ::read(answers_, &done, 1) != 1) {
+            std::fputs("the supply is gone\n", stderr);
+            std::exit(1);
+        }
+    }
+
   private:
+    struct Order {
+        FaultKind kind;
+        std::uint64_t value;
+    };
+
     /// Serves until the parent's end of the pipe is closed, by whatever way the parent ends.
     [[noreturn]] static void Serve(int up, int down) {
         {
             VirtualSupply supply;
-            const VirtualSupplyServer server(supply);
+            VirtualSupplyServer server(supply);
             const std::uint16_t port = server.port();
-            char end = 0;
-            if (::write(up, &port, sizeof port) == sizeof port) {
-                static_cast<void>(::read(down, &end, 1));
+            Order order{};
+            bool heard = ::write(up, &port, sizeof port) == sizeof port;
+            while (heard && ::read(down, &order, sizeof order) == sizeof order) {
+                server.faults().AddForNext(order.kind, order.value);
+                heard = ::write(up, "!", 1) == 1;
             }
         }
         ::_exit(0);
     }
 
     pid_t child_ = -1;
-    int alive_ = -1;
+    int alive_ = -1; // open for as long as the supply is to live; orders go this way
+    int answers_ = -1;
     std::uint16_t port_ = 0;
 };
 
