@@ -1,6 +1,6 @@
 # The commands of this project. Each installs what it needs (Debian packages), builds and runs.
 
-.PHONY: help run run-windows test check package bench coverage format clean
+.PHONY: help run run-windows test check package bench fault-sweep fuzz soak coverage format clean
 
 help:
 	@echo "make run          the quickstart against a virtual supply"
@@ -9,6 +9,7 @@ help:
 	@echo "make check        sanitizers, static analysis, formatting, the packages"
 	@echo "make package      a tar.gz and a .deb for Linux, a zip for Windows, into build/packages"
 	@echo "make bench        what the driver costs, next to the same work without it"
+	@echo "make fault-sweep, make fuzz, make soak: what must not bring the driver down, in their long forms"
 	@echo "make coverage     line coverage of each floor"
 	@echo "make format       clang-format over all sources"
 	@echo "make clean        removes build/"
@@ -42,6 +43,20 @@ bench:
 	@scripts/install-deps build test bench
 	@scripts/build release
 	@scripts/bench
+
+fault-sweep:
+	@scripts/install-deps build test
+	@scripts/build release fault_sweep
+	@build/release/tests/hostile/fault_sweep --long
+
+fuzz:
+	@scripts/install-deps build test check
+	@scripts/fuzz 600
+
+soak:
+	@scripts/install-deps build test
+	@scripts/build release soak
+	@build/release/tests/hostile/soak 1800
 
 coverage:
 	@scripts/install-deps build test coverage

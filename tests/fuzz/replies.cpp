@@ -122,6 +122,7 @@ bool IsBeyondItsType(std::string_view text) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // The command layer announces the fields that it expects; nobody wants to read that here.
+    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): standard output is the process's
     [[maybe_unused]] static auto* const silenced = std::freopen("/dev/null", "w", stdout);
     fuzz::ByteSource source(data, size);
     doubles::TheScript().Reset();

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <string>
 
 #include "include/TARNEX.h"
@@ -26,9 +27,9 @@ class Store {
     ~Store() { unlink(path_.c_str()); }
 
     void Write(const std::uint8_t* data, std::size_t size) const {
-        std::FILE* file = std::fopen(path_.c_str(), "wb");
-        fuzz::Require(file != nullptr && std::fwrite(data, 1, size, file) == size && std::fclose(file) == 0,
-                      "the store can be written");
+        std::ofstream file(path_, std::ios::binary);
+        file.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+        fuzz::Require(file.flush().good(), "the store can be written");
     }
 
   private:

@@ -33,55 +33,101 @@ TEST_F(Threads, AreNotLockedOutByAnUnlockThatNoLockCameBefore) {
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(Threads, OnSessionsOfTheirOwnOpenUseAndCloseThemSideBySide) {
-    constexpr int kThreads = 8;
-    constexpr int kRounds = 20;
+/// Runs `body(number)`, which tells how often it saw something wrong, on so many threads at once; the sum.
+template <typename Body>
+int OnThreads(int count, const Body& body) {
     std::vector<std::thread> threads;
-    threads.reserve(kThreads);
+    threads.reserve(static_cast<std::size_t>(count));
     std::atomic<int> wrong{0};
-    for (int number = 0; number < kThreads; ++number) {
-        threads.emplace_back([&wrong, number] {
-            virtual_supply::VirtualSupply supply;
-            virtual_supply::VirtualSupplyServer server(supply);
-            auto resource = server.resource();
-            for (int round = 0; round < kRounds; ++round) {
-                ViSession vi = VI_NULL;
-                const double level = 1.0 + number + round / 32.0;
-                double read = 0.0;
-                const bool right = TARNEX_init(resource.data(), VI_TRUE, VI_FALSE, &vi) >= 0 &&
-                                   TARNEX_ConfigureVoltageLevel(vi, "OutputChannel1", level) >= 0 &&
-                                   TARNEX_Measure(vi, "OutputChannel1", TARNEX_VAL_MEASURE_VOLTAGE, &read) >= 0 &&
-                                   read == level && TARNEX_close(vi) >= 0;
-                wrong += right ? 0 : 1;
-            }
-        });
+    for (int number = 0; number < count; ++number) {
+        threads.emplace_back([&wrong, &body, number] { wrong += body(number); });
     }
     for (auto& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(wrong, 0);
+    return wrong;
+}
+
+constexpr int kThreads = 16;
+
+TEST_F(Threads, OnSessionsOfTheirOwnOpenUseAndCloseThemSideBySide) {
+    EXPECT_EQ(OnThreads(kThreads,
+                        [](int number) {
+                            virtual_supply::VirtualSupply supply;
+                            virtual_supply::VirtualSupplyServer server(supply);
+                            auto resource = server.resource();
+                            int wrong = 0;
+                            for (int round = 0; round < 20; ++round) {
+                                ViSession vi = VI_NULL;
+                                const double level = 1.0 + number + round / 32.0;
+                                double read = 0.0;
+                                const bool right =
+                                    TARNEX_init(resource.data(), VI_TRUE, VI_FALSE, &vi) >= 0 &&
+                                    TARNEX_ConfigureVoltageLevel(vi, "OutputChannel1", level) >= 0 &&
+                                    TARNEX_Measure(vi, "OutputChannel1", TARNEX_VAL_MEASURE_VOLTAGE, &read) >= 0 &&
+                                    read == level && TARNEX_close(vi) >= 0;
+                                wrong += right ? 0 : 1;
+                            }
+                            return wrong;
+                        }),
+              0);
+}
+
+TEST_F(Threads, OnSimulatedSessionsOpenUseAndCloseThemSideBySide) {
+    EXPECT_EQ(OnThreads(kThreads,
+                        [](int /*number*/) {
+                            int wrong = 0;
+                            for (int round = 0; round < 50; ++round) {
+                                ViSession vi = VI_NULL;
+                                char resource[] = "";
+                                double read = -1.0; // drawn from the one random source of the process
+                                const bool right =
+                                    TARNEX_InitWithOptions(resource, VI_FALSE, VI_TRUE, "Simulate=1", &vi) >= 0 &&
+                                    TARNEX_ConfigureVoltageLevel(vi, "OutputChannel1,OutputChannel2", 1.0) >= 0 &&
+                                    TARNEX_Measure(vi, "OutputChannel2", TARNEX_VAL_MEASURE_VOLTAGE, &read) >= 0 &&
+                                    read >= 0.0 && read <= 5.5 && TARNEX_close(vi) >= 0;
+                                wrong += right ? 0 : 1;
+                            }
+                            return wrong;
+                        }),
+              0);
 }
 
 TEST_F(Threads, OnOneSessionLoseNoReply) {
     const auto vi = Open();
-    std::vector<std::thread> threads;
-    threads.reserve(2);
-    std::atomic<int> wrong{0};
-    for (const auto* channel : {"OutputChannel1", "OutputChannel2"}) {
-        threads.emplace_back([&wrong, vi, channel] {
-            for (int round = 0; round < 100; ++round) {
-                const double level = 1.0 + round / 64.0;
-                double read = 0.0;
-                TARNEX_ConfigureVoltageLevel(vi, channel, level);
-                TARNEX_Measure(vi, channel, TARNEX_VAL_MEASURE_VOLTAGE, &read);
-                wrong += read == level ? 0 : 1;
-            }
-        });
-    }
-    for (auto& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(OnThreads(2,
+                        [vi](int number) {
+                            const auto* const channel = number == 0 ? "OutputChannel1" : "OutputChannel2";
+                            int wrong = 0;
+                            for (int round = 0; round < 100; ++round) {
+                                const double level = 1.0 + round / 64.0;
+                                double read = 0.0;
+                                TARNEX_ConfigureVoltageLevel(vi, channel, level);
+                                TARNEX_Measure(vi, channel, TARNEX_VAL_MEASURE_VOLTAGE, &read);
+                                wrong += read == level ? 0 : 1;
+                            }
+                            return wrong;
+                        }),
+              0);
+}
+
+TEST_F(Threads, OnOneSessionDoSeveralCallsAsOneUnderItsLock) {
+    const auto vi = Open();
+    EXPECT_EQ(OnThreads(kThreads,
+                        [vi](int number) {
+                            int wrong = 0;
+                            for (int round = 0; round < 20; ++round) {
+                                const double level = 1.0 + number / 4.0 + round / 64.0;
+                                double read = 0.0;
+                                wrong += TARNEX_LockSession(vi, nullptr) < 0 ? 1 : 0;
+                                TARNEX_ConfigureVoltageLevel(vi, "OutputChannel1", level);
+                                TARNEX_Measure(vi, "OutputChannel1", TARNEX_VAL_MEASURE_VOLTAGE, &read);
+                                wrong += TARNEX_UnlockSession(vi, nullptr) < 0 ? 1 : 0;
+                                wrong += read == level ? 0 : 1; // nobody came in between
+                            }
+                            return wrong;
+                        }),
+              0);
 }
 
 } // namespace
