@@ -191,8 +191,10 @@ class Play {
         const auto known = sessions_.find(vi);
         ViInt32 count = 0;
         if (known != sessions_.end() && TARNEX_GetAttributeViInt32(vi, "", TARNEX_ATTR_CHANNEL_COUNT, &count) < 0) {
+            // Where the service could not dispose of the handle, the caller's own locks are still on it, out of the
+            // driver's reach.
             for (int lock = 0; lock < known->second; ++lock) {
-                TARNEX_UnlockSession(vi, nullptr); // of a handle that the service has kept
+                IviSession_Unlock(vi, nullptr);
             }
             sessions_.erase(known);
         }
