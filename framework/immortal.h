@@ -13,6 +13,7 @@ template <typename T>
 class Immortal {
   public:
     template <typename... Arguments>
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the object is constructed in the storage
     explicit Immortal(Arguments&&... arguments) {
         std::construct_at(Address(), std::forward<Arguments>(arguments)...);
     }

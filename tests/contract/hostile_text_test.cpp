@@ -47,7 +47,7 @@ TEST_F(HostileText, IsNoFormatInAnIdentityOrAnErrorOfTheInstrument) {
 }
 
 TEST_F(HostileText, WithANulInTheMiddleOfAReplyEndsThereForTheCaller) {
-    Reply("*IDN?", std::string("Kel\0tor,TX\0,\0,1\0\n", 18));
+    Reply("*IDN?", std::string("Kel\0tor,TX\0,\0,1\0\n", 17));
     const auto vi = Open();
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MANUFACTURER), "Kel");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), "TX");

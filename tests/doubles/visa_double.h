@@ -60,8 +60,8 @@ class VisaLibrary {
 
   private:
     struct Instrument {
-        ViSession rm;
-        bool endsOnTermChar; // sockets and serial lines: no other end of message
+        ViSession rm = VI_NULL;
+        bool endsOnTermChar = false; // sockets and serial lines: no other end of message
         std::optional<std::string> pending;
     };
 

@@ -219,6 +219,9 @@ class Play {
         static constexpr std::array<std::uint32_t, 6> kErrors{0xBFFF0015, 0xBFFF003E, 0xBFFA1190,
                                                               0xBFFA1203, 0xBFFA1207, 0xBFFA1222};
         static constexpr std::array<std::uint32_t, 2> kWarnings{0x3FFF0005, 0x3FFF0088};
+        // One at a time: a service that fails to dispose of a handle and then fails to clear it as well leaves the
+        // driver no way to make the handle harmless.
+        doubles::TheScript().Reset();
         // Success without the output that goes with it is no answer of the others.
         static constexpr std::array kMayWarn{"viRead", "viWrite", "viSetAttribute", "viSetBuf", "viClose"};
         if (source_.Flag()) {

@@ -15,10 +15,7 @@ inline constexpr const char* kDecimalComma = "decimal_comma";
 /// Nothing else may run meanwhile that depends on the locale.
 class ScopedLocale {
   public:
-    explicit ScopedLocale(const char* name) {
-        setenv("LOCPATH", DECIMAL_COMMA_LOCALES, 1); // NOLINT(concurrency-mt-unsafe): see above
-        inForce_ = std::setlocale(LC_ALL, name) != nullptr;
-    }
+    explicit ScopedLocale(const char* name) : inForce_(Set(name)) {}
     ScopedLocale(const ScopedLocale&) = delete;
     ScopedLocale& operator=(const ScopedLocale&) = delete;
     ~ScopedLocale() { std::setlocale(LC_ALL, "C"); }
@@ -34,7 +31,12 @@ class ScopedLocale {
     }
 
   private:
-    bool inForce_ = false;
+    static bool Set(const char* name) {
+        setenv("LOCPATH", DECIMAL_COMMA_LOCALES, 1); // NOLINT(concurrency-mt-unsafe): see above
+        return std::setlocale(LC_ALL, name) != nullptr;
+    }
+
+    bool inForce_;
 };
 
 } // namespace tests

@@ -416,8 +416,8 @@ TEST_F(SessionServiceTest, RecordOfASessionIsTheSameForEveryThread) {
 
 TEST_F(SessionServiceTest, OnlyAMoreSevereCodeReplacesTheRecord) {
     struct Case {
-        ViStatus first;
-        ViStatus second;
+        ViStatus first = VI_SUCCESS;
+        ViStatus second = VI_SUCCESS;
         Record expected;
     };
     const Case cases[] = {
