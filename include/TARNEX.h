@@ -302,7 +302,7 @@ ViStatus _VI_FUNC TARNEX_GetError(ViSession vi, ViStatus* errorCode, ViInt32 buf
 /** Clears the session's error; the calling thread's with VI_NULL. */
 ViStatus _VI_FUNC TARNEX_ClearError(ViSession vi);
 
-/* ---- Attributes ---------------------------------------------------------------------------------------------------
+/* ---- Attribute access ---------------------------------------------------------------------------------------------
  *
  * repCapName selects the channel of the IviDCPwr attributes: exactly one for getters, a selector for setters; the other
  * attributes ignore it. Errors: TARNEX_ERROR_INVALID_ATTRIBUTE, TARNEX_ERROR_TYPES_DO_NOT_MATCH,
