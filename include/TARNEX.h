@@ -425,7 +425,8 @@ ViStatus _VI_FUNC TARNEX_QueryOutputState(ViSession vi, ViConstString channelNam
                                           ViBoolean* inState);
 
 /**
- * Reads back the programmed level, in V or A: not the voltage or current at the terminals.
+ * Reads back the programmed level, in V or A: not the voltage or current at the terminals. Over sockets and serial
+ * lines the first channel's, also when several are selected: a query's positive status ends the walk.
  *
  * @param measurementType  TARNEX_VAL_MEASURE_CURRENT or TARNEX_VAL_MEASURE_VOLTAGE; else
  * TARNEX_ERROR_INVALID_PARAMETER.
