@@ -46,9 +46,9 @@ def section_label(path, anchor):
     return page_label(path) + "__" + anchor.replace("-", "_")
 
 
-def convert_page(path, linked_files, order):
-    """The page's text for Doxygen. Files that it links to and that are no pages are added to `linked_files`; the pages
-    that the index links to, to `order`."""
+def convert_page(path, linked_files, images, order):
+    """The page's text for Doxygen. Files that it links to and that are no pages are added to `linked_files`, images to
+    `images`, and the pages that the index links to, to `order`."""
 
     def target(match):
         text, link = match.groups()
@@ -64,12 +64,17 @@ def convert_page(path, linked_files, order):
             linked_files.add(file)
         return f"[{text}](@ref {section_label(file, anchor) if anchor else page_label(file)})"
 
+    def image(match):
+        file = (path.parent / match.group(2)).resolve()
+        images.add(file)
+        return f"![{match.group(1)}]({file.name})"
+
     lines = []
     taken = {}
     for _, line, prose in docs_text.lines_outside_code(path.read_text()):
         if prose:
             heading = docs_text.HEADING.match(line)
-            line = CODE_SPAN.sub(code_span, docs_text.LINK.sub(target, line))
+            line = CODE_SPAN.sub(code_span, docs_text.LINK.sub(target, docs_text.IMAGE.sub(image, line)))
             if heading:
                 anchor = docs_text.slug(heading.group(2), taken)
                 label = section_label(path, anchor) if len(heading.group(1)) > 1 else page_label(path)
@@ -234,8 +239,11 @@ def main():
     folder = Path(sys.argv[1])
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
-    linked_files, order = set(), ["documentation"]
-    texts = {page_label(path): convert_page(path, linked_files, order) for path in docs_text.pages()}
+    linked_files, images, order = set(), set(), ["documentation"]
+    texts = {page_label(path): convert_page(path, linked_files, images, order) for path in docs_text.pages()}
+    (folder / "images").mkdir()
+    for file in images:
+        shutil.copy(file, folder / "images")
     forgotten = texts.keys() - order
     if forgotten:
         sys.exit(f"docs_input: docs/README.md does not link to {sorted(forgotten)}")

@@ -11,6 +11,7 @@ FENCE = re.compile(r"^(```+|~~~+)")
 HEADING = re.compile(r"^(#{1,6})\s+(.*?)\s*#*\s*$")
 # A link's text may hold code spans; its target holds no blank.
 LINK = re.compile(r"(?<!!)\[((?:[^\[\]`]|`[^`]*`)*)\]\(([^()\s]+)\)")
+IMAGE = re.compile(r"!\[([^\[\]]*)\]\(([^()\s]+)\)")
 DEFINITION = re.compile(r"^#define (TARNEX_\w+)\s+(.+?)\s*/\*\s*(.*?)\s*\*/\s*$")
 
 

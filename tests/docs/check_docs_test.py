@@ -20,6 +20,8 @@ PAGES = {  # a page: what is to be said of it, None when it is good
     "[a](missing.md)\n": "page.md:1: there is no missing.md",
     "one\n\n[a](other.md#twice)\n": "page.md:3: other.md has no heading for #twice",
     "[a](other.md#no-heading)\n": "page.md:1: other.md has no heading for #no-heading",
+    "![a](other.md)\n": None,
+    "![a](missing.svg)\n": "page.md:1: there is no missing.svg",
     "[a](#nowhere)\n": "page.md:1: the page has no heading for #nowhere",
     "[a](code.h#anchor)\n": "page.md:1: code.h has no heading for #anchor",
 }
