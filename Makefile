@@ -1,6 +1,6 @@
 # The commands of this project. Each installs what it needs (Debian packages), builds and runs.
 
-.PHONY: help run run-windows test check package bench fault-sweep fuzz soak coverage format clean
+.PHONY: help run run-windows test check package docs bench fault-sweep fuzz soak coverage format clean
 
 help:
 	@echo "make run          the quickstart against a virtual supply"
@@ -8,6 +8,7 @@ help:
 	@echo "make test         every test; those of the driver for Windows under Wine"
 	@echo "make check        sanitizers, static analysis, formatting, the packages"
 	@echo "make package      a tar.gz and a .deb for Linux, a zip for Windows, into build/packages"
+	@echo "make docs         HTML of the pages in docs/ and a reference, into build/docs/html"
 	@echo "make bench        what the driver costs, next to the same work without it"
 	@echo "make fault-sweep, make fuzz, make soak: what must not bring the driver down, in their long forms"
 	@echo "make coverage     line coverage of each floor"
@@ -35,8 +36,12 @@ package:
 	@scripts/install-deps build test windows package
 	@scripts/package
 
+docs:
+	@scripts/install-deps docs
+	@scripts/build-docs
+
 check:
-	@scripts/install-deps build test check windows wine package
+	@scripts/install-deps build test check windows wine package docs
 	@scripts/check
 
 bench:

@@ -18,6 +18,8 @@ set_target_properties(TARNEX PROPERTIES INSTALL_RPATH "$ORIGIN/tarnex")
 set_target_properties(tarnex_instrument PROPERTIES EXPORT_NAME instrument)
 set_target_properties(tarnex_headers PROPERTIES EXPORT_NAME headers)
 
+# Its headers need C++20, also in a program that does not ask for it.
+target_compile_features(tarnex_instrument INTERFACE cxx_std_20)
 target_link_libraries(tarnex_visa_io INTERFACE $<INSTALL_INTERFACE:TARNEX::tarnex_visa>)
 foreach(layer text visa_io instrument)
   target_include_directories(tarnex_${layer} INTERFACE $<INSTALL_INTERFACE:${layer_includes}>)

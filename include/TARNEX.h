@@ -302,7 +302,7 @@ ViStatus _VI_FUNC TARNEX_GetError(ViSession vi, ViStatus* errorCode, ViInt32 buf
 /** Clears the session's error; the calling thread's with VI_NULL. */
 ViStatus _VI_FUNC TARNEX_ClearError(ViSession vi);
 
-/* ---- Attributes ---------------------------------------------------------------------------------------------------
+/* ---- Attribute access ---------------------------------------------------------------------------------------------
  *
  * repCapName selects the channel of the IviDCPwr attributes: exactly one for getters, a selector for setters; the other
  * attributes ignore it. Errors: TARNEX_ERROR_INVALID_ATTRIBUTE, TARNEX_ERROR_TYPES_DO_NOT_MATCH,
@@ -425,7 +425,8 @@ ViStatus _VI_FUNC TARNEX_QueryOutputState(ViSession vi, ViConstString channelNam
                                           ViBoolean* inState);
 
 /**
- * Reads back the programmed level, in V or A: not the voltage or current at the terminals.
+ * Reads back the programmed level, in V or A: not the voltage or current at the terminals. Over sockets and serial
+ * lines the first channel's, also when several are selected: a query's positive status ends the walk.
  *
  * @param measurementType  TARNEX_VAL_MEASURE_CURRENT or TARNEX_VAL_MEASURE_VOLTAGE; else
  * TARNEX_ERROR_INVALID_PARAMETER.

@@ -1,0 +1,65 @@
+"""Reads the project's Markdown and its public header: what the scripts about documents share."""
+
+import re
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+HEADER = ROOT / "include" / "TARNEX.h"
+EXPORTED_NAMES = ROOT / "tests" / "system" / "exported_names.txt"
+
+FENCE = re.compile(r"^(```+|~~~+)")
+HEADING = re.compile(r"^(#{1,6})\s+(.*?)\s*#*\s*$")
+# A link's text may hold code spans; its target holds no blank.
+LINK = re.compile(r"(?<!!)\[((?:[^\[\]`]|`[^`]*`)*)\]\(([^()\s]+)\)")
+IMAGE = re.compile(r"!\[([^\[\]]*)\]\(([^()\s]+)\)")
+DEFINITION = re.compile(r"^#define (TARNEX_\w+)\s+(.+?)\s*/\*\s*(.*?)\s*\*/\s*$")
+
+
+def pages():
+    """The Markdown files that users read."""
+    return sorted((ROOT / "docs").glob("*.md")) + [ROOT / name for name in ("README.md", "CONTRIBUTING.md", "CHANGELOG.md")]
+
+
+def lines_outside_code(text):
+    """Yields (line number, line, whether it is prose): fences and what they hold are not."""
+    fence = None
+    for number, line in enumerate(text.splitlines(), 1):
+        mark = FENCE.match(line)
+        if fence is None and mark:
+            fence = mark.group(1)
+            yield number, line, False
+        elif fence is not None:
+            if line.strip() == fence:
+                fence = None
+            yield number, line, False
+        else:
+            yield number, line, not line.startswith("    ")
+
+
+def slug(heading, taken):
+    """The anchor that the repository's web view gives to a heading; `taken` counts the ones before it in the file."""
+    plain = re.sub(r"[`*]", "", LINK.sub(r"\1", heading)).lower()
+    anchor = re.sub(r"[^\w\- ]", "", plain).replace(" ", "-")
+    count = taken.get(anchor, 0)
+    taken[anchor] = count + 1
+    return f"{anchor}-{count}" if count else anchor
+
+
+def anchors(text):
+    taken = {}
+    return [
+        slug(found.group(2), taken)
+        for _, line, prose in lines_outside_code(text)
+        if prose and (found := HEADING.match(line))
+    ]
+
+
+def exported_names():
+    return EXPORTED_NAMES.read_text().split()
+
+
+def definitions(prefix, header=None):
+    """(name, value, comment) of the header's #defines whose names begin so."""
+    text = HEADER.read_text() if header is None else header
+    found = (DEFINITION.match(line) for line in text.splitlines())
+    return [match.groups() for match in found if match and match.group(1).startswith(prefix)]
