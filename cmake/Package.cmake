@@ -9,7 +9,7 @@ endif()
 function(tarnex_install_documents folder)
   install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/LICENSE
           DESTINATION ${folder})
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${folder} FILES_MATCHING PATTERN "*.md")
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${folder} FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${folder}
           FILES_MATCHING PATTERN "*.c" PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.xml")
 endfunction()

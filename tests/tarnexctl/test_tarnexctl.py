@@ -11,13 +11,12 @@ import re
 import signal
 import socket
 import subprocess
-import sys
 import tempfile
 import threading
 import time
 import unittest
 import xml.etree.ElementTree as ElementTree
-from typing import Callable, Dict, List, NamedTuple, Optional
+from typing import Callable, Dict, List, NamedTuple, Optional, Tuple
 
 TOOL = os.environ["TARNEXCTL"]
 SOURCES = pathlib.Path(os.environ["TARNEXCTL_SOURCES"])
@@ -506,7 +505,7 @@ class Sequences(Tool):
 class WrongArguments(Tool):
     def test_each_is_told_in_one_line(self) -> None:
         resource = self.supply()
-        for arguments, error in (
+        wrong: List[Tuple[List[str], str]] = [
             ([], "which command? --help lists them"),
             (["nonsense"], "The following argument was not expected: nonsense (--help tells more)"),
             (["get", "--nonsense"], "The following argument was not expected: --nonsense (--help tells more)"),
@@ -518,7 +517,8 @@ class WrongArguments(Tool):
             (["watch", "--interval", "0"], "--interval: '0' is no number from 0.001 to 1000000.000"),
             (["sweep", "1"], "--to is required"),
             (["measure", "3"], "channel '3': this command takes 1, 2, OutputChannel1 or OutputChannel2"),
-        ):
+        ]
+        for arguments, error in wrong:
             with self.subTest(arguments):
                 ran = run(*arguments, resource=resource)
                 self.assertEqual((ran.code, ran.out), (1, ""))

@@ -29,6 +29,7 @@ class Console {
 
   private:
     struct Close {
+        // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the one that owns it calls this
         void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
     };
     std::unique_ptr<std::FILE, Close> output_;

@@ -62,7 +62,7 @@ std::string JsonText(std::string_view text) {
         } else if (length == 1 && (c == '"' || c == '\\')) {
             json += {'\\', c};
         } else if (length == 1 && c < ' ') {
-            const auto code = static_cast<std::size_t>(c);
+            const std::size_t code = static_cast<unsigned char>(c);
             json += {'\\', 'u', '0', '0', kHex[code / 16], kHex[code % 16]};
         } else {
             json += text.substr(0, length);
