@@ -31,6 +31,9 @@ install(FILES ${PROJECT_SOURCE_DIR}/platform/vi_types.h ${PROJECT_SOURCE_DIR}/pl
         DESTINATION ${layer_includes}/platform)
 install(FILES ${PROJECT_SOURCE_DIR}/include/TARNEX.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
+# Where Debian's Python looks when the prefix is /usr; the module finds the library from there.
+install(FILES ${PROJECT_SOURCE_DIR}/python/tarnex.py DESTINATION lib/python3/dist-packages)
+
 install(TARGETS TARNEX tarnex_headers tarnex_text tarnex_visa_io tarnex_instrument EXPORT TARNEXTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 set(runtime tarnex_session_service tarnex_config_server)

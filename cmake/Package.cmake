@@ -9,9 +9,9 @@ endif()
 function(tarnex_install_documents folder)
   install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/LICENSE
           DESTINATION ${folder})
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${folder} FILES_MATCHING PATTERN "*.md")
-  install(FILES ${PROJECT_SOURCE_DIR}/examples/quickstart.c ${PROJECT_SOURCE_DIR}/examples/IviConfigurationStore.xml
-          DESTINATION ${folder}/examples)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${folder} FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${folder}
+          FILES_MATCHING PATTERN "*.c" PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.xml")
 endfunction()
 
 if(WIN32)

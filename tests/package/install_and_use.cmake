@@ -21,6 +21,21 @@ expect_match("${output}" "libivivisa\\.so\\.0 => ${SCRATCH}/root/[^\n]*/tarnex/l
 set(ENV{IVI_CONFIG_STORE} ${SCRATCH}/none.xml)
 run(${SCRATCH}/user/use_driver)
 
+# The tool and the Python module find the driver that was installed with them.
+run(${SCRATCH}/root/bin/tarnexctl identify --options Simulate=1)
+expect_match("${output}" "Model:        TX6300\n")
+run(ldd ${SCRATCH}/root/bin/tarnexctl)
+expect_match("${output}" "libTARNEX\\.so => ${SCRATCH}/root/")
+expect_match("${output}" "libivivisa\\.so\\.0 => ${SCRATCH}/root/")
+file(GLOB completion ${SCRATCH}/root/share/bash-completion/completions/tarnexctl)
+file(GLOB manual ${SCRATCH}/root/share/man/man1/tarnexctl.1)
+expect_match("${completion};${manual}" "/tarnexctl;.*/tarnexctl\\.1$")
+if(PYTHON)
+  set(ENV{PYTHONPATH} ${SCRATCH}/root/lib/python3/dist-packages)
+  run(${PYTHON} -B ${CMAKE_CURRENT_LIST_DIR}/use_module.py)
+  expect_match("${output}" "^TX6300\n$")
+endif()
+
 # The supply prints its resource as the last word of its first line, and goes when the program has ended.
 file(WRITE ${SCRATCH}/run.sh [[
 set -e

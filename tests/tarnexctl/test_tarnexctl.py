@@ -1,0 +1,699 @@
+"""tarnexctl as it is used from a shell, over the driver, the built-in platform runtime and a virtual supply.
+
+TARNEXCTL names the program, VIRTUAL_SUPPLY the supply's, TARNEXCTL_SOURCES the folder of man page and completion.
+"""
+
+import json
+import os
+import pathlib
+import pty
+import re
+import signal
+import socket
+import subprocess
+import tempfile
+import threading
+import time
+import unittest
+import xml.etree.ElementTree as ElementTree
+from typing import Callable, Dict, List, NamedTuple, Optional, Tuple
+
+TOOL = os.environ["TARNEXCTL"]
+SOURCES = pathlib.Path(os.environ["TARNEXCTL_SOURCES"])
+# Neither a configuration store nor a supply of the user's own.
+ENVIRONMENT = {**os.environ, "IVI_CONFIG_STORE": "/nonexistent/store.xml"}
+ENVIRONMENT.pop("TARNEX_RESOURCE", None)
+NO_SUPPLY = "TCPIP0::127.0.0.1::1::SOCKET"
+
+
+class Ran(NamedTuple):
+    code: int
+    out: str
+    err: str
+
+
+def run(*arguments: str, resource: Optional[str] = None) -> Ran:
+    environment = ENVIRONMENT if resource is None else {**ENVIRONMENT, "TARNEX_RESOURCE": resource}
+    done = subprocess.run([TOOL, *arguments], env=environment, capture_output=True, timeout=60, check=False)
+    return Ran(done.returncode, done.stdout.decode(), done.stderr.decode())
+
+
+class OnTerminal:
+    """The tool with both outputs on a pseudo-terminal of its own."""
+
+    def __init__(self, resource: str, *arguments: str) -> None:
+        self.text = ""
+        self._terminal, inner = pty.openpty()
+        self.process = subprocess.Popen(
+            [TOOL, "-r", resource, *arguments], env=ENVIRONMENT, stdin=inner, stdout=inner, stderr=inner
+        )
+        os.close(inner)
+
+    def read_until(self, text: str) -> None:
+        while text not in self.text and self._read():
+            pass
+
+    def finish(self) -> int:
+        while self._read():
+            pass
+        os.close(self._terminal)
+        return self.process.wait(timeout=60)
+
+    def _read(self) -> bool:
+        try:
+            data = os.read(self._terminal, 4096)
+        except OSError:  # the other end is closed
+            return False
+        self.text += data.decode().replace("\r\n", "\n")
+        return bool(data)
+
+
+class Tool(unittest.TestCase):
+    def supply(self, *options: str) -> str:
+        """Runs a virtual supply for the length of the test; returns its resource."""
+        supply = subprocess.Popen(
+            [os.environ["VIRTUAL_SUPPLY"], "--exit-with-parent", "--for", "100", *options],
+            stdout=subprocess.PIPE,
+            text=True,
+        )
+
+        def stop() -> None:
+            supply.terminate()
+            supply.communicate()
+
+        self.addCleanup(stop)
+        assert supply.stdout is not None
+        return supply.stdout.readline().split()[-1]
+
+    def folder(self) -> pathlib.Path:
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        return pathlib.Path(folder.name)
+
+    def file(self, content: str) -> str:
+        path = self.folder() / "sequence.csv"
+        path.write_text(content, encoding="ascii")
+        return str(path)
+
+    def quietly(self, resource: str, *arguments: str) -> None:
+        self.assertEqual(run(*arguments, resource=resource), Ran(0, "", ""))
+
+    def output_enabled(self, resource: str) -> bool:
+        enabled = json.loads(run("get", "1", "--json", resource=resource).out)[0]["output_enabled"]
+        self.assertIsInstance(enabled, bool)
+        return bool(enabled)
+
+    def start(self, resource: str, *arguments: str) -> "subprocess.Popen[bytes]":
+        process = subprocess.Popen(
+            [TOOL, "-r", resource, *arguments], env=ENVIRONMENT, stdout=subprocess.PIPE, stderr=subprocess.PIPE
+        )
+        self.addCleanup(process.communicate)
+        return process
+
+    def wait_until(self, condition: Callable[[], bool]) -> None:
+        end = time.monotonic() + 30
+        while not condition():
+            self.assertLess(time.monotonic(), end, "in vain")
+            time.sleep(0.02)
+
+
+class DriverCommands(Tool):
+    def test_identify(self) -> None:
+        resource = self.supply("--model", "TX4520")
+        self.assertEqual(
+            run("identify", resource=resource),
+            Ran(
+                0,
+                "Manufacturer: Keltor Technology\n"
+                "Model:        TX4520\n"
+                "Firmware:     1.00\n"
+                "Driver:       1.0.0.0\n"
+                f"Resource:     {resource}\n",
+                "",
+            ),
+        )
+        self.assertEqual(
+            json.loads(run("identify", "--json", resource=resource).out),
+            {
+                "manufacturer": "Keltor Technology",
+                "model": "TX4520",
+                "firmware_revision": "1.00",
+                "driver_revision": "1.0.0.0",
+                "resource": resource,
+            },
+        )
+
+    def test_what_set_programs_is_what_get_shows(self) -> None:
+        resource = self.supply("--load", "1=10")
+        settings = ["--voltage", "3.3", "--current", "1.5", "--at-limit", "trip", "--ovp", "4"]
+        self.quietly(resource, "set", "1", *settings)
+        self.quietly(resource, "set", "OutputChannel2", "--voltage", "5")
+        self.quietly(resource, "on", "1")
+        self.assertEqual(
+            run("get", resource=resource),
+            Ran(
+                0,
+                "Channel         Voltage/V  Limit/A  At limit  OVP   OVP/V  Output  Mode\n"
+                "OutputChannel1     3.3000   1.5000  trip      on   4.0000  on      CV\n"
+                "OutputChannel2     5.0000  16.8000  regulate  off  5.5000  off     -\n",
+                "",
+            ),
+        )
+        expected = {
+            "channel": "OutputChannel1",
+            "voltage_level": 3.3,
+            "current_limit": 1.5,
+            "current_limit_behavior": "trip",
+            "ovp_enabled": True,
+            "ovp_limit": 4,
+            "output_enabled": True,
+            "regulation": "CV",
+        }
+        self.assertEqual(json.loads(run("get", "1", "--json", resource=resource).out), [expected])
+
+    def test_set_leaves_alone_what_it_is_not_given(self) -> None:
+        resource = self.supply()
+        self.quietly(resource, "set", "1", "--voltage", "3", "--at-limit", "trip", "--ovp", "4")
+        self.quietly(resource, "set", "1", "--current", "0.5", "--no-ovp")
+        row = run("get", "1", resource=resource).out.splitlines()[1]
+        self.assertEqual(row, "OutputChannel1     3.0000   0.5000  trip      off  4.0000  off     -")
+        self.quietly(resource, "set", "1", "--at-limit", "regulate")
+        row = run("get", "1", resource=resource).out.splitlines()[1]
+        self.assertEqual(row, "OutputChannel1     3.0000   0.5000  regulate  off  4.0000  off     -")
+
+    def test_mode_follows_the_load(self) -> None:
+        resource = self.supply("--load", "1=10")
+        self.quietly(resource, "set", "1", "--voltage", "5", "--current", "0.25")
+        self.quietly(resource, "on", "1")
+        self.assertEqual(json.loads(run("get", "1", "--json", resource=resource).out)[0]["regulation"], "CC")
+
+    def test_on_and_off(self) -> None:
+        resource = self.supply()
+
+        def outputs() -> List[bool]:
+            return [row["output_enabled"] for row in json.loads(run("get", "--json", resource=resource).out)]
+
+        self.quietly(resource, "on", "1", "2")
+        self.assertEqual(outputs(), [True, True])
+        self.quietly(resource, "off", "2")
+        self.assertEqual(outputs(), [True, False])
+        self.quietly(resource, "on", "OutputChannel1,OutputChannel2")
+        self.assertEqual(outputs(), [True, True])
+        self.quietly(resource, "off")
+        self.assertEqual(outputs(), [False, False])
+
+    def test_reset(self) -> None:
+        resource = self.supply()
+        self.quietly(resource, "set", "1", "--voltage", "3")
+        self.quietly(resource, "reset")
+        self.assertEqual(json.loads(run("get", "1", "--json", resource=resource).out)[0]["voltage_level"], 0)
+
+    def test_errors_are_shown_once(self) -> None:
+        resource = self.supply("--load", "1=10")
+        self.quietly(resource, "set", "1", "--voltage", "5", "--current", "0.2", "--at-limit", "trip")
+        self.quietly(resource, "on", "1")
+        self.quietly(resource, "on", "1")
+        table = (
+            "Code  Message\n"
+            "-300  Device-specific error;Over-current protection tripped on CH1\n"
+            "-300  Device-specific error;Over-current protection tripped on CH1\n"
+        )
+        self.assertEqual(run("errors", resource=resource), Ran(0, table, ""))
+        self.assertEqual(run("errors", resource=resource), Ran(0, "No errors.\n", ""))
+        self.quietly(resource, "on", "1")
+        self.assertEqual(
+            json.loads(run("errors", "--json", resource=resource).out),
+            [{"code": -300, "message": "Device-specific error;Over-current protection tripped on CH1"}],
+        )
+        self.assertEqual(run("errors", "--json", resource=resource), Ran(0, "[]\n", ""))
+
+
+class Measurements(Tool):
+    TABLE = (
+        "Channel         Voltage/V  Current/A    Power/W  Output  Mode\n"
+        "OutputChannel1     3.3000     0.3300     1.0890  on      CV\n"
+        "OutputChannel2     0.0000     0.0000     0.0000  off     -\n"
+    )
+
+    def setUp(self) -> None:
+        self.resource = self.supply("--load", "1=10")
+        self.quietly(self.resource, "set", "1", "--voltage", "3.3")
+        self.quietly(self.resource, "on", "1")
+
+    def test_measure(self) -> None:
+        self.assertEqual(run("measure", resource=self.resource), Ran(0, self.TABLE, ""))
+        self.assertEqual(
+            run("measure", "1", "--json", resource=self.resource),
+            Ran(
+                0,
+                '[\n  {"channel": "OutputChannel1", "voltage": 3.3, "current": 0.33, "power": 1.089, '
+                '"output_enabled": true, "regulation": "CV"}\n]\n',
+                "",
+            ),
+        )
+
+    def test_watch_prints_lines_into_a_pipe(self) -> None:
+        ran = run("watch", "--count", "3", "--interval", "0.01", resource=self.resource)
+        lines = ran.out.splitlines()
+        self.assertEqual((ran.code, ran.err, len(lines)), (0, "", 7))
+        self.assertEqual(lines[0], "  Time/s  Channel         Voltage/V  Current/A    Power/W  Output  Mode")
+        first = r"^ {5}\d\.\d  OutputChannel1     3\.3000     0\.3300     1\.0890  on      CV$"
+        second = r"^ {5}\d\.\d  OutputChannel2     0\.0000     0\.0000     0\.0000  off     -$"
+        for i in (1, 3, 5):
+            self.assertRegex(lines[i], first)
+            self.assertRegex(lines[i + 1], second)
+
+    def test_watch_as_json_is_an_object_on_each_line(self) -> None:
+        ran = run("watch", "1", "--json", "--count", "2", "--interval", "0.2", resource=self.resource)
+        samples = [json.loads(line) for line in ran.out.splitlines()]
+        self.assertEqual(len(samples), 2)
+        times = [sample.pop("time") for sample in samples]
+        self.assertGreaterEqual(times[1], 0.2)
+        expected = {
+            "channel": "OutputChannel1",
+            "voltage": 3.3,
+            "current": 0.33,
+            "power": 1.089,
+            "output_enabled": True,
+            "regulation": "CV",
+        }
+        self.assertEqual(samples, [expected, expected])
+
+    def test_watch_renews_its_table_in_place_on_a_terminal(self) -> None:
+        terminal = OnTerminal(self.resource, "watch", "1", "--count", "3", "--interval", "0.01")
+        self.assertEqual(terminal.finish(), 0)
+        tables = terminal.text.split("\x1b[2A")  # up over the heading and one row
+        self.assertEqual(len(tables), 3)
+        for table in tables:
+            lines = table.splitlines()
+            self.assertEqual(lines[0], "  Time/s  Channel         Voltage/V  Current/A    Power/W  Output  Mode\x1b[K")
+            self.assertRegex(lines[1], r"^ {5}\d\.\d  OutputChannel1     3\.3000 .* CV\x1b\[K$")
+
+    def test_ctrl_c_is_the_usual_end_of_watch(self) -> None:
+        watch = self.start(self.resource, "watch", "--interval", "1000")
+        assert watch.stdout is not None
+        self.assertTrue(watch.stdout.readline().startswith(b"  Time/s  "))
+        self.assertIn(b"OutputChannel1", watch.stdout.readline())
+        self.assertIn(b"OutputChannel2", watch.stdout.readline())
+        watch.send_signal(signal.SIGINT)
+        self.assertEqual(watch.communicate(timeout=30), (b"", b""))
+        self.assertEqual(watch.returncode, 0)
+
+
+class Sweeps(Tool):
+    CSV = (
+        "set_V,voltage_V,current_A,power_W,mode\n"
+        "0.000,0.000000,0.000000,0.000000,CV\n"
+        "1.000,1.000000,0.100000,0.100000,CV\n"
+        "2.000,2.000000,0.200000,0.400000,CV\n"
+        "3.000,2.500000,0.250000,0.625000,CC\n"
+        "4.000,2.500000,0.250000,0.625000,CC\n"
+    )
+    RANGE = ["--to", "4", "--step", "1", "--limit", "0.25", "--settle", "0"]
+
+    def setUp(self) -> None:
+        self.resource = self.supply("--load", "1=10")
+
+    def test_points_go_to_standard_output(self) -> None:
+        self.assertEqual(run("sweep", "1", *self.RANGE, resource=self.resource), Ran(0, self.CSV, ""))
+
+    def test_output_is_off_afterwards(self) -> None:
+        self.quietly(self.resource, "on", "1")
+        run("sweep", "1", *self.RANGE, resource=self.resource)
+        row = run("get", "1", resource=self.resource).out.splitlines()[1]
+        self.assertEqual(row, "OutputChannel1     4.0000   0.2500  regulate  off  22.0000  off     -")
+
+    def test_points_go_to_a_file_and_curves_to_another(self) -> None:
+        folder = self.folder()
+        csv, svg = folder / "sweep.csv", folder / "sweep.svg"
+        ran = run("sweep", "1", *self.RANGE, "--csv", str(csv), "--plot", str(svg), resource=self.resource)
+        self.assertEqual(ran, Ran(0, "", ""))
+        self.assertEqual(csv.read_text(encoding="ascii"), self.CSV)
+        image = ElementTree.parse(svg).getroot()
+        self.assertEqual(image.tag, "{http://www.w3.org/2000/svg}svg")
+        texts = [text.text for text in image.iter("{http://www.w3.org/2000/svg}text")]
+        for text in ("TX4410, OutputChannel1", "Voltage, V", "Current, A", "Power, W", "current limit 0.25 A"):
+            self.assertEqual(texts.count(text), 1, text)
+        curves = [line.attrib["points"].split() for line in image.iter("{http://www.w3.org/2000/svg}polyline")]
+        self.assertEqual([len(points) for points in curves], [5, 5, 5])
+
+    def test_json_is_an_object_for_each_point(self) -> None:
+        ran = run("sweep", "1", *self.RANGE, "--json", resource=self.resource)
+        points = [json.loads(line) for line in ran.out.splitlines()]
+        self.assertEqual(len(points), 5)
+        self.assertEqual(points[3], {"set": 3, "voltage": 2.5, "current": 0.25, "power": 0.625, "regulation": "CC"})
+
+    def test_downwards_and_with_steps_that_binary_numbers_do_not_hit(self) -> None:
+        ran = run(
+            "sweep", "1", "--from", "0.3", "--to", "0", "--step", "0.1", "--settle", "0", resource=self.resource
+        )
+        levels = [line.split(",")[0] for line in ran.out.splitlines()[1:]]
+        self.assertEqual(levels, ["0.300", "0.200", "0.100", "0.000"])
+
+    def test_progress_on_a_terminal_leaves_no_trace(self) -> None:
+        csv = self.folder() / "sweep.csv"
+        terminal = OnTerminal(self.resource, "sweep", "1", *self.RANGE, "--csv", str(csv))
+        self.assertEqual(terminal.finish(), 0)
+        self.assertIn("\r[############..................] 2/5  1.000 V\x1b[K", terminal.text)
+        self.assertIn("\r[##############################] 5/5  4.000 V\x1b[K", terminal.text)
+        self.assertTrue(terminal.text.endswith("\r\x1b[K"), terminal.text)
+
+    def test_ctrl_c_switches_off_and_keeps_the_points(self) -> None:
+        folder = self.folder()
+        csv, svg = folder / "sweep.csv", folder / "sweep.svg"
+        sweep = self.start(
+            self.resource, "sweep", "1", "--to", "20", "--step", "0.001", "--csv", str(csv), "--plot", str(svg)
+        )
+        self.wait_until(lambda: csv.exists() and csv.read_text(encoding="ascii").count("\n") >= 3)
+        self.assertTrue(self.output_enabled(self.resource))
+        sweep.send_signal(signal.SIGINT)
+        self.assertEqual(sweep.communicate(timeout=30), (b"", b""))
+        self.assertEqual(sweep.returncode, 130)
+        self.assertFalse(self.output_enabled(self.resource))
+        lines = csv.read_text(encoding="ascii").splitlines()
+        self.assertEqual(lines[1], "0.000,0.000000,0.000000,0.000000,CV")
+        curves = ElementTree.parse(svg).getroot().findall("{http://www.w3.org/2000/svg}polyline")
+        self.assertEqual([len(curve.attrib["points"].split()) for curve in curves], [len(lines) - 1] * 3)
+
+    def test_a_reader_that_goes_away_ends_the_sweep_with_the_output_off(self) -> None:
+        sweep = self.start(self.resource, "sweep", "1", "--to", "20", "--step", "0.001")
+        assert sweep.stdout is not None and sweep.stderr is not None
+        sweep.stdout.readline()
+        sweep.stdout.close()
+        self.assertEqual(sweep.stderr.read(), b"tarnexctl: standard output cannot be written\n")
+        self.assertEqual(sweep.wait(timeout=30), 3)
+        sweep.stdout = None
+        self.assertFalse(self.output_enabled(self.resource))
+
+    def test_a_protection_that_trips_ends_the_sweep(self) -> None:
+        self.quietly(self.resource, "set", "1", "--ovp", "2.5")
+        ran = run("sweep", "1", "--to", "4", "--step", "1", "--settle", "0", resource=self.resource)
+        self.assertEqual(ran.code, 2)
+        self.assertEqual(len(ran.out.splitlines()), 4)
+        self.assertEqual(
+            ran.err,
+            "tarnexctl: the output went off at 3.000 V: a protection tripped (tarnexctl errors tells which)\n",
+        )
+
+    def test_what_cannot_be_swept(self) -> None:
+        for arguments, code, error in (
+            (["1", "--to", "30"], 1, "sweep: 30.000 V is beyond the channel's range, 0.0 V to 22.0 V"),
+            (["2", "--to", "6"], 1, "sweep: 6.000 V is beyond the channel's range, 0.0 V to 5.5 V"),
+            (["1", "--from", "-1", "--to", "6"], 1, "sweep: -1.000 V is beyond the channel's range, 0.0 V to 22.0 V"),
+            (
+                ["1", "--to", "4", "--limit", "6"],
+                2,
+                "setting the current limit: 0xBFFA4217: Attribute or function parameter value is invalid (out of range "
+                "or not supported).",
+            ),
+            (["1", "--to", "4", "--csv", "/nonexistent/x.csv"], 3, "/nonexistent/x.csv cannot be written"),
+            (["1", "--to", "4", "--plot", "/nonexistent/x.svg"], 3, "/nonexistent/x.svg cannot be written"),
+        ):
+            with self.subTest(arguments):
+                self.assertEqual(
+                    run("sweep", *arguments, resource=self.resource), Ran(code, "", f"tarnexctl: {error}\n")
+                )
+        self.assertFalse(self.output_enabled(self.resource))
+
+
+class Sequences(Tool):
+    def setUp(self) -> None:
+        self.resource = self.supply("--load", "1=10")
+
+    def test_list_runs_and_leaves_its_last_group(self) -> None:
+        file = self.file("volts,amperes,seconds\n# up\n\n1, 0.5, 0.1\r\n2,0.5,0.1\n")
+        self.assertEqual(
+            run("list", file, "--cycles", "2", "--end", "last", "--on", resource=self.resource),
+            Ran(0, "Groups  Cycles  Time/s\n     2       2   0.400\n", ""),
+        )
+        row = run("measure", "1", resource=self.resource).out.splitlines()[1]
+        self.assertRegex(row, r"^OutputChannel1     [12]\.0000 .* on      CV$")
+
+    def test_list_without_on_leaves_the_output_off(self) -> None:
+        file = self.file("1,0.5,0.01\n")
+        self.assertEqual(run("list", file, "--end", "last", resource=self.resource).code, 0)
+        self.assertFalse(self.output_enabled(self.resource))
+
+    def test_list_ends_with_the_output_off(self) -> None:
+        file = self.file("1,0.5,0.01\n")
+        self.assertEqual(run("list", file, "--on", resource=self.resource).code, 0)
+        self.assertFalse(self.output_enabled(self.resource))
+
+    def test_delay_runs(self) -> None:
+        file = self.file("output,seconds\non,0.1\noff,0.1\n")
+        self.assertEqual(
+            run("delay", file, "--end", "on", "--json", resource=self.resource),
+            Ran(0, '{"groups": 2, "cycles": 1, "seconds": 0.2}\n', ""),
+        )
+        self.assertTrue(self.output_enabled(self.resource))
+        self.assertEqual(run("delay", file, resource=self.resource).code, 0)
+        self.assertFalse(self.output_enabled(self.resource))
+
+    def test_progress_on_a_terminal(self) -> None:
+        file = self.file("1,0.5,0.2\n2,0.5,0.2\n")
+        terminal = OnTerminal(self.resource, "list", file)
+        self.assertEqual(terminal.finish(), 0)
+        self.assertRegex(terminal.text, r"\r\[\.+\] 0\.0 s of 0\.4 s  group 1, cycle 1\x1b\[K")
+        self.assertRegex(terminal.text, r"\r\[#+\.+\] 0\.[23] s of 0\.4 s  group 2, cycle 1\x1b\[K")
+        self.assertTrue(terminal.text.endswith("\r\x1b[KGroups  Cycles  Time/s\n     2       1   0.400\n"))
+
+    def test_ctrl_c_stops_the_sequence_and_switches_off(self) -> None:
+        for command, content in (("list", "1,0.5,60\n2,0.5,60\n"), ("delay", "on,60\non,60\n")):
+            with self.subTest(command):
+                terminal = OnTerminal(self.resource, command, self.file(content), "--cycles", "0", "--on")
+                terminal.read_until("group 1, cycle 1")
+                self.assertTrue(self.output_enabled(self.resource))
+                terminal.process.send_signal(signal.SIGINT)
+                self.assertEqual(terminal.finish(), 130)
+                self.assertFalse(self.output_enabled(self.resource))
+                time.sleep(0.05)
+                self.assertFalse(self.output_enabled(self.resource))
+
+    def test_what_the_instrument_refuses(self) -> None:
+        error = 'tarnexctl: the instrument refuses the sequence: -222, "Data out of range"\n'
+        for command, content in (("list", "23,0.5,1\n"), ("list", "1,0.5,4000\n"), ("delay", "on,4000\n")):
+            with self.subTest(content):
+                self.assertEqual(run(command, self.file(content), resource=self.resource), Ran(2, "", error))
+
+    def test_an_old_error_is_not_blamed_on_the_sequence(self) -> None:
+        run("list", self.file("23,0.5,1\n23,0.5,1\n"), resource=self.resource)
+        self.assertEqual(run("list", self.file("1,0.5,0.01\n"), resource=self.resource).code, 0)
+
+    def test_files_that_are_no_sequence(self) -> None:
+        for command, content, error in (
+            ("list", "", "{} holds no sequence; give lines of volts,amperes,seconds"),
+            ("list", "volts,amperes,seconds\n# nothing\n", "{} holds no sequence; give lines of volts,amperes,seconds"),
+            ("list", "1,1,1\n1,1\n", "{}: line 2: give volts,amperes,seconds"),
+            ("list", "1,1,1,\n", "{}: line 1: give volts,amperes,seconds"),
+            ("list", "1,much,1\n", "{}: line 1: 'much' is no number"),
+            ("list", "1,1,nan\n", "{}: line 1: 'nan' is no number"),
+            ("list", "1,\x1b[2J,1\n", "{}: line 1: '?[2J' is no number"),
+            ("delay", "up,1\n", "{}: line 1: 'up' is neither on nor off"),
+            ("delay", "# a\non,\n", "{}: line 2: '' is no number"),
+        ):
+            with self.subTest(content):
+                file = self.file(content)
+                self.assertEqual(
+                    run(command, file, resource=self.resource), Ran(3, "", f"tarnexctl: {error.format(file)}\n")
+                )
+        self.assertEqual(
+            run("list", "/nonexistent/file", resource=self.resource),
+            Ran(3, "", "tarnexctl: /nonexistent/file cannot be read\n"),
+        )
+
+
+class WrongArguments(Tool):
+    def test_each_is_told_in_one_line(self) -> None:
+        resource = self.supply()
+        wrong: List[Tuple[List[str], str]] = [
+            ([], "which command? --help lists them"),
+            (["nonsense"], "The following argument was not expected: nonsense (--help tells more)"),
+            (["get", "--nonsense"], "The following argument was not expected: --nonsense (--help tells more)"),
+            (["on"], "CHANNEL is required (--help tells more)"),
+            (["set", "1"], "set: give at least one of --voltage, --current, --at-limit, --ovp and --no-ovp"),
+            (["set", "1", "--voltage", "nan"], "--voltage: 'nan' is no number from -1000.000 to 1000.000"),
+            (["set", "1", "--voltage", "3,3"], "--voltage: '3,3' is no number from -1000.000 to 1000.000"),
+            (["set", "1", "--at-limit", "explode"], "--at-limit: explode not in {regulate,trip}"),
+            (["watch", "--interval", "0"], "--interval: '0' is no number from 0.001 to 1000000.000"),
+            (["sweep", "1"], "--to is required"),
+            (["measure", "3"], "channel '3': this command takes 1, 2, OutputChannel1 or OutputChannel2"),
+        ]
+        for arguments, error in wrong:
+            with self.subTest(arguments):
+                ran = run(*arguments, resource=resource)
+                self.assertEqual((ran.code, ran.out), (1, ""))
+                self.assertRegex(ran.err, r"\Atarnexctl: [^\n]*\n\Z")
+                self.assertIn(error, ran.err)
+
+    def test_no_resource(self) -> None:
+        error = (
+            "tarnexctl: which supply? Give --resource or set TARNEX_RESOURCE, for example to "
+            "TCPIP0::192.168.1.20::5025::SOCKET\n"
+        )
+        self.assertEqual(run("get"), Ran(1, "", error))
+
+    def test_the_option_wins_over_the_environment(self) -> None:
+        resource = self.supply()
+        self.assertEqual(run("reset", "-r", resource, resource=NO_SUPPLY), Ran(0, "", ""))
+        self.assertEqual(run("--resource", resource, "reset", resource=NO_SUPPLY), Ran(0, "", ""))
+
+
+class SupplyErrors(Tool):
+    def test_driver_errors_carry_status_and_description(self) -> None:
+        resource = self.supply()
+        for arguments, error in (
+            (
+                ["set", "2", "--voltage", "6"],
+                "setting the voltage of OutputChannel2: 0xBFFA4217: Attribute or function parameter value is invalid "
+                "(out of range or not supported).",
+            ),
+            (
+                ["get", "Nope"],
+                "reading Nope: 0xBFFA0067: Unknown physical repeated capability selector.  The identifier 'Nope' is "
+                "not defined for repeated capability 'OutputChannel'.",
+            ),
+            (
+                ["get", "-o", "Nonsense=1"],
+                f"opening {resource}: 0xBFFA004B: The 'nonsense' name in the option string is unknown.",
+            ),
+        ):
+            with self.subTest(arguments):
+                self.assertEqual(run(*arguments, resource=resource), Ran(2, "", f"tarnexctl: {error}\n"))
+
+    def test_no_supply_and_wrong_resources(self) -> None:
+        for resource in (NO_SUPPLY, "NOWHERE::INSTR"):
+            for command in ("identify", "measure"):
+                with self.subTest(resource=resource, command=command):
+                    ran = run(command, resource=resource)
+                    self.assertEqual((ran.code, ran.out), (2, ""))
+                    start = re.escape(f"tarnexctl: opening {resource}: 0xBFFA4214: I/O error.")
+                    self.assertRegex(ran.err, rf"\A{start}[^\n]*\n\Z")
+
+    def test_replies_that_make_no_sense(self) -> None:
+        for command in ("get", "measure"):
+            with self.subTest(command):
+                ran = run(command, resource=self.supply("--fault", "garbage@2"))
+                self.assertEqual((ran.code, ran.out), (2, ""))
+                self.assertRegex(ran.err, r"\Atarnexctl: the instrument's reply makes no sense: [^\n]*\n\Z")
+
+    def test_a_silent_supply_is_given_up(self) -> None:
+        ran = run("measure", "1", resource=self.supply("--fault", "silent@2"))
+        self.assertEqual(ran, Ran(2, "", "tarnexctl: measuring OutputChannel1: 0xBFFA4214: I/O error.\n"))
+
+    def test_a_full_disk_is_told(self) -> None:
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run(
+                [TOOL, "identify", "-r", self.supply()],
+                env=ENVIRONMENT,
+                stdout=full,
+                stderr=subprocess.PIPE,
+                timeout=60,
+                check=False,
+            )
+        self.assertEqual((done.returncode, done.stderr), (3, b"tarnexctl: standard output cannot be written\n"))
+
+    def test_simulation_needs_no_supply(self) -> None:
+        ran = run("identify", "--json", "-o", "Simulate=1")
+        self.assertEqual((ran.code, json.loads(ran.out)["model"]), (0, "TX6300"))
+        ran = run("measure", "2", "--json", "-o", "Simulate=1")
+        self.assertEqual((ran.code, json.loads(ran.out)[0]["channel"]), (0, "OutputChannel2"))
+
+
+class FakeInstrument:
+    """Says what it is told to say, byte for byte; to everything else nothing."""
+
+    def __init__(self, replies: Dict[bytes, bytes]) -> None:
+        self._replies = replies
+        self._listener = socket.create_server(("127.0.0.1", 0))
+        self.resource = f"TCPIP0::127.0.0.1::{self._listener.getsockname()[1]}::SOCKET"
+        self._thread = threading.Thread(target=self._serve)
+        self._thread.start()
+
+    def _serve(self) -> None:
+        connection, _ = self._listener.accept()
+        with connection, connection.makefile("rwb") as lines:
+            for line in lines:
+                if line.strip() in self._replies:
+                    lines.write(self._replies[line.strip()] + b"\n")
+                    lines.flush()
+
+    def close(self) -> None:
+        self._thread.join(timeout=30)
+        self._listener.close()
+
+
+class HostileText(Tool):
+    def identify(self, identity: bytes, *options: str) -> Ran:
+        instrument = FakeInstrument({b"*IDN?": identity})
+        self.addCleanup(instrument.close)
+        return run("identify", *options, resource=instrument.resource)
+
+    def test_nothing_steers_the_terminal(self) -> None:
+        ran = self.identify(b'Kel\x1b[2Jtor,TX"4410\\,SN\x07,\xc3\xa9%s%n\xff\xc2\x9b2J\r')
+        lines = ran.out.splitlines()
+        self.assertEqual((ran.code, ran.err), (0, ""))
+        self.assertEqual(lines[:3], ["Manufacturer: Kel?[2Jtor", 'Model:        TX"4410\\', "Firmware:     \u00e9%s%n??2J?"])
+
+    def test_json_stays_json(self) -> None:
+        ran = self.identify(b'Kel\x1b\ttor,TX"4410\\,SN,\xff\xc3\xa9\xed\xa0\x80', "--json")
+        identity = json.loads(ran.out)
+        self.assertEqual(identity["manufacturer"], "Kel\x1b\ttor")
+        self.assertEqual(identity["model"], 'TX"4410\\')
+        self.assertEqual(identity["firmware_revision"], "\ufffd\u00e9\ufffd\ufffd\ufffd")
+
+
+class ShellCompletion(unittest.TestCase):
+    def complete(self, *words: str) -> List[str]:
+        script = (
+            'source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _tarnexctl; printf "%s\\n" "${COMPREPLY[@]}"'
+        )
+        done = subprocess.run(
+            ["bash", "-u", "-c", script, "bash", str(SOURCES / "tarnexctl.bash"), "tarnexctl", *words],
+            capture_output=True,
+            text=True,
+            timeout=60,
+            check=True,
+        )
+        self.assertEqual(done.stderr, "")
+        return done.stdout.split()
+
+    def test_commands_options_and_values(self) -> None:
+        for words, expected in (
+            (["se"], ["set"]),
+            (["o"], ["on", "off"]),
+            (["-r", "X", "sw"], ["sweep"]),
+            (["--json", "id"], ["identify"]),
+            (["get", ""], ["OutputChannel1", "OutputChannel2"]),
+            (["get", "OutputChannel1", "OutputChannel2"], ["OutputChannel2"]),
+            (["set", "1", "--o"], ["--ovp", "--options"]),
+            (["set", "1", "--at-limit", ""], ["regulate", "trip"]),
+            (["list", "x.csv", "--end", ""], ["off", "last"]),
+            (["delay", "x.csv", "--end", "o"], ["off", "on"]),
+            (["sweep", "1", "--to", ""], []),
+            (["sweep", "1", "--s"], ["--step", "--settle"]),
+            (["watch", "--c"], ["--count"]),
+            (["list", str(SOURCES / "tarnexctl.b")], [str(SOURCES / "tarnexctl.bash")]),
+            (["sweep", "1", "--plot", str(SOURCES / "tarnexctl.b")], [str(SOURCES / "tarnexctl.bash")]),
+            (["reset", ""], []),
+        ):
+            with self.subTest(words):
+                self.assertEqual(self.complete(*words), expected)
+
+    def test_every_command_and_option_is_in_completion_and_man_page(self) -> None:
+        completion = (SOURCES / "tarnexctl.bash").read_text(encoding="ascii")
+        manual = (SOURCES / "tarnexctl.1").read_text(encoding="ascii").replace("\\-", "-")
+        commands = re.findall(r"^  ([a-z]+) {3,}", run("--help").out.split("Subcommands:")[1], re.MULTILINE)
+        self.assertEqual(len(commands), 12)
+        options = set(re.findall(r"--[a-z-]+", run("--help").out.split("Subcommands:")[0]))
+        for command in commands:
+            options.update(re.findall(r"^  .*?(--[a-z-]+)", run(command, "--help").out, re.MULTILINE))
+            self.assertEqual(self.complete(command), [command])
+            self.assertRegex(manual, rf"(?m)^(\.B {command}|\\fB{command}\\fR.*)$")
+        self.assertEqual(len(options), 21)
+        for option in options:
+            self.assertRegex(completion, rf'[ "]{option}[ ")]')
+            self.assertRegex(manual, rf"{option}\b")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,27 @@
+#include "tools/tarnexctl/command_layer.h"
+
+#include "instrument/option_flags.h"
+#include "instrument/simulator.h"
+#include "instrument/tarnex_supply.h"
+#include "tools/tarnexctl/driver_session.h"
+#include "tools/tarnexctl/failure.h"
+
+namespace tarnexctl {
+
+CommandLayer::CommandLayer(const Arguments& arguments) {
+    if (ORVA::ParseOptionFlags(arguments.options).simulate) {
+        supply_ = std::make_unique<ORVA::TARNEXSimulator>();
+    } else {
+        supply_ = std::make_unique<ORVA::TARNEX>();
+    }
+    Check(supply_->Open({.resource = arguments.resource, .options = arguments.options}),
+          "opening " + arguments.resource);
+}
+
+void CommandLayer::Check(ViStatus status, const std::string& doing) {
+    if (status < 0) {
+        throw StatusFailure(doing, status, MessageOf(status));
+    }
+}
+
+} // namespace tarnexctl

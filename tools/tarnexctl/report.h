@@ -1,0 +1,56 @@
+// Rows of named values, shown as a table to people and as JSON to programs.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace tarnexctl {
+
+/// Nothing is "-" in a table and null in JSON; a boolean is "on" or "off" in a table.
+using Cell = std::variant<std::monostate, std::string, double, std::int64_t, bool>;
+
+struct Column {
+    std::string_view key;     ///< in JSON
+    std::string_view heading; ///< in a table, with the unit
+    int decimals = 0;         ///< of reals in a table; JSON has them in full
+    std::size_t width = 0;    ///< the least
+};
+
+/// Fixed notation in any locale.
+std::string Fixed(double value, int decimals);
+
+class Report {
+  public:
+    explicit Report(std::vector<Column> columns) : columns_(std::move(columns)) {}
+
+    /// One cell for each column.
+    void Add(std::vector<Cell> row) { rows_.push_back(std::move(row)); }
+    void Clear() { rows_.clear(); }
+    void HideFirstColumn();
+
+    /// Headings and a line for each row, in columns.
+    [[nodiscard]] std::string Table() const { return Headings() + Rows(); }
+    [[nodiscard]] std::string Headings() const;
+    [[nodiscard]] std::string Rows() const;
+
+    /// A line for each value of the only row: "heading:  value".
+    [[nodiscard]] std::string List() const;
+
+    [[nodiscard]] std::string JsonArray() const;
+    /// An object for each row, each on a line of its own.
+    [[nodiscard]] std::string JsonLines() const;
+
+  private:
+    [[nodiscard]] std::string JsonObject(const std::vector<Cell>& row) const;
+    [[nodiscard]] std::vector<std::size_t> Widths() const;
+    [[nodiscard]] std::string Line(const std::vector<std::string>& texts, const std::vector<bool>& numeric) const;
+
+    std::vector<Column> columns_;
+    std::vector<std::vector<Cell>> rows_;
+};
+
+} // namespace tarnexctl
