@@ -3,7 +3,7 @@
 
 Usage: follow_page.py PAGE BUILD_FOLDER SCRATCH_FOLDER
 
-The library is installed from BUILD_FOLDER into SCRATCH_FOLDER, where the page says /usr/local. A comment in front of a
+The library is installed from BUILD_FOLDER into SCRATCH_FOLDER, which stands for the page's /usr/local. A comment in front of a
 fenced block says what the block is:
 
     <!-- file: NAME -->              to be saved under this name
@@ -38,7 +38,7 @@ class Follower:
         self.port = PORT
         self.printed = None
         self.counts = {"files": 0, "commands": 0, "outputs": 0, "not tried": 0}
-        root = scratch / "usr-local"
+        self.root = root = scratch / "usr-local"
         subprocess.run(["cmake", "--install", build, "--prefix", root], check=True, stdout=subprocess.DEVNULL)
         library = next(root.glob("lib*/**/libTARNEX.so")).parent
         self.environment = {
@@ -84,7 +84,7 @@ class Follower:
 
     def run(self, commands):
         done = subprocess.run(
-            ["bash", "-euo", "pipefail", "-c", commands.replace(PORT, self.port)],
+            ["bash", "-euo", "pipefail", "-c", commands.replace(PORT, self.port).replace("/usr/local", str(self.root))],
             cwd=self.work, env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=200,
         )
         if done.returncode != 0:
