@@ -16,9 +16,10 @@ namespace {
 // A session that closes itself. Negative statuses are errors and throw; positive ones are success with a remark.
 class Supply {
   public:
-    explicit Supply(std::string resource) {
+    explicit Supply(const std::string& resource) {
+        std::string name = resource; // the driver asks for one that it could write to
         TARNEX_ClearError(VI_NULL);
-        Check(TARNEX_init(resource.data(), VI_TRUE, VI_FALSE, &session_));
+        Check(TARNEX_init(name.data(), VI_TRUE, VI_FALSE, &session_));
     }
     Supply(const Supply&) = delete;
     Supply& operator=(const Supply&) = delete;

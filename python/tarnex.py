@@ -10,7 +10,7 @@
         print(channel.constant_voltage)
 
 The driver's library is the file that the environment variable TARNEX_LIBRARY names, else the one installed with this
-module, else the system's: libTARNEX.so on Linux, TARNEX_64.dll on Windows.
+module, else the system's: libTARNEX.so on Linux, TARNEX_64.dll on Windows (found by PATH).
 
 Errors of the driver and the instrument are raised as TarnexError. One is not: when an instrument answers a query with
 something that is no number or boolean, a C++ exception leaves the driver, which Python cannot catch: IT ENDS THE
@@ -64,14 +64,14 @@ class CurrentLimitBehavior(enum.IntEnum):
 
 
 def _open_library() -> ctypes.CDLL:
-    name = "TARNEX_64.dll" if sys.platform == "win32" else "libTARNEX.so"
+    name, stem = ("TARNEX_64.dll", "TARNEX_64") if sys.platform == "win32" else ("libTARNEX.so", "TARNEX")
     named = os.environ.get("TARNEX_LIBRARY")
     if named:
         return ctypes.CDLL(named)
     # Installed, this file is lib/python3/dist-packages/tarnex.py beside lib/libTARNEX.so.
     beside = pathlib.Path(__file__).resolve().parent.parent.parent / name
     try:
-        return ctypes.CDLL(str(beside) if beside.is_file() else ctypes.util.find_library("TARNEX") or name)
+        return ctypes.CDLL(str(beside) if beside.is_file() else ctypes.util.find_library(stem) or name)
     except OSError as failure:
         raise OSError(f"{name} is not to be found: name it in TARNEX_LIBRARY ({failure})") from failure
 

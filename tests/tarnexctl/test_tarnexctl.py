@@ -395,6 +395,13 @@ class Sweeps(Tool):
             "tarnexctl: the output went off at 3.000 V: a protection tripped (tarnexctl errors tells which)\n",
         )
 
+    def test_a_failure_takes_the_place_of_the_progress(self) -> None:
+        self.quietly(self.resource, "set", "1", "--ovp", "2.5")
+        csv = self.folder() / "sweep.csv"
+        terminal = OnTerminal(self.resource, "sweep", "1", "--to", "4", "--step", "1", "--csv", str(csv))
+        self.assertEqual(terminal.finish(), 2)
+        self.assertIn("3/5  2.000 V\x1b[K\r\x1b[Ktarnexctl: the output went off at 3.000 V", terminal.text)
+
     def test_what_cannot_be_swept(self) -> None:
         for arguments, code, error in (
             (["1", "--to", "30"], 1, "sweep: 30.000 V is beyond the channel's range, 0.0 V to 22.0 V"),

@@ -16,6 +16,8 @@ class Console {
     Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
+    /// No progress stays behind: the line that tells of a failure stands alone.
+    ~Console() { ClearProgress(); }
 
     /// Written through at once, so that whoever reads sees it. Throws Failure when it cannot be written.
     void Print(std::string_view text);

@@ -201,12 +201,7 @@ int Run(int argc, const char* const* argv) {
                                         "TCPIP0::192.168.1.20::5025::SOCKET");
     }
     Console console;
-    try {
-        return chosen->run(arguments, console);
-    } catch (...) {
-        console.ClearProgress(); // the failure's line stands alone
-        throw;
-    }
+    return chosen->run(arguments, console);
 }
 
 int Complain(const std::string& what, ExitCode code) {
