@@ -100,10 +100,11 @@ class NamedIdentifiers {
 };
 
 /// Replaces the virtual names in a selector. A list is put in brackets, so that it stays one level.
-/// A text beyond all use is cut short there, and with it no longer well formed: names map to texts of up to 1023
-/// characters, so that a selector of a mebibyte could otherwise claim a gigabyte.
+/// A text that grows beyond all use is cut short there, and with it no longer well formed: names map to texts of up to
+/// 1023 characters, so that a selector of a mebibyte could otherwise claim a gigabyte.
 std::string Substitute(std::string_view selector, const VirtualNames& virtualNames) {
     constexpr std::size_t kMostCharacters = std::size_t{16} * 1024 * 1024;
+    const auto most = std::max(kMostCharacters, selector.size());
     std::string result;
     result.reserve(selector.size());
     while (!selector.empty()) {
@@ -115,7 +116,7 @@ std::string Substitute(std::string_view selector, const VirtualNames& virtualNam
             continue;
         }
         selector.remove_prefix(name.size());
-        if (result.size() > kMostCharacters) {
+        if (result.size() > most) {
             return result + ",";
         }
         const auto replacement = virtualNames.Find(name);

@@ -226,8 +226,9 @@ TEST_F(ConfigurationStore, IsReadInThisOrderWithADriverSessionItsSettingsTwiceAn
                             "GetDriverSessionPropertyViBoolean 7", "GetDriverSessionPropertyViBoolean 8",
                             "GetDriverSessionPropertyViBoolean 9", "GetDriverSessionPropertyViString 10 1024",
                             "Components of driver session", "GetDataComponentItemByName Configurable Initial Settings",
-                            "Components of driver session",
-                            "GetDataComponentItemByName Configurable Initial Settings"));
+                            "Components of driver session", "GetDataComponentItemByName Configurable Initial Settings",
+                            "GetPhysicalNamePropertyViString 1 1024", "GetPhysicalNamePropertyViString 2 1024",
+                            "GetPhysicalNamePropertyViString 1 1024", "GetPhysicalNamePropertyViString 2 1024"));
     EXPECT_EQ(doubles::TheScript().Count("IviConfig_GetDataComponentPropertyViInt32"), 2U);
     EXPECT_EQ(doubles::TheScript().Count("IviConfig_GetDataComponentPropertyViReal64"), 2U);
     EXPECT_EQ(doubles::TheScript().Count("IviConfig_GetDataComponentPropertyViBoolean"), 2U);

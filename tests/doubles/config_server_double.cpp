@@ -226,6 +226,8 @@ ViStatus _VI_FUNC IviConfig_GetPhysicalNamePropertyViString(IviConfigHandle item
                                                             ViChar value[]) {
     return On<const StoredPhysicalName*>(
         "IviConfig_GetPhysicalNamePropertyViString", item, [=](const StoredPhysicalName* stored) {
+            TheConfigServer().Tell("GetPhysicalNamePropertyViString " + std::to_string(id) + " " +
+                                   std::to_string(size));
             return TextProperty(id, size, value, {{1, stored->name}, {2, stored->capability}});
         });
 }

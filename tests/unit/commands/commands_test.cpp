@@ -209,6 +209,7 @@ class LosesItsConnection : public ORVA::TARNEX {
   public:
     LosesItsConnection() { connection_ = std::make_shared<Connection>(*this); }
     bool destroyed = false;
+    bool destroyedWhileWriting = false;
     bool destroyedBeforeTheReply = false;
 
   private:
@@ -219,7 +220,9 @@ class LosesItsConnection : public ORVA::TARNEX {
         Connection& operator=(const Connection&) = delete;
         ~Connection() override { owner_.destroyed = true; }
         ViStatus write(std::string_view /*command*/) override {
-            owner_.connection_.reset();
+            auto& owner = owner_;
+            owner.connection_.reset();
+            owner.destroyedWhileWriting = owner.destroyed;
             return 0;
         }
         ViStatus read(std::string& reply) override {
@@ -327,6 +330,12 @@ TEST_F(Commands, KeepTheirConnectionUntilTheExchangeIsOver) {
     EXPECT_FALSE(supply.destroyedBeforeTheReply);
     EXPECT_TRUE(supply.destroyed);
     EXPECT_EQ(supply.GetVoltage(1, volts), kIoError);
+
+    LosesItsConnection written;
+    EXPECT_EQ(written.SetVoltage(1, 5.0), 0);
+    EXPECT_FALSE(written.destroyedWhileWriting);
+    EXPECT_TRUE(written.destroyed);
+    EXPECT_EQ(written.SetVoltage(1, 5.0), kIoError);
 }
 
 TEST_F(Commands, WithARangeTakeBothBoundsAndNothingBeyondThem) {

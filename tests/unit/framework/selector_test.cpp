@@ -356,5 +356,20 @@ TEST_F(SelectorOfAMebibyte, ThatStandsForHundredsOfThemIsBadlyFormed) {
     ExpectOnSmallStack(Repeated("n,") + "n", kMalformed);
 }
 
+TEST_F(SelectorOfAMebibyte, ThatGrowsBeyondAllUseIsBadlyFormed) {
+    nrt2::VirtualNames virtualNames; // X1, X2, ... stand for as many different names of a thousand characters
+    virtualNames.AddRange("X", std::string(1000, 'x'), 1, 2000000000, 1);
+    virtualNames_ = &virtualNames;
+    ExpectOnSmallStack(Numbered(false), kMalformed);
+}
+
+TEST_F(SelectorOfAMebibyte, MayBeLongerStillWhereNoNameInItIsVirtual) {
+    nrt2::VirtualNames virtualNames;
+    virtualNames.Add("n", "A1");
+    virtualNames_ = &virtualNames;
+    const std::string blanks(std::size_t{17} << 20U, ' ');
+    ExpectOnSmallStack("A1," + blanks + "A2," + blanks + "Y", Unknown("Y"));
+}
+
 } // namespace
 } // namespace unit

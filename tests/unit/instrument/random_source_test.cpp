@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <limits>
 #include <random>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -134,6 +137,18 @@ TEST(RandomSource, DrawsOfOneThreadAreNotTornByAnothers) {
     std::sort(expected.begin(), expected.end());
     EXPECT_EQ(first, expected);
 }
+
+/// What a process of its own draws first.
+std::string FirstDraw() {
+    std::array<char, 64> line{};
+    FILE* output = popen(FIRST_DRAW, "r");
+    EXPECT_NE(output, nullptr);
+    EXPECT_NE(fgets(line.data(), static_cast<int>(line.size()), output), nullptr);
+    EXPECT_EQ(pclose(output), 0);
+    return line.data();
+}
+
+TEST(RandomSource, DrawsOtherNumbersInEveryProcess) { EXPECT_NE(FirstDraw(), FirstDraw()); }
 
 TEST(RandomSource, OfTheProcessIsOneForAllAndMayBeUsedByMany) {
     EXPECT_EQ(&ORVA::RandomSource::OfProcess(), &ORVA::RandomSource::OfProcess());
