@@ -37,7 +37,7 @@ ViStatus _VI_FUNC TARNEX_ConfigureOVP(ViSession vi, ViConstString channelName, V
     });
 }
 
-// These two send nothing, by design: the channels have one range each, and a trip is reset by switching on again.
+// These two send nothing, by design.
 
 ViStatus _VI_FUNC TARNEX_ConfigureOutputRange(ViSession vi, ViConstString channelName, ViInt32 /*rangeType*/,
                                               ViReal64 /*range*/) {

@@ -120,13 +120,14 @@ class DriverSession : public IoSession {
     virtual ViStatus QueryIdentity(std::string& manufacturer, std::string& model, std::string& serialNumber,
                                    std::string& firmwareRevision) = 0;
 
-    /// What a driver does with one pair of the DriverSetup text. Called for every occurrence of a name, the one that
-    /// is refused as a repetition included.
-    virtual ViStatus ProcessDriverSetupOption(std::string_view name, std::string_view value);
-
   public:
     /// Asks the instrument for errors, when that is wanted and it is not simulated.
     virtual ViStatus CheckStatus() = 0;
+
+  protected:
+    /// What a driver does with one pair of the DriverSetup text. Called for every occurrence of a name, the one that
+    /// is refused as a repetition included.
+    virtual ViStatus ProcessDriverSetupOption(std::string_view name, std::string_view value);
 
   private:
     // --- Option string (driver_session_options.cpp)

@@ -85,9 +85,9 @@ typedef ViChar* ViRsrc;
 #define TARNEX_ATTR_LOGICAL_NAME                                 1050305 /* ViString, read-only: resource name given, when the configuration store holds this driver; else "" */
 #define TARNEX_ATTR_SUPPORTED_INSTRUMENT_MODELS                  1050327 /* ViString, read-only: "TX4410,TX4520" */
 #define TARNEX_ATTR_GROUP_CAPABILITIES                           1050401 /* ViString, read-only: "IviDCPwrBase,IviDCPwrMeasurement" */
-#define TARNEX_ATTR_INSTRUMENT_FIRMWARE_REVISION                 1050510 /* ViString, read-only: fourth field of the "*IDN?" reply */
+#define TARNEX_ATTR_INSTRUMENT_FIRMWARE_REVISION                 1050510 /* ViString, read-only: fourth field of the "*IDN?" reply; "V1.00" in a session opened in simulation */
 #define TARNEX_ATTR_INSTRUMENT_MANUFACTURER                      1050511 /* ViString, read-only: first field of the "*IDN?" reply; the driver's vendor in simulation */
-#define TARNEX_ATTR_INSTRUMENT_MODEL                             1050512 /* ViString, read-only: second field of the "*IDN?" reply; "TX6300" in simulation */
+#define TARNEX_ATTR_INSTRUMENT_MODEL                             1050512 /* ViString, read-only: second field of the "*IDN?" reply; "TX6300" in a session opened in simulation */
 #define TARNEX_ATTR_SPECIFIC_DRIVER_VENDOR                       1050513 /* ViString, read-only: "Keltor Technology" */
 #define TARNEX_ATTR_SPECIFIC_DRIVER_DESCRIPTION                  1050514 /* ViString, read-only: "IVI-C Driver for TARNEX" */
 #define TARNEX_ATTR_SPECIFIC_DRIVER_CLASS_SPEC_MAJOR_VERSION     1050515 /* ViInt32, read-only: 3 */
@@ -203,7 +203,7 @@ ViStatus _VI_FUNC TARNEX_init(ViRsrc resourceName, ViBoolean idQuery, ViBoolean 
  *                      simulation the model is "TX6300", which is none, so that an ID query fails there. Any other
  *                      value counts as VI_FALSE.
  * @param reset         Not VI_FALSE: reset the instrument after opening; a failure of the reset is not reported.
- * @param optionString  Inherent options and a DriverSetup clause, which runs to the end of the text:
+ * @param optionString  Inherent options and a DriverSetup clause, which runs to the end of the line:
  *                      "Simulate=1, QueryInstrStatus=1, DriverSetup=Model:TX4410". Names and values in any letter case;
  *                      values "true", "vi_true", "1", "false", "vi_false", "0". Options: Cache, InterchangeCheck (must
  *                      stay false), QueryInstrStatus, RangeCheck, RecordCoercions, Simulate. The DriverSetup key Model
@@ -242,7 +242,7 @@ ViStatus _VI_FUNC TARNEX_self_test(ViSession vi, ViInt16* testResult, ViChar tes
  * Reads the oldest entry of the instrument's error queue (":SYSTem:ERRor?"); code 0 when it is empty.
  *
  * @param errorCode     Not null.
- * @param errorMessage  The text as the instrument sends it, quotes included. 1024 bytes always suffice. Not null.
+ * @param errorMessage  The text as the instrument sends it, quotes included, tabs and line ends around it not. 1024 bytes always suffice. Not null.
  *
  * Returns 0 on success over every interface. TARNEX_ERROR_CANNOT_RECOVER when the reply has not exactly two fields.
  */
@@ -306,8 +306,7 @@ ViStatus _VI_FUNC TARNEX_ClearError(ViSession vi);
  *
  * repCapName selects the channel of the IviDCPwr attributes: exactly one for getters, a selector for setters; the other
  * attributes ignore it. Errors: TARNEX_ERROR_INVALID_ATTRIBUTE, TARNEX_ERROR_TYPES_DO_NOT_MATCH,
- * TARNEX_ERROR_ATTR_NOT_WRITABLE, TARNEX_ERROR_ATTR_NOT_READABLE, TARNEX_ERROR_NULL_POINTER, and those of the
- * instrument's exchange.
+ * TARNEX_ERROR_ATTR_NOT_WRITABLE, TARNEX_ERROR_NULL_POINTER, and those of the instrument's exchange.
  */
 
 /** Reads an integer. @param attributeValue  Not null. */
@@ -339,7 +338,7 @@ ViStatus _VI_FUNC TARNEX_GetAttributeViString(ViSession vi, ViConstString repCap
 /** Sets an integer. A value that the attribute does not have is TARNEX_ERROR_INVALID_PARAMETER. */
 ViStatus _VI_FUNC TARNEX_SetAttributeViInt32(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                              ViInt32 attributeValue);
-/** Sets a real, in V or A. One beyond the channel's limits is TARNEX_ERROR_INVALID_PARAMETER. */
+/** Sets a real, in V or A. One beyond the channel's limits is TARNEX_ERROR_INVALID_PARAMETER, but not in simulation. */
 ViStatus _VI_FUNC TARNEX_SetAttributeViReal64(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                               ViReal64 attributeValue);
 
@@ -391,7 +390,7 @@ ViStatus _VI_FUNC TARNEX_ConfigureOVP(ViSession vi, ViConstString channelName, V
 ViStatus _VI_FUNC TARNEX_ConfigureOutputRange(ViSession vi, ViConstString channelName, ViInt32 rangeType,
                                               ViReal64 range);
 
-/** Checks the channel name and does nothing else. A tripped output is switched on again with ConfigureOutputEnabled. */
+/** Checks the channel name and does nothing else. */
 ViStatus _VI_FUNC TARNEX_ResetOutputProtection(ViSession vi, ViConstString channelName);
 
 /* ---- Asking (IviDCPwrBase, IviDCPwrMeasurement) -------------------------------------------------------------------

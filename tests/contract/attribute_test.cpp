@@ -469,6 +469,15 @@ TEST_F(Attribute, GettersOfChannelsCheckTheInstrumentsStatusAfterSuccess) {
               Status(0xBFFA0001));
     EXPECT_EQ(volts, 1.0);
     EXPECT_THAT(TakeWritten(), ElementsAre(":SOUR1:VOLT?\n", "*ESR?\n"));
+
+    Reply(":SOUR1:VOLT:PROT:STAT?", "ON\n");
+    Reply(":OUTP:STAT? CH1", "ON\n");
+    for (const auto attribute : {TARNEX_ATTR_OVP_ENABLED, TARNEX_ATTR_OUTPUT_ENABLED}) {
+        ViBoolean on = VI_FALSE;
+        EXPECT_EQ(Status(TARNEX_GetAttributeViBoolean(vi, "OutputChannel1", attribute, &on)), Status(0xBFFA0001));
+        EXPECT_EQ(on, VI_TRUE);
+        EXPECT_EQ(TakeWritten().back(), "*ESR?\n");
+    }
 }
 
 TEST_F(Attribute, GettersOfChannelsRecordAFailedQueryAndLeaveTheValueAlone) {

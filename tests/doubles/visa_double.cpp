@@ -198,6 +198,13 @@ ViStatus _VI_FUNC viWrite(ViSession vi, ViConstBuf buf, ViUInt32 count, ViUInt32
     });
 }
 
+// What had arrived before a failure is in the buffer, and counted.
 ViStatus _VI_FUNC viRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* got) {
-    return Answer("viRead", [=](VisaLibrary& visa) { return visa.Read(vi, buf, count, got); });
+    const doubles::InsideDouble here;
+    const auto ordered = doubles::TheScript().Enter("viRead");
+    if (ordered > 0) {
+        return ordered;
+    }
+    const auto status = doubles::TheVisa().Read(vi, buf, count, got);
+    return ordered != VI_SUCCESS ? ordered : status;
 }

@@ -26,7 +26,7 @@ class Getter : public testing::Test {
     void ExpectRefusal(const nrt2::AttributeInfo& row) {
         if (const auto* accessors = row.AccessorsOf<T>()) {
             ++called_;
-            EXPECT_EQ(accessors->get(vi_, "OutputChannel1", nullptr), static_cast<ViStatus>(0xBFFA0058)) << row.Name();
+            EXPECT_EQ(accessors->get(vi_, "Nowhere", nullptr), static_cast<ViStatus>(0xBFFA0058)) << row.Name();
         }
     }
 

@@ -10,6 +10,7 @@
 #include "driver/tarnex_driver_session.h"
 #include "framework/call_frame.h"
 #include "instrument/simulator.h"
+#include "instrument/tarnex_supply.h"
 #include "tests/doubles/config_server_double.h"
 #include "tests/doubles/script.h"
 #include "tests/doubles/session_service_double.h"
@@ -20,6 +21,8 @@ namespace {
 /// A session whose protected operations a test can reach.
 class OpenSession : public TARNEXDriverSession {
   public:
+    using TARNEXDriverSession::CheckStatus;
+    using TARNEXDriverSession::ClearStatus;
     using TARNEXDriverSession::CloseIO;
     using TARNEXDriverSession::QueryIdentity;
     using TARNEXDriverSession::TARNEXDriverSession;
@@ -32,6 +35,22 @@ class FailingInstrument : public ORVA::TARNEXSimulator {
         throw std::runtime_error("100%s %n identity");
     }
     ViStatus Close() override { return static_cast<ViStatus>(0xBFFF003E); }
+};
+
+/// Reports all four error bits of the event status register, and counts who asks.
+class TroubledInstrument : public ORVA::TARNEXSimulator {
+  public:
+    ViStatus SendClear() override {
+        ++cleared;
+        return 1;
+    }
+    ViStatus QueryEventStatus(std::uint32_t& value) override {
+        ++asked;
+        value = 0x3C;
+        return 0;
+    }
+    int cleared = 0;
+    int asked = 0;
 };
 
 class DriverSession : public testing::Test {
@@ -106,6 +125,44 @@ TEST_F(DriverSession, OpensItsInstrumentWithMergedOptionsWhereTheStoreKnowsTheDr
     EXPECT_FALSE(record.idQuery);
     EXPECT_TRUE(record.reset);
     EXPECT_EQ(record.options, "Simulate=true, QueryInstrStatus=true, Model=TX4410");
+}
+
+TEST_F(DriverSession, OpensItsInstrumentWithTheWholeConnectionRecord) {
+    nrt2::initializationRequests.idQuery = true;
+    nrt2::initializationRequests.reset = true;
+    EXPECT_EQ(session_.Initialize("USB0::1::2::3::INSTR", false, false, "RangeCheck=1"), 0);
+    const auto& supply = dynamic_cast<ORVA::TARNEX&>(session_.Instrument());
+    EXPECT_TRUE(supply.IdQueryRequested());
+    EXPECT_TRUE(supply.ResetRequested());
+    EXPECT_TRUE(supply.Options().rangeCheck);
+}
+
+TEST_F(DriverSession, TakesAllFourFieldsOfTheIdentity) {
+    EXPECT_EQ(session_.Initialize("USB0::1::2::3::INSTR", false, false, ""), 0);
+    EXPECT_EQ(session_.InstrumentManufacturer(), "Keltor Technology");
+    EXPECT_EQ(session_.InstrumentModel(), "TX4410");
+    EXPECT_EQ(session_.InstrumentSerialNumber(), "SN42");
+    EXPECT_EQ(session_.InstrumentFirmwareRevision(), "1.07");
+}
+
+TEST_F(DriverSession, InSimulationNeitherClearsNorChecksTheInstrumentsStatus) {
+    EXPECT_EQ(session_.Initialize("r", false, false, "Simulate=1,QueryInstrStatus=1"), 0);
+    const auto instrument = std::make_shared<TroubledInstrument>();
+    session_.Use(instrument);
+    EXPECT_EQ(session_.ClearStatus(), 0);
+    EXPECT_EQ(session_.CheckStatus(), 0);
+    EXPECT_EQ(instrument->cleared, 0);
+    EXPECT_EQ(instrument->asked, 0);
+}
+
+TEST_F(DriverSession, ChecksTheInstrumentsStatusAlsoAfterAClearThatEndsWithAWarning) {
+    doubles::TheVisa().Reply("*ESR?", "0\n");
+    EXPECT_EQ(session_.Initialize("USB0::1::2::3::INSTR", false, false, "QueryInstrStatus=1"), 0);
+    const auto instrument = std::make_shared<TroubledInstrument>();
+    session_.Use(instrument);
+    EXPECT_EQ(session_.ClearStatus(), static_cast<ViStatus>(0xBFFA0001));
+    EXPECT_EQ(instrument->cleared, 1);
+    EXPECT_EQ(instrument->asked, 1);
 }
 
 TEST_F(DriverSession, KeepsWhatItWasInitializedWith) {
