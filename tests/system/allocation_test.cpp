@@ -1,28 +1,9 @@
 // The steady path of a call takes nothing from the heap. Allocations are counted per thread, so that the virtual
 // supply's own thread does not count.
-#include <cstdlib>
 #include <functional>
-#include <new>
 
+#include "tests/system/counted_allocations.h"
 #include "tests/system/supply_fixture.h"
-
-namespace {
-
-thread_local std::size_t allocations = 0;
-
-} // namespace
-
-// NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory): these are the allocation functions
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-// NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
 
 namespace system_tests {
 namespace {
@@ -33,11 +14,11 @@ class Allocation : public SupplyTest {
         for (int warmUp = 0; warmUp < 3; ++warmUp) {
             call();
         }
-        const auto before = allocations;
+        const auto before = AllocationsOfThisThread();
         for (int round = 0; round < 20; ++round) {
             call();
         }
-        return allocations - before;
+        return AllocationsOfThisThread() - before;
     }
 };
 
