@@ -242,7 +242,8 @@ ViStatus _VI_FUNC TARNEX_self_test(ViSession vi, ViInt16* testResult, ViChar tes
  * Reads the oldest entry of the instrument's error queue (":SYSTem:ERRor?"); code 0 when it is empty.
  *
  * @param errorCode     Not null.
- * @param errorMessage  The text as the instrument sends it, quotes included, tabs and line ends around it not. 1024 bytes always suffice. Not null.
+ * @param errorMessage  The text as the instrument sends it, quotes included, tabs and line ends around it not.
+ *                      1024 bytes always suffice. Not null.
  *
  * Returns 0 on success over every interface. TARNEX_ERROR_CANNOT_RECOVER when the reply has not exactly two fields.
  */

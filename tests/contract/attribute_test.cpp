@@ -472,7 +472,7 @@ TEST_F(Attribute, GettersOfChannelsCheckTheInstrumentsStatusAfterSuccess) {
 
     Reply(":SOUR1:VOLT:PROT:STAT?", "ON\n");
     Reply(":OUTP:STAT? CH1", "ON\n");
-    for (const auto attribute : {TARNEX_ATTR_OVP_ENABLED, TARNEX_ATTR_OUTPUT_ENABLED}) {
+    for (const auto attribute : std::initializer_list<ViAttr>{TARNEX_ATTR_OVP_ENABLED, TARNEX_ATTR_OUTPUT_ENABLED}) {
         ViBoolean on = VI_FALSE;
         EXPECT_EQ(Status(TARNEX_GetAttributeViBoolean(vi, "OutputChannel1", attribute, &on)), Status(0xBFFA0001));
         EXPECT_EQ(on, VI_TRUE);
