@@ -69,7 +69,7 @@ int main(int argc, char** argv) {
         inputs.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
         Run(inputs.back());
     }
-    constexpr int kMutations = 5000;
+    constexpr int kMutations = 20000;
     std::mt19937 random(1);
     for (int i = 0; i < kMutations; ++i) {
         const auto& input = inputs[std::uniform_int_distribution<std::size_t>(0, inputs.size() - 1)(random)];
