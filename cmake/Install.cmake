@@ -21,20 +21,19 @@ set_target_properties(tarnex_headers PROPERTIES EXPORT_NAME headers)
 # Its headers need C++20, also in a program that does not ask for it.
 target_compile_features(tarnex_instrument INTERFACE cxx_std_20)
 target_link_libraries(tarnex_visa_io INTERFACE $<INSTALL_INTERFACE:TARNEX::tarnex_visa>)
-foreach(layer text visa_io instrument)
+foreach(layer text status visa_io instrument)
   target_include_directories(tarnex_${layer} INTERFACE $<INSTALL_INTERFACE:${layer_includes}>)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/${layer} DESTINATION ${layer_includes} FILES_MATCHING PATTERN "*.h")
 endforeach()
 install(FILES ${PROJECT_SOURCE_DIR}/platform/vi_types.h ${PROJECT_SOURCE_DIR}/platform/visa.h
-              ${PROJECT_SOURCE_DIR}/platform/session_service.h ${PROJECT_SOURCE_DIR}/platform/ivi_status.h
-              ${PROJECT_SOURCE_DIR}/platform/run_until_error.h
+              ${PROJECT_SOURCE_DIR}/platform/session_service.h
         DESTINATION ${layer_includes}/platform)
 install(FILES ${PROJECT_SOURCE_DIR}/include/TARNEX.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 # Where Debian's Python looks when the prefix is /usr; the module finds the library from there.
 install(FILES ${PROJECT_SOURCE_DIR}/python/tarnex.py DESTINATION lib/python3/dist-packages)
 
-install(TARGETS TARNEX tarnex_headers tarnex_text tarnex_visa_io tarnex_instrument EXPORT TARNEXTargets
+install(TARGETS TARNEX tarnex_headers tarnex_text tarnex_status tarnex_visa_io tarnex_instrument EXPORT TARNEXTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 set(runtime tarnex_session_service tarnex_config_server)
 if(TARNEX_VISA STREQUAL "builtin")

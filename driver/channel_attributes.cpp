@@ -93,7 +93,7 @@ ViStatus SetCurrentLimitBehavior(ViSession vi, ViConstString repCapName, ViInt32
     return Configure(vi, repCapName, [=](InstBase& instrument, ChannelNumber channel) {
         return value == TARNEX_VAL_CURRENT_TRIP || value == TARNEX_VAL_CURRENT_REGULATE
                    ? instrument.SetOverCurrentEnabled(channel, value == TARNEX_VAL_CURRENT_TRIP)
-                   : DRIVER_ERROR_INVALID_VALUE;
+                   : DRIVER_ERROR_INVALID_PARAMETER;
     });
 }
 
@@ -103,7 +103,7 @@ ViStatus GetCurrentLimit(ViSession vi, ViConstString repCapName, ViReal64* value
 
 ViStatus SetCurrentLimit(ViSession vi, ViConstString repCapName, ViReal64 value) {
     return Configure(vi, repCapName, [=](InstBase& instrument, ChannelNumber channel) {
-        return InOrder([&] { return instrument.SetCurrent(channel, value); },
+        return status::RunUntilNonZero([&] { return instrument.SetCurrent(channel, value); },
                        [&] { return instrument.SetOverCurrentLevel(channel, value); });
     });
 }

@@ -6,6 +6,7 @@
 #include "driver/output_channel.h"
 #include "driver/tarnex_driver_session.h"
 #include "framework/call_frame.h"
+#include "status/run_until.h"
 
 namespace tarnex {
 
@@ -62,14 +63,6 @@ ViStatus Query(std::string_view function, std::string_view parameter, const void
         }
         return status == VI_SUCCESS ? session.CheckStatus() : status;
     });
-}
-
-/// Runs steps that each return a status, until one is not 0.
-template <typename... Steps>
-ViStatus InOrder(const Steps&... steps) {
-    ViStatus status = VI_SUCCESS;
-    static_cast<void>(((status = steps(), status == VI_SUCCESS) && ...));
-    return status;
 }
 
 } // namespace tarnex

@@ -23,7 +23,7 @@ ViStatus _VI_FUNC TARNEX_ConfigureVoltageLevel(ViSession vi, ViConstString chann
 ViStatus _VI_FUNC TARNEX_ConfigureCurrentLimit(ViSession vi, ViConstString channelName, ViInt32 behavior,
                                                ViReal64 limit) {
     return tarnex::Configure(vi, channelName, [=](InstBase& instrument, ChannelNumber channel) {
-        return tarnex::InOrder(
+        return status::RunUntilNonZero(
             [&] { return instrument.SetCurrent(channel, limit); },
             [&] { return instrument.SetOverCurrentLevel(channel, limit); },
             [&] { return instrument.SetOverCurrentEnabled(channel, behavior == TARNEX_VAL_CURRENT_TRIP); });
@@ -32,7 +32,7 @@ ViStatus _VI_FUNC TARNEX_ConfigureCurrentLimit(ViSession vi, ViConstString chann
 
 ViStatus _VI_FUNC TARNEX_ConfigureOVP(ViSession vi, ViConstString channelName, ViBoolean enabled, ViReal64 limit) {
     return tarnex::Configure(vi, channelName, [=](InstBase& instrument, ChannelNumber channel) {
-        return tarnex::InOrder([&] { return instrument.SetOverVoltageLevel(channel, limit); },
+        return status::RunUntilNonZero([&] { return instrument.SetOverVoltageLevel(channel, limit); },
                                [&] { return instrument.SetOverVoltageEnabled(channel, enabled != VI_FALSE); });
     });
 }

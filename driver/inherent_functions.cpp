@@ -7,7 +7,7 @@
 
 #include "driver/channel_calls.h"
 #include "framework/error_info.h"
-#include "framework/status_table.h"
+#include "status/status.h"
 #include "framework/string_buffer.h"
 
 namespace {

@@ -89,7 +89,7 @@ ViStatus _VI_FUNC TARNEX_Measure(ViSession vi, ViConstString channelName, ViInt3
                              case TARNEX_VAL_MEASURE_VOLTAGE:
                                  return instrument.GetVoltage(channel, *measurement);
                              default:
-                                 return DRIVER_ERROR_INVALID_VALUE;
+                                 return DRIVER_ERROR_INVALID_PARAMETER;
                              }
                          });
 }

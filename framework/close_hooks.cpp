@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "framework/immortal.h"
+#include "framework/no_destructor.h"
 
 namespace nrt2 {
 namespace {
@@ -39,7 +39,7 @@ class HookRegistry {
 };
 
 HookRegistry& Registry() {
-    static Immortal<HookRegistry> registry;
+    static NoDestructor<HookRegistry> registry;
     return *registry;
 }
 

@@ -8,7 +8,7 @@
 
 #include "framework/config_handle.h"
 #include "framework/driver_session.h"
-#include "platform/run_until_error.h"
+#include "status/run_until.h"
 #include "text/characters.h"
 
 namespace nrt2 {
@@ -98,7 +98,7 @@ ViStatus DriverSession::ResolveFromStore(IviConfigHandle store) {
         IviConfig_ClearError();
         ioResourceDescriptor_ = resourceName_;
     } else {
-        status = vi::RunUntilError([&] { return RecordStoreError(found); },
+        status = status::RunUntilNegative([&] { return RecordStoreError(found); },
                                    [&] { return ApplyDriverSession(session.Get()); },
                                    [&] { return LoadInitialSettings(session.Get()); },
                                    [&] {
@@ -112,7 +112,7 @@ ViStatus DriverSession::ResolveFromStore(IviConfigHandle store) {
 
     // With a driver session its settings are loaded a second time, and the module's own never: deliberate.
     auto* const component = session.Get() != nullptr ? session.Get() : softwareModule.Get();
-    return vi::RunUntilError(
+    return status::RunUntilNegative(
         [&] { return component != nullptr ? LoadInitialSettings(component) : VI_SUCCESS; },
         [&] { return ParseOptionString(optionString_); },
         [&] { return softwareModule.Get() != nullptr ? LoadPhysicalNames(softwareModule.Get()) : VI_SUCCESS; });
@@ -121,7 +121,7 @@ ViStatus DriverSession::ResolveFromStore(IviConfigHandle store) {
 ViStatus DriverSession::ApplyDriverSession(IviConfigHandle session) {
     logicalName_ = resourceName_;
     ConfigHandle asset;
-    auto status = vi::RunUntilError(
+    auto status = status::RunUntilNegative(
         [&] { return LoadVirtualNames(session); },
         [&] { return RecordStoreError(IviConfig_GetSessionHardwareAssetReference(session, asset.Out())); },
         [&] {
@@ -146,7 +146,7 @@ ViStatus DriverSession::LoadVirtualNames(IviConfigHandle session) {
     virtualNames_.Clear();
     ConfigHandle names;
     ViInt32 count = 0;
-    auto status = vi::RunUntilError(
+    auto status = status::RunUntilNegative(
         [&] { return RecordStoreError(IviConfig_GetSessionVirtualNameCollection(session, names.Out())); },
         [&] { return RecordStoreError(IviConfig_GetVirtualNameCount(names.Get(), &count)); });
     for (ViInt32 index = 1; status >= 0 && index <= count; ++index) {
@@ -161,7 +161,7 @@ ViStatus DriverSession::LoadVirtualName(IviConfigHandle names, ViInt32 index) {
     std::string name;
     std::string mapTo;
     ViInt32 count = 0;
-    auto status = vi::RunUntilError(
+    auto status = status::RunUntilNegative(
         [&] { return RecordStoreError(IviConfig_GetVirtualNameItemByIndex(names, index, item.Out())); },
         [&] { return ReadStoreText(IviConfig_GetVirtualNamePropertyViString, item.Get(), Property::kName, name); },
         [&] {
@@ -188,7 +188,7 @@ ViStatus DriverSession::LoadVirtualRange(IviConfigHandle ranges, ViInt32 index, 
     const auto read = [&](ViInt32 id, ViInt32& value) {
         return RecordStoreError(IviConfig_GetVirtualRangePropertyViInt32(range.Get(), id, &value));
     };
-    const auto status = vi::RunUntilError(
+    const auto status = status::RunUntilNegative(
         [&] { return RecordStoreError(IviConfig_GetVirtualRangeItemByIndex(ranges, index, range.Out())); },
         [&] { return read(Property::kRangeMinimum, minimum); }, //
         [&] { return read(Property::kRangeMaximum, maximum); }, //
@@ -203,7 +203,7 @@ ViStatus DriverSession::LoadPhysicalNames(IviConfigHandle softwareModule) {
     physicalNames_.clear();
     ConfigHandle names;
     ViInt32 count = 0;
-    auto status = vi::RunUntilError(
+    auto status = status::RunUntilNegative(
         [&] {
             return RecordStoreError(IviConfig_GetSoftwareModulePhysicalNameCollection(softwareModule, names.Out()));
         },
@@ -212,7 +212,7 @@ ViStatus DriverSession::LoadPhysicalNames(IviConfigHandle softwareModule) {
         ConfigHandle item;
         std::string name;
         std::string capability;
-        status = vi::RunUntilError(
+        status = status::RunUntilNegative(
             [&] { return RecordStoreError(IviConfig_GetPhysicalNameItemByIndex(names.Get(), index, item.Out())); },
             [&] { return ReadStoreText(IviConfig_GetPhysicalNamePropertyViString, item.Get(), Property::kName, name); },
             [&] {
@@ -239,7 +239,7 @@ ViStatus DriverSession::LoadInitialSettings(IviConfigHandle component) {
     }
     ConfigHandle items;
     ViInt32 count = 0;
-    status = vi::RunUntilError(
+    status = status::RunUntilNegative(
         [&] { return RecordStoreError(found); },
         [&] { return RecordStoreError(IviConfig_GetStructureDataComponentCollection(settings.Get(), items.Out())); },
         [&] { return RecordStoreError(IviConfig_GetDataComponentCount(items.Get(), &count)); });
@@ -259,7 +259,7 @@ ViStatus DriverSession::LoadInitialSetting(IviConfigHandle items, ViInt32 index)
     const auto readText = [&](ViInt32 id, std::string& value) {
         return ReadStoreText(IviConfig_GetDataComponentPropertyViString, item.Get(), id, value);
     };
-    const auto status = vi::RunUntilError(
+    const auto status = status::RunUntilNegative(
         [&] { return RecordStoreError(IviConfig_GetDataComponentItemByIndex(items, index, item.Out())); },
         [&] { return readText(Property::kDataComponentType, type); }, //
         [&] { return readText(Property::kName, name); });

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "framework/status_table.h"
+#include "status/status.h"
 #include "text/characters.h"
 
 namespace nrt2 {

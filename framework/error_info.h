@@ -9,7 +9,7 @@
 #include <span>
 #include <string_view>
 
-#include "platform/ivi_status.h"
+#include "status/status.h"
 
 namespace nrt2 {
 

@@ -23,7 +23,7 @@
 
 #include "framework/close_hooks.h"
 #include "framework/driver_session.h"
-#include "framework/immortal.h"
+#include "framework/no_destructor.h"
 #include "framework/selector.h"
 #include "framework/string_buffer.h"
 #include "text/characters.h"
@@ -146,7 +146,7 @@ class RepCapBase {
 
     static const std::vector<std::string>& NamesOf(DriverSession& session) {
         if (!session.RepCap().ready) {
-            static Immortal<ReadySessions> readySessions; // the first call in the process registers the hook
+            static NoDestructor<ReadySessions> readySessions; // the first call in the process registers the hook
             readySessions->Add(session);
         }
         return session.RepCap().physicalNames;
@@ -157,7 +157,7 @@ class RepCapBase {
 
     /// The declaration goes through the selector grammar itself.
     static std::span<const std::string> DeclaredNames() {
-        static Immortal<Declared> names(Declare());
+        static NoDestructor<Declared> names(Declare());
         const auto end = std::find(names->begin(), names->end(), std::string());
         return {names->begin(), end};
     }

@@ -13,7 +13,7 @@
 #include "instrument/keywords.h"
 #include "instrument/reply_parsers.h"
 #include "instrument/scpi_text.h"
-#include "platform/ivi_status.h"
+#include "status/status.h"
 #include "visa_io/visa_io.h"
 
 namespace ORVA {
@@ -31,7 +31,7 @@ struct ConnectionRecord {
 /// Channels are numbered from 1. Another number throws std::out_of_range("invalid map<K, T> key") before anything is
 /// sent where the channel is an argument of the command or a range is checked; where its number is only written into
 /// the header, the instrument is left to refuse it. Statuses: 0 or a positive VISA status on success, DRIVER_ERROR_IO
-/// when an exchange fails, DRIVER_ERROR_INVALID_VALUE when a range check refuses a value. Outputs are written only when
+/// when an exchange fails, DRIVER_ERROR_INVALID_PARAMETER when a range check refuses a value. Outputs are written only when
 /// the exchange succeeded (GetSelectedChannel writes its always), those of a reply with several fields up to the first
 /// missing one. Malformed replies end in the exceptions of reply_parsers.h. Calls on one object are serialized by the
 /// caller.

@@ -190,12 +190,12 @@ class TARNEX : public InstBase {
     template <typename Send>
     ViStatus IfVoltage(ChannelNumber channel, double volts, const Send& send) {
         const auto& limits = GetChannelLimits(channel);
-        return volts < limits.minimumVoltage || volts > limits.maximumVoltage ? DRIVER_ERROR_INVALID_VALUE : send();
+        return volts < limits.minimumVoltage || volts > limits.maximumVoltage ? DRIVER_ERROR_INVALID_PARAMETER : send();
     }
     template <typename Send>
     ViStatus IfCurrent(ChannelNumber channel, double amperes, const Send& send) {
         const auto& limits = GetChannelLimits(channel);
-        return amperes < limits.minimumCurrent || amperes > limits.maximumCurrent ? DRIVER_ERROR_INVALID_VALUE : send();
+        return amperes < limits.minimumCurrent || amperes > limits.maximumCurrent ? DRIVER_ERROR_INVALID_PARAMETER : send();
     }
 
     ViStatus QueryIdentity();

@@ -19,6 +19,7 @@
 
 using IviConfigHandle = void*;
 
+inline constexpr auto IVI_CONFIG_ERROR_CANNOT_RECOVER = static_cast<ViStatus>(0xBFFA0000);
 inline constexpr auto IVI_CONFIG_ERROR_DESERIALIZE_FAILED = static_cast<ViStatus>(0xBFFA1200);
 inline constexpr auto IVI_CONFIG_ERROR_ALREADY_DESERIALIZED = static_cast<ViStatus>(0xBFFA1201);
 inline constexpr auto IVI_CONFIG_ERROR_SESSION_NOT_FOUND = static_cast<ViStatus>(0xBFFA1203);

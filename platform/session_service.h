@@ -9,6 +9,10 @@
 
 #include "platform/vi_types.h"
 
+// Also returned by the configuration server.
+inline constexpr auto IVI_ERROR_OUT_OF_MEMORY = static_cast<ViStatus>(0xBFFA0056);
+inline constexpr auto IVI_ERROR_NULL_POINTER = static_cast<ViStatus>(0xBFFA0058);
+
 inline constexpr auto IVI_ERROR_INVALID_SESSION_HANDLE = static_cast<ViStatus>(0xBFFA1190);
 /// Unlock by a thread that does not hold the lock (VPP-4.3.2 calls it VI_ERROR_SESN_NLOCKED).
 inline constexpr auto IVI_ERROR_SESSION_NOT_LOCKED = static_cast<ViStatus>(0xBFFF009C);

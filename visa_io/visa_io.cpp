@@ -1,6 +1,6 @@
 #include "visa_io/visa_io.h"
 
-#include "platform/run_until_error.h"
+#include "status/run_until.h"
 
 namespace OpenVisa {
 
@@ -12,7 +12,7 @@ VisaIO::~VisaIO() {
 
 ViStatus VisaIO::open(const std::string& resource) {
     readBuffer_ = std::make_unique<ViByte[]>(kReadBufferSize);
-    const auto status = vi::RunUntilError(
+    const auto status = status::RunUntilNegative(
         [&] { return viOpenDefaultRM(&resourceManager_); },
         [&] { return viOpen(resourceManager_, resource.c_str(), VI_NULL, settings_.openTimeout, &instrument_); },
         [&] { return configure(); });
@@ -23,7 +23,7 @@ ViStatus VisaIO::open(const std::string& resource) {
 }
 
 ViStatus VisaIO::configure() {
-    return vi::RunUntilError([&] { return setAttribute(VI_ATTR_TMO_VALUE, settings_.ioTimeout); },
+    return status::RunUntilNegative([&] { return setAttribute(VI_ATTR_TMO_VALUE, settings_.ioTimeout); },
                              [&] { return setBuffer(VI_READ_BUF, kReadBufferSize); },
                              [&] { return setBuffer(VI_WRITE_BUF, kWriteBufferSize); });
 }
@@ -85,13 +85,13 @@ ViStatus VisaIO::setAttribute(ViAttr attribute, ViAttrState value) const {
 ViStatus VisaIO::setBuffer(ViUInt16 mask, ViUInt32 size) const { return viSetBuf(instrument_, mask, size); }
 
 ViStatus VisaIO::setTermination() const {
-    return vi::RunUntilError(
+    return status::RunUntilNegative(
         [&] { return setAttribute(VI_ATTR_TERMCHAR, static_cast<ViByte>(settings_.terminationCharacter)); },
         [&] { return setAttribute(VI_ATTR_TERMCHAR_EN, settings_.terminationEnabled ? VI_TRUE : VI_FALSE); });
 }
 
 ViStatus VisaIO::setIoBuffers() const {
-    return vi::RunUntilError([&] { return setBuffer(VI_IO_IN_BUF, kReadBufferSize); },
+    return status::RunUntilNegative([&] { return setBuffer(VI_IO_IN_BUF, kReadBufferSize); },
                              [&] { return setBuffer(VI_IO_OUT_BUF, kWriteBufferSize); });
 }
 

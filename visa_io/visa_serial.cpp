@@ -1,6 +1,6 @@
 #include "visa_io/visa_serial.h"
 
-#include "platform/run_until_error.h"
+#include "status/run_until.h"
 
 namespace OpenVisa {
 
@@ -10,7 +10,7 @@ ViStatus VisaSerial::configure() {
     const auto set = [this](ViAttr attribute, ViInt32 value) {
         return setAttribute(attribute, static_cast<ViAttrState>(value));
     };
-    return vi::RunUntilError([&] { return VisaIO::configure(); }, //
+    return status::RunUntilNegative([&] { return VisaIO::configure(); }, //
                              [&] { return setTermination(); },
                              [&] {
                                  return setAttribute(VI_ATTR_ASRL_END_IN,

@@ -1,11 +1,11 @@
 #include "visa_io/visa_tcpip_socket.h"
 
-#include "platform/run_until_error.h"
+#include "status/run_until.h"
 
 namespace OpenVisa {
 
 ViStatus VisaTCPIPSocket::configure() {
-    return vi::RunUntilError([&] { return VisaIO::configure(); }, [&] { return setTermination(); },
+    return status::RunUntilNegative([&] { return VisaIO::configure(); }, [&] { return setTermination(); },
                              [&] { return setIoBuffers(); });
 }
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "driver/attribute_table.h"
-#include "framework/status_table.h"
+#include "status/status.h"
 
 namespace {
 

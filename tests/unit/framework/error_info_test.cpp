@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "framework/status_table.h"
+#include "status/status.h"
 #include "tests/unit/framework/framework_fixture.h"
 
 namespace unit {

@@ -9,7 +9,7 @@
 #include <typeinfo>
 #include <vector>
 
-#include "platform/run_until_error.h"
+#include "status/run_until.h"
 #include "tests/doubles/script.h"
 #include "tests/doubles/visa_double.h"
 #include "tests/unit/support/status.h"
@@ -500,15 +500,15 @@ TEST(RunUntilError, RunsStepsUntilOneFailsAndReturnsTheLastStatus) {
             return Code(status);
         };
     };
-    EXPECT_EQ(Status(vi::RunUntilError()), Status(0U));
-    EXPECT_EQ(Status(vi::RunUntilError(step('a', 0x3FFF0001), step('b', 0), step('c', 0x3FFF0002))),
+    EXPECT_EQ(Status(status::RunUntilNegative()), Status(0U));
+    EXPECT_EQ(Status(status::RunUntilNegative(step('a', 0x3FFF0001), step('b', 0), step('c', 0x3FFF0002))),
               Status(0x3FFF0002));
     EXPECT_EQ(ran, "abc");
     ran.clear();
-    EXPECT_EQ(Status(vi::RunUntilError(step('a', 1), step('b', 0xBFFF0001), step('c', 0))), Status(0xBFFF0001));
+    EXPECT_EQ(Status(status::RunUntilNegative(step('a', 1), step('b', 0xBFFF0001), step('c', 0))), Status(0xBFFF0001));
     EXPECT_EQ(ran, "ab");
     ran.clear();
-    EXPECT_EQ(Status(vi::RunUntilError(step('a', 0x80000000), step('b', 0))), Status(0x80000000));
+    EXPECT_EQ(Status(status::RunUntilNegative(step('a', 0x80000000), step('b', 0))), Status(0x80000000));
     EXPECT_EQ(ran, "a");
 }
 

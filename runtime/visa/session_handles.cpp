@@ -1,0 +1,53 @@
+#include "runtime/visa/session_handles.h"
+
+#include <mutex>
+#include <utility>
+
+#include "runtime/handle_table.h"
+
+namespace runtime {
+
+namespace {
+
+struct Slot : runtime::HandleSlot {
+    std::mutex mutex; // guards `session`, for moments only
+    std::shared_ptr<Session> session;
+};
+
+runtime::HandleTable<Slot> slots;
+
+} // namespace
+
+ViSession AddSession(std::shared_ptr<Session> session) {
+    // No lock: nobody looks into a slot that does not bear the handle that they have.
+    return slots.Issue([&](Slot& slot) { slot.session = std::move(session); });
+}
+
+std::shared_ptr<Session> FindSession(ViSession handle) {
+    Slot* slot = slots.Find(handle);
+    if (slot == nullptr) {
+        return nullptr;
+    }
+    const std::lock_guard lock(slot->mutex);
+    return slot->Bears(handle) ? slot->session : nullptr;
+}
+
+std::shared_ptr<Session> RemoveSession(ViSession handle) {
+    Slot* slot = slots.Find(handle);
+    if (slot == nullptr) {
+        return nullptr;
+    }
+    std::shared_ptr<Session> session;
+    {
+        const std::lock_guard lock(slot->mutex);
+        if (!slot->Bears(handle)) {
+            return nullptr;
+        }
+        slot->Forget();
+        session = std::move(slot->session);
+    }
+    slots.Release(*slot);
+    return session;
+}
+
+} // namespace runtime
