@@ -4,7 +4,7 @@
 
 namespace tarnex {
 
-/// The driver's 27 attributes, shared by all sessions.
+/// The driver's attributes, shared by all sessions.
 const nrt2::AttributeEngine& Attributes();
 
 } // namespace tarnex

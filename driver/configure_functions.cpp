@@ -33,7 +33,7 @@ ViStatus _VI_FUNC TARNEX_ConfigureCurrentLimit(ViSession vi, ViConstString chann
 ViStatus _VI_FUNC TARNEX_ConfigureOVP(ViSession vi, ViConstString channelName, ViBoolean enabled, ViReal64 limit) {
     return tarnex::Configure(vi, channelName, [=](InstBase& instrument, ChannelNumber channel) {
         return status::RunUntilNonZero([&] { return instrument.SetOverVoltageLevel(channel, limit); },
-                               [&] { return instrument.SetOverVoltageEnabled(channel, enabled != VI_FALSE); });
+                                       [&] { return instrument.SetOverVoltageEnabled(channel, enabled != VI_FALSE); });
     });
 }
 

@@ -15,6 +15,9 @@ inline constexpr nrt2::DriverIdentity kDriverIdentity{
     .checksInterchangeability = false,
 };
 
+static_assert(kDriverIdentity.supportedModels.find(kDriverIdentity.defaultSimulationModel) != std::string_view::npos,
+              "the default model is a supported one");
+
 inline constexpr ViInt32 kClassSpecMajorVersion = 3;
 inline constexpr ViInt32 kClassSpecMinorVersion = 0;
 

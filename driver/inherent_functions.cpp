@@ -7,8 +7,8 @@
 
 #include "driver/channel_calls.h"
 #include "framework/error_info.h"
-#include "status/status.h"
 #include "framework/string_buffer.h"
+#include "status/status.h"
 
 namespace {
 
@@ -55,7 +55,7 @@ ViStatus _VI_FUNC TARNEX_error_message(ViSession vi, ViStatus errorCode, ViChar 
     }
     const auto message = nrt2::MessageOf(errorCode);
     if (!message.empty()) {
-        nrt2::CopyText(message, kMessageSize, errorMessage);
+        nrt2::CopyTruncated(message, kMessageSize, errorMessage);
         return VI_SUCCESS;
     }
     if (vi == VI_NULL) {
@@ -69,12 +69,12 @@ ViStatus _VI_FUNC TARNEX_error_message(ViSession vi, ViStatus errorCode, ViChar 
 ViStatus _VI_FUNC TARNEX_revision_query(ViSession vi, ViChar driverRev[], ViChar instrRev[]) {
     return tarnex::LockedCall(vi, [&](TARNEXDriverSession& session) {
         if (driverRev != nullptr) {
-            nrt2::CopyText(session.Driver().revision, kMessageSize, driverRev);
+            nrt2::CopyTruncated(session.Driver().revision, kMessageSize, driverRev);
         }
         if (instrRev != nullptr) {
-            nrt2::CopyText(session.Flags().simulate ? "Sim" + std::string(session.Driver().revision)
-                                                    : session.InstrumentFirmwareRevision(),
-                           kMessageSize, instrRev);
+            nrt2::CopyTruncated(session.Flags().simulate ? "Sim" + std::string(session.Driver().revision)
+                                                         : session.InstrumentFirmwareRevision(),
+                                kMessageSize, instrRev);
         }
         return ViStatus{VI_SUCCESS};
     });

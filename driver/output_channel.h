@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string_view>
 
 #include "framework/rep_cap.h"
@@ -12,13 +11,13 @@ namespace tarnex {
 struct OutputChannel {
     static constexpr std::string_view kName = "OutputChannel";
     static constexpr std::string_view kPhysicalNames = "OutputChannel1,OutputChannel2";
-    static constexpr std::size_t kMaxPhysicalNames = 2;
 };
 
 using OutputChannels = nrt2::RepCapBase<OutputChannel>;
+static_assert(OutputChannels::kCount == ORVA::kKeywords<ORVA::Channel>.size(), "every channel has a physical name");
 using OutputChannelName = nrt2::PhysicalName<OutputChannel>;
 
-/// The channel that the command layer addresses for a physical name: OutputChannel2 is "CH2" is channel 2.
+/// Returns the command layer's channel of a physical name: OutputChannel2 is "CH2", channel 2.
 ORVA::ChannelNumber ChannelOf(const OutputChannelName& name);
 
 } // namespace tarnex

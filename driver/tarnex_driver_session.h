@@ -15,9 +15,6 @@ class TARNEXDriverSession : public nrt2::DriverSession {
     /// There is one from a successful initialization until the close.
     [[nodiscard]] ORVA::InstBase& Instrument() const { return *instrument_; }
 
-    /// "*RST". A negative status has not been recorded.
-    ViStatus ResetInstrument() { return instrument_->SendReset(); }
-
     /// Puts the simulator in the instrument's place; a connection of the instrument's is closed with it.
     void ReplaceBySimulator();
 
@@ -25,6 +22,7 @@ class TARNEXDriverSession : public nrt2::DriverSession {
     [[nodiscard]] ORVA::ConnectionRecord ComposeConnectionRecord() const;
 
     ViStatus CheckStatus() override;
+    ViStatus ResetInstrument() override { return instrument_->SendReset(); }
 
   protected:
     /// Lets go of the instrument held before.

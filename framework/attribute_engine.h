@@ -2,6 +2,7 @@
 // to the row's accessor, which takes the session's lock itself. The engine takes none.
 #pragma once
 
+#include <algorithm>
 #include <span>
 #include <string_view>
 #include <variant>
@@ -58,6 +59,13 @@ class AttributeInfo {
                  Accessors<ViString>>
         accessors_;
 };
+
+/// Whether the identifiers of the rows ascend and none occurs twice.
+constexpr bool AreAscending(std::span<const AttributeInfo> rows) {
+    return std::adjacent_find(rows.begin(), rows.end(), [](const AttributeInfo& row, const AttributeInfo& next) {
+               return row.Id() >= next.Id();
+           }) == rows.end();
+}
 
 /// "ViInt32", "ViReal64", "ViBoolean", "ViSession" or "ViString".
 template <typename T>

@@ -13,6 +13,7 @@
 #include "framework/value_cache.h"
 #include "framework/virtual_names.h"
 #include "platform/config_server.h"
+#include "text/option_string.h"
 
 namespace nrt2 {
 
@@ -26,16 +27,6 @@ struct DriverIdentity {
     std::string_view supportedModels; ///< separated by commas
     std::string_view defaultSimulationModel;
     bool checksInterchangeability = false;
-};
-
-/// The six inherent options of IVI-3.2, in the order in which they stand everywhere.
-struct InherentFlags {
-    bool cache = false;
-    bool interchangeCheck = false;
-    bool queryInstrumentStatus = false;
-    bool rangeCheck = false;
-    bool recordCoercions = false;
-    bool simulate = false;
 };
 
 /// A session's handle, and the recording of errors on it.
@@ -84,9 +75,9 @@ class DriverSession : public IoSession {
     ViStatus Close() { return CloseIO(); }
 
     [[nodiscard]] const DriverIdentity& Driver() const { return driver_; }
-    [[nodiscard]] const InherentFlags& Flags() const { return flags_; }
+    [[nodiscard]] const text::InherentOptions& Flags() const { return flags_; }
     /// The flags as they stood when configuration and options had been resolved.
-    [[nodiscard]] const InherentFlags& InitialFlags() const { return initialFlags_; }
+    [[nodiscard]] const text::InherentOptions& InitialFlags() const { return initialFlags_; }
     void SetQueryInstrumentStatus(bool on) { flags_.queryInstrumentStatus = on; }
     void SetSimulate(bool on) { flags_.simulate = on; }
 
@@ -121,8 +112,11 @@ class DriverSession : public IoSession {
                                    std::string& firmwareRevision) = 0;
 
   public:
-    /// Asks the instrument for errors, when that is wanted and it is not simulated.
+    /// Reads the instrument's event status register when status checking is on and the session is not simulated.
     virtual ViStatus CheckStatus() = 0;
+
+    /// Resets the instrument. A negative status has not been recorded.
+    virtual ViStatus ResetInstrument() = 0;
 
   protected:
     /// What a driver does with one pair of the DriverSetup text. Called for every occurrence of a name, the one that
@@ -149,14 +143,14 @@ class DriverSession : public IoSession {
     void ApplyModelSetting();
     /// A negative status of the configuration server is recorded with the server's own error text.
     [[nodiscard]] ViStatus RecordStoreError(ViStatus status) const;
-    template <typename Property>
-    ViStatus ReadStoreText(Property property, IviConfigHandle handle, ViInt32 id, std::string& value) const;
+    template <typename Read>
+    ViStatus ReadStoreText(Read read, IviConfigHandle handle, ViInt32 id, std::string& value) const;
 
     const DriverIdentity& driver_;
     bool idQuery_ = false;
     bool reset_ = false;
-    InherentFlags flags_;
-    InherentFlags initialFlags_;
+    text::InherentOptions flags_;
+    text::InherentOptions initialFlags_;
     std::string optionString_;
     std::string resourceName_;
     std::string logicalName_;

@@ -1,34 +1,16 @@
-// The option string: what the caller of an initialization function asks for, over what the configuration store says.
+// The option string of an initialization function. It overrides the configuration store.
 
-#include <algorithm>
-#include <array>
+#include <set>
+#include <string>
 
 #include "framework/driver_session.h"
 #include "text/characters.h"
 #include "text/option_string.h"
 
 namespace nrt2 {
-namespace {
-
-struct FlagName {
-    std::string_view name;
-    bool InherentFlags::*flag;
-};
-
-constexpr std::array kFlagNames{
-    FlagName{"cache", &InherentFlags::cache},
-    FlagName{"interchangecheck", &InherentFlags::interchangeCheck},
-    FlagName{"queryinstrstatus", &InherentFlags::queryInstrumentStatus},
-    FlagName{"rangecheck", &InherentFlags::rangeCheck},
-    FlagName{"recordcoercions", &InherentFlags::recordCoercions},
-    FlagName{"simulate", &InherentFlags::simulate},
-};
-
-} // namespace
-
 ViStatus DriverSession::ParseOptionString(std::string_view options) {
     const auto [inherent, setup] = text::SplitOptionString(options);
-    // A clause of the caller's, an empty one included, stands in place of the store's text.
+    // A clause in the option string, even an empty one, replaces the text of the store.
     const auto status = ParseDriverSetup(setup ? std::string(*setup) : driverSetup_);
     return status < 0 ? status : ParseInherentOptions(inherent);
 }
@@ -37,14 +19,13 @@ ViStatus DriverSession::ParseDriverSetup(std::string setup) {
     driverSetupOptions_.clear();
     driverSetup_ = std::move(setup);
     std::string_view rest = driverSetup_;
-    // Whatever is found has a name and a value: a pair that could not be taken apart ("Failed to parse the DriverSetup
-    // string.") does not occur.
+    // The scanner returns complete pairs only, so the error "Failed to parse the DriverSetup string." cannot occur.
     while (const auto pair = text::NextDriverSetupPair(rest)) {
         const auto status = ProcessDriverSetupOption(pair->name, pair->value);
         if (status < 0) {
             return status;
         }
-        // The option has taken effect by now, also when it is a repetition: deliberate.
+        // Required: a repeated option takes effect before it is refused.
         if (!driverSetupOptions_.try_emplace(std::string(pair->name), pair->value).second) {
             return RecordElab(IVI_ERROR_CANNOT_RECOVER, "DriverSetup option '%s' appears more than once.", pair->name);
         }
@@ -64,16 +45,15 @@ ViStatus DriverSession::ParseInherentOptions(std::string_view inherent) {
     std::set<std::string_view> seen;
     std::string_view rest = lower;
     while (const auto pair = text::NextInherentPair(rest)) {
-        const auto* known = std::find_if(kFlagNames.begin(), kFlagNames.end(),
-                                         [&](const FlagName& candidate) { return candidate.name == pair->name; });
-        if (known == kFlagNames.end()) {
+        const auto* known = text::FindInherentOption(pair->name);
+        if (known == nullptr) {
             return Record(IVI_ERROR_BAD_OPTION_NAME, pair->name);
         }
         const auto status = ParseBooleanOption(pair->value, flags_.*(known->flag));
         if (status < 0) {
             return status;
         }
-        // The flag has been set by now, also when the option is a repetition: deliberate.
+        // Required: a repeated option sets its flag before it is refused.
         if (!seen.insert(pair->name).second) {
             return RecordElab(IVI_ERROR_CANNOT_RECOVER, "Inherent option '%s' appears more than once.", pair->name);
         }

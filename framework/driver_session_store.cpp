@@ -10,19 +10,15 @@
 #include "framework/driver_session.h"
 #include "status/run_until.h"
 #include "text/characters.h"
+#include "text/option_string.h"
 
 namespace nrt2 {
 namespace {
 
-namespace Property = IviConfigProperty;
+namespace property = ivi_config_property;
 
 constexpr ViInt32 kTextSize = 1024;
 constexpr ViInt32 kPathSize = 260;
-
-constexpr std::array kStoredFlags{
-    &InherentFlags::cache,      &InherentFlags::interchangeCheck, &InherentFlags::queryInstrumentStatus,
-    &InherentFlags::rangeCheck, &InherentFlags::recordCoercions,  &InherentFlags::simulate,
-};
 
 } // namespace
 
@@ -37,10 +33,10 @@ ViStatus DriverSession::RecordStoreError(ViStatus status) const {
     return recorded < 0 ? recorded : status;
 }
 
-template <typename Property>
-ViStatus DriverSession::ReadStoreText(Property property, IviConfigHandle handle, ViInt32 id, std::string& value) const {
+template <typename Read>
+ViStatus DriverSession::ReadStoreText(Read read, IviConfigHandle handle, ViInt32 id, std::string& value) const {
     std::array<ViChar, kTextSize> text{};
-    const auto status = RecordStoreError(property(handle, id, kTextSize, text.data()));
+    const auto status = RecordStoreError(read(handle, id, kTextSize, text.data()));
     if (status >= 0) {
         text.back() = '\0';
         value = text.data();
@@ -72,9 +68,9 @@ ViStatus DriverSession::ResolveFromStore(IviConfigHandle store) {
 
     std::array<ViChar, kPathSize> location{};
     auto status = RecordStoreError(IviConfig_GetConfigStorePropertyViString(
-        store, Property::kStoreProcessDefaultLocation, kPathSize, location.data()));
+        store, property::kStoreProcessDefaultLocation, kPathSize, location.data()));
     if (status >= 0 && location.front() == '\0') {
-        status = RecordStoreError(IviConfig_GetConfigStorePropertyViString(store, Property::kStoreMasterLocation,
+        status = RecordStoreError(IviConfig_GetConfigStorePropertyViString(store, property::kStoreMasterLocation,
                                                                            kPathSize, location.data()));
     }
     location.back() = '\0';
@@ -99,12 +95,12 @@ ViStatus DriverSession::ResolveFromStore(IviConfigHandle store) {
         ioResourceDescriptor_ = resourceName_;
     } else {
         status = status::RunUntilNegative([&] { return RecordStoreError(found); },
-                                   [&] { return ApplyDriverSession(session.Get()); },
-                                   [&] { return LoadInitialSettings(session.Get()); },
-                                   [&] {
-                                       return RecordStoreError(IviConfig_GetSessionSoftwareModuleReference(
-                                           session.Get(), softwareModule.Out()));
-                                   });
+                                          [&] { return ApplyDriverSession(session.Get()); },
+                                          [&] { return LoadInitialSettings(session.Get()); },
+                                          [&] {
+                                              return RecordStoreError(IviConfig_GetSessionSoftwareModuleReference(
+                                                  session.Get(), softwareModule.Out()));
+                                          });
         if (status < 0) {
             return status;
         }
@@ -126,20 +122,20 @@ ViStatus DriverSession::ApplyDriverSession(IviConfigHandle session) {
         [&] { return RecordStoreError(IviConfig_GetSessionHardwareAssetReference(session, asset.Out())); },
         [&] {
             return ReadStoreText(IviConfig_GetHardwareAssetPropertyViString, asset.Get(),
-                                 Property::kAssetResourceDescriptor, ioResourceDescriptor_);
+                                 property::kAssetResourceDescriptor, ioResourceDescriptor_);
         });
-    auto id = Property::kSessionCache;
-    for (const auto flag : kStoredFlags) {
+    auto id = property::kSessionCache;
+    for (const auto& option : text::kInherentOptions) {
         if (status < 0) {
             return status;
         }
         ViBoolean value = VI_FALSE;
         status = RecordStoreError(IviConfig_GetDriverSessionPropertyViBoolean(session, id++, &value));
-        flags_.*flag = value == VI_TRUE;
+        flags_.*option.flag = value == VI_TRUE;
     }
     return status < 0 ? status
                       : ReadStoreText(IviConfig_GetDriverSessionPropertyViString, session,
-                                      Property::kSessionDriverSetup, driverSetup_);
+                                      property::kSessionDriverSetup, driverSetup_);
 }
 
 ViStatus DriverSession::LoadVirtualNames(IviConfigHandle session) {
@@ -163,9 +159,9 @@ ViStatus DriverSession::LoadVirtualName(IviConfigHandle names, ViInt32 index) {
     ViInt32 count = 0;
     auto status = status::RunUntilNegative(
         [&] { return RecordStoreError(IviConfig_GetVirtualNameItemByIndex(names, index, item.Out())); },
-        [&] { return ReadStoreText(IviConfig_GetVirtualNamePropertyViString, item.Get(), Property::kName, name); },
+        [&] { return ReadStoreText(IviConfig_GetVirtualNamePropertyViString, item.Get(), property::kName, name); },
         [&] {
-            return ReadStoreText(IviConfig_GetVirtualNamePropertyViString, item.Get(), Property::kVirtualNameMapTo,
+            return ReadStoreText(IviConfig_GetVirtualNamePropertyViString, item.Get(), property::kVirtualNameMapTo,
                                  mapTo);
         },
         [&] { return RecordStoreError(IviConfig_GetVirtualNameVirtualRangeCollection(item.Get(), ranges.Out())); },
@@ -190,9 +186,9 @@ ViStatus DriverSession::LoadVirtualRange(IviConfigHandle ranges, ViInt32 index, 
     };
     const auto status = status::RunUntilNegative(
         [&] { return RecordStoreError(IviConfig_GetVirtualRangeItemByIndex(ranges, index, range.Out())); },
-        [&] { return read(Property::kRangeMinimum, minimum); }, //
-        [&] { return read(Property::kRangeMaximum, maximum); }, //
-        [&] { return read(Property::kRangeStartingIndex, start); });
+        [&] { return read(property::kRangeMinimum, minimum); }, //
+        [&] { return read(property::kRangeMaximum, maximum); }, //
+        [&] { return read(property::kRangeStartingIndex, start); });
     if (status >= 0) {
         virtualNames_.AddRange(name, mapTo, minimum, maximum, start);
     }
@@ -214,10 +210,10 @@ ViStatus DriverSession::LoadPhysicalNames(IviConfigHandle softwareModule) {
         std::string capability;
         status = status::RunUntilNegative(
             [&] { return RecordStoreError(IviConfig_GetPhysicalNameItemByIndex(names.Get(), index, item.Out())); },
-            [&] { return ReadStoreText(IviConfig_GetPhysicalNamePropertyViString, item.Get(), Property::kName, name); },
+            [&] { return ReadStoreText(IviConfig_GetPhysicalNamePropertyViString, item.Get(), property::kName, name); },
             [&] {
                 return ReadStoreText(IviConfig_GetPhysicalNamePropertyViString, item.Get(),
-                                     Property::kPhysicalNameCapability, capability);
+                                     property::kPhysicalNameCapability, capability);
             });
         physicalNames_.emplace_back(std::move(name), std::move(capability));
     }
@@ -261,14 +257,14 @@ ViStatus DriverSession::LoadInitialSetting(IviConfigHandle items, ViInt32 index)
     };
     const auto status = status::RunUntilNegative(
         [&] { return RecordStoreError(IviConfig_GetDataComponentItemByIndex(items, index, item.Out())); },
-        [&] { return readText(Property::kDataComponentType, type); }, //
-        [&] { return readText(Property::kName, name); });
+        [&] { return readText(property::kDataComponentType, type); }, //
+        [&] { return readText(property::kName, name); });
     if (status < 0) {
         return status;
     }
     // Only a text setting has a use (the model). The others are read all the same: a store that cannot give them is
     // refused.
-    const auto id = Property::kDataComponentValue;
+    const auto id = property::kDataComponentValue;
     if (text::EqualIgnoringCase(type, "string")) {
         std::string value;
         const auto read = readText(id, value);

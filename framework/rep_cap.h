@@ -3,10 +3,9 @@
 //     struct OutputChannel {
 //         static constexpr std::string_view kName = "OutputChannel";
 //         static constexpr std::string_view kPhysicalNames = "OutputChannel1,OutputChannel2"; // selector syntax
-//         static constexpr std::size_t kMaxPhysicalNames = 2;
 //     };
 //
-// All calls on one session are made under its lock.
+// The caller must hold the lock of the session that it passes.
 #pragma once
 
 #include <algorithm>
@@ -31,16 +30,41 @@
 
 namespace nrt2 {
 
-/// A channel as the driver itself names it. Views a text that lives as long as the session's use of the capability.
+/// A physical identifier of the capability. The view is valid until the session is closed.
 template <typename Capability>
 struct PhysicalName {
     std::string_view identifier;
 };
 
+/// Returns the number of names in a declaration: names and ranges ("CH1-CH4"), separated by commas. Blank text has
+/// none.
+constexpr std::size_t CountDeclaredNames(std::string_view declaration) {
+    const auto numberAtEnd = [](std::string_view name) {
+        std::size_t number = 0;
+        std::size_t unit = 1;
+        for (; !name.empty() && text::IsDigit(name.back()); name.remove_suffix(1), unit *= 10) {
+            number += static_cast<std::size_t>(name.back() - '0') * unit;
+        }
+        return number;
+    };
+    std::size_t count = 0;
+    if (!text::IsBlank(declaration)) {
+        text::ForEachElement(declaration, ',', [&](std::string_view item) {
+            const auto hyphen = item.find('-');
+            const auto first = text::Trim(item.substr(0, hyphen));
+            const auto last = hyphen == std::string_view::npos ? first : text::Trim(item.substr(hyphen + 1));
+            count += numberAtEnd(last) - numberAtEnd(first) + 1;
+        });
+    }
+    return count;
+}
+
 template <typename Capability>
 class RepCapBase {
   public:
-    /// Distinct physical names in a selector's order, kept in place.
+    static constexpr std::size_t kCount = CountDeclaredNames(Capability::kPhysicalNames);
+
+    /// Distinct physical names in the order of a selector, stored in place.
     class NameList {
       public:
         [[nodiscard]] const PhysicalName<Capability>* begin() const { return names_.data(); }
@@ -49,15 +73,15 @@ class RepCapBase {
 
       private:
         friend class RepCapBase;
-        std::array<PhysicalName<Capability>, Capability::kMaxPhysicalNames> names_{};
+        std::array<PhysicalName<Capability>, kCount> names_{};
         std::size_t size_ = 0;
     };
 
-    /// Expands a selector (null counts as empty). Failures have been recorded on the session; `names` is of no use
-    /// then.
+    /// Expands a selector; null counts as empty. On failure the error has been recorded on the session and `names` is
+    /// undefined.
     static ViStatus Expand(DriverSession& session, ViConstString selector, NameList& names) {
         const auto& physicalNames = NamesOf(session);
-        std::array<std::size_t, Capability::kMaxPhysicalNames> indexes{};
+        std::array<std::size_t, kCount> indexes{};
         const SelectorRules rules(session.Handle(), Capability::kName);
         const auto status =
             rules.Expand(text::ViewOf(selector), &session.Virtuals(), physicalNames, indexes, names.size_);
@@ -69,7 +93,7 @@ class RepCapBase {
         return status;
     }
 
-    /// As Expand, for operations that take exactly one name.
+    /// Expands a selector of exactly one name. More names are IVI_ERROR_BADLY_FORMED_SELECTOR.
     static ViStatus ExpandSingle(DriverSession& session, ViConstString selector, PhysicalName<Capability>& name) {
         NameList names;
         const auto status = Expand(session, selector, names);
@@ -85,7 +109,7 @@ class RepCapBase {
         return status;
     }
 
-    /// The physical name at `index`, counted from 0, under the rule of FillTextBuffer.
+    /// Copies the physical name at `index`, counted from 0, by the rule of FillTextBuffer.
     static ViStatus GetName(DriverSession& session, ViInt32 index, ViInt32 bufferSize, ViChar buffer[]) {
         const auto& physicalNames = NamesOf(session);
         if (index < 0 || static_cast<std::size_t>(index) >= physicalNames.size()) {
@@ -93,24 +117,24 @@ class RepCapBase {
                                   "Get" + std::string(Capability::kName) + "Name", "Index");
         }
         return FillTextBuffer(bufferSize, buffer, [&](ViInt32 size, ViChar text[]) {
-            CopyText(physicalNames[static_cast<std::size_t>(index)], size, text);
+            CopyTruncated(physicalNames[static_cast<std::size_t>(index)], size, text);
             return ViStatus{VI_SUCCESS};
         });
     }
 
-    /// "\w*(\d+)": the greedy "\w*" leaves only a name's last digit for the number, so CH12 gives 2. Accepted as it is
-    /// for a family with two channels.
+    /// Returns the number that "\w*(\d+)" captures, or throws the exceptions of text::ToInt.
+    /// Required: the greedy "\w*" leaves one digit for the number, so CH12 gives 2.
     static std::int32_t ChannelNumber(std::string_view physicalName) {
         const bool matches = !physicalName.empty() && text::IsDigit(physicalName.back()) &&
                              std::all_of(physicalName.begin(), physicalName.end(), text::IsWord);
         return text::ToInt(matches ? physicalName.substr(physicalName.size() - 1) : std::string_view{});
     }
 
-    /// How many physical names the driver declares.
-    static ViInt32 Count() { return static_cast<ViInt32>(DeclaredNames().size()); }
+    /// Returns the number of physical names that the driver declares.
+    static constexpr ViInt32 Count() { return static_cast<ViInt32>(kCount); }
 
   private:
-    /// The sessions that have used the capability. Closing a session takes it out and its names away.
+    /// The sessions that have used the capability. Closing a session removes it and its names.
     class ReadySessions {
       public:
         ReadySessions() {
@@ -119,8 +143,7 @@ class RepCapBase {
 
         void Add(DriverSession& session) {
             auto& names = session.RepCap();
-            const auto& declared = DeclaredNames();
-            names.physicalNames.assign(declared.begin(), declared.end());
+            names.physicalNames = DeclaredNames();
             names.session = session.Handle();
             names.ready = true;
             const std::lock_guard lock(mutex_);
@@ -146,37 +169,32 @@ class RepCapBase {
 
     static const std::vector<std::string>& NamesOf(DriverSession& session) {
         if (!session.RepCap().ready) {
-            static NoDestructor<ReadySessions> readySessions; // the first call in the process registers the hook
+            static NoDestructor<ReadySessions> readySessions; // the first call in the process registers the close hook
             readySessions->Add(session);
         }
         return session.RepCap().physicalNames;
     }
 
-    /// The declared names; empty places at the end where the declaration has fewer.
-    using Declared = std::array<std::string, Capability::kMaxPhysicalNames>;
-
-    /// The declaration goes through the selector grammar itself.
-    static std::span<const std::string> DeclaredNames() {
-        static NoDestructor<Declared> names(Declare());
-        const auto end = std::find(names->begin(), names->end(), std::string());
-        return {names->begin(), end};
+    static const std::vector<std::string>& DeclaredNames() {
+        static NoDestructor<std::vector<std::string>> names(Declare());
+        return *names;
     }
 
-    static Declared Declare() {
-        Declared declared;
-        auto place = declared.begin();
+    /// Expands the declaration by the rules of selectors.
+    static std::vector<std::string> Declare() {
+        std::vector<std::string> declared;
         std::vector<SelectorItem> items;
-        if (text::IsBlank(Capability::kPhysicalNames) ||
+        if (kCount == 0 ||
             SelectorRules(VI_NULL, Capability::kName).ParseItems(Capability::kPhysicalNames, items) < 0) {
             return declared;
         }
         for (const auto& item : items) {
             if (!item.isRange) {
-                *place++ = item.text;
+                declared.emplace_back(item.text);
                 continue;
             }
             for (std::int64_t number = item.first; number <= item.last; ++number) {
-                *place++ = std::string(item.base).append(text::IntegerText(number).View());
+                declared.push_back(std::string(item.base).append(text::IntegerText(number).View()));
             }
         }
         return declared;

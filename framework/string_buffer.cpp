@@ -5,7 +5,7 @@
 
 namespace nrt2 {
 
-void CopyText(std::string_view text, ViInt32 size, ViChar buffer[]) {
+void CopyTruncated(std::string_view text, ViInt32 size, ViChar buffer[]) {
     const auto count = std::min(text.size(), static_cast<std::size_t>(size) - 1);
     std::copy_n(text.data(), count, buffer);
     buffer[count] = '\0';

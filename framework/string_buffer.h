@@ -11,7 +11,7 @@ namespace nrt2 {
 inline constexpr ViInt32 kReportedTextSize = 4096;
 
 /// Copies as much of `text` as fits, always zero-terminated. `size` counts bytes and is at least 1.
-void CopyText(std::string_view text, ViInt32 size, ViChar buffer[]);
+void CopyTruncated(std::string_view text, ViInt32 size, ViChar buffer[]);
 
 /// Whether the zero-terminated text in `buffer` uses all of its `size` bytes: it may have been cut then.
 bool IsFull(ViInt32 size, const ViChar buffer[]);

@@ -6,11 +6,13 @@
 namespace ORVA {
 namespace {
 
-// The channels are deliberately unlike: channel 2 is the low-voltage, high-current one.
+// Channel 2 is the low-voltage, high-current channel.
 constexpr std::array kLimits{
     ChannelLimits{0.0, 22.0, 0.0, 5.5},
     ChannelLimits{0.0, 5.5, 0.0, 16.8},
 };
+
+static_assert(kLimits.size() == kKeywords<Channel>.size(), "every channel has its limits");
 
 } // namespace
 

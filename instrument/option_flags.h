@@ -1,24 +1,16 @@
 #pragma once
 
-#include <string>
 #include <string_view>
+
+#include "text/option_string.h"
 
 namespace ORVA {
 
-/// The six inherent options as the instrument object sees them. An option that the text does not give is false here,
-/// whatever the IVI default: deliberate.
-struct OptionFlags {
-    bool cache = false;
-    bool interchangeCheck = false;
-    bool queryInstrumentStatus = false;
-    bool rangeCheck = false;
-    bool recordCoercions = false;
-    bool simulate = false;
-};
+using OptionFlags = text::InherentOptions;
 
-/// Reads the inherent part of an option string; the DriverSetup clause is left unread, since no operation uses it.
-/// Unknown names and values that are no boolean word are skipped without an error, and of a name given twice the last
-/// value counts.
+/// Reads the inherent options of an option string. The DriverSetup clause is not read: no operation uses it.
+/// Required: an option that the text does not give is false, whatever its IVI default; unknown names and values that
+/// are not boolean words are skipped without an error; of a name given twice the last value counts.
 OptionFlags ParseOptionFlags(std::string_view options);
 
 } // namespace ORVA

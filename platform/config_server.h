@@ -34,7 +34,7 @@ inline constexpr auto IVI_CONFIG_ERROR_INVALID_PROPERTY = static_cast<ViStatus>(
 inline constexpr auto IVI_CONFIG_ERROR_NOT_SUPPORTED = static_cast<ViStatus>(0xBFFA1222);
 
 // Property numbers (IVI-3.5), as far as they are used here.
-namespace IviConfigProperty {
+namespace ivi_config_property {
 inline constexpr ViInt32 kStoreMasterLocation = 3;
 inline constexpr ViInt32 kStoreProcessDefaultLocation = 5;
 inline constexpr ViInt32 kName = 1; // of any component, virtual name, physical name or data component
@@ -49,7 +49,7 @@ inline constexpr ViInt32 kRangeStartingIndex = 4;
 inline constexpr ViInt32 kPhysicalNameCapability = 2;
 inline constexpr ViInt32 kDataComponentType = 7;
 inline constexpr ViInt32 kDataComponentValue = 9;
-} // namespace IviConfigProperty
+} // namespace ivi_config_property
 
 extern "C" {
 

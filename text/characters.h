@@ -24,7 +24,7 @@ constexpr bool EqualIgnoringCase(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return ToLower(x) == ToLower(y); });
 }
 
-/// `text` without the leading and trailing characters for which `drop` holds.
+/// Returns `text` without the leading and trailing characters for which `drop` holds.
 template <typename Predicate>
 constexpr std::string_view Trim(std::string_view text, Predicate drop) {
     while (!text.empty() && drop(text.front())) {
@@ -49,9 +49,9 @@ inline std::string_view ViewOf(const char* text) {
     return text == nullptr ? std::string_view{} : std::string_view(text);
 }
 
-/// Calls `visit(element)` for each element of a list, separators dropped; an empty list has one empty element.
+/// Calls `visit(element)` for each element of a list, without the separators. An empty list has one empty element.
 template <typename Visit>
-void ForEachElement(std::string_view list, char separator, Visit visit) {
+constexpr void ForEachElement(std::string_view list, char separator, Visit visit) {
     for (;;) {
         const auto end = list.find(separator);
         visit(list.substr(0, end));

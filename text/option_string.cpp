@@ -20,6 +20,12 @@ bool IsSetupName(char c) { return IsWord(c) || c == '+'; }
 
 } // namespace
 
+const InherentOption* FindInherentOption(std::string_view name) {
+    const auto* option = std::find_if(kInherentOptions.begin(), kInherentOptions.end(),
+                                      [&](const InherentOption& candidate) { return candidate.name == name; });
+    return option == kInherentOptions.end() ? nullptr : option;
+}
+
 OptionString SplitOptionString(std::string_view options) {
     constexpr std::string_view kKeyword = "DriverSetup";
     for (std::size_t at = 0; at + kKeyword.size() < options.size(); ++at) {
@@ -55,7 +61,7 @@ std::optional<OptionPair> NextDriverSetupPair(std::string_view& text) {
             at = valueEnd;
             continue;
         }
-        // Where only blanks follow the separator, the last of them is the value: a value has at least one character.
+        // A value has at least one character: when only blanks follow the separator, the last one is the value.
         const auto valueBegin = std::min(SkipWhile(text, separator + 1, IsSpace), valueEnd - 1);
         const OptionPair pair{text.substr(nameBegin, nameEnd - nameBegin),
                               text.substr(valueBegin, valueEnd - valueBegin)};

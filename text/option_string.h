@@ -2,21 +2,50 @@
 //
 //     Simulate=1, RangeCheck=VI_FALSE, DriverSetup=Model:TX4410
 //
-// Each scanner finds exactly what the regular expression named beside it finds, in one pass and without recursion, so
-// that a text of any length and shape ends in a status. Fragments that do not fit are skipped.
+// Each scanner finds exactly what the regular expression named beside it finds, in one pass and without recursion: a
+// text of any length and shape is safe. Fragments that do not match are skipped.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string_view>
 
 namespace text {
 
-struct OptionString {
-    std::string_view inherent;                   ///< the text in front of the clause
-    std::optional<std::string_view> driverSetup; ///< the clause's text, up to a line break; empty text is a clause too
+/// The inherent options of IVI-3.2, in the order in which the configuration store numbers them.
+struct InherentOptions {
+    bool cache = false;
+    bool interchangeCheck = false;
+    bool queryInstrumentStatus = false;
+    bool rangeCheck = false;
+    bool recordCoercions = false;
+    bool simulate = false;
 };
 
-/// "\s*DriverSetup\s*=(.*)", in any letter case.
+struct InherentOption {
+    std::string_view name; ///< in lower case
+    bool InherentOptions::*flag;
+};
+
+/// The rows of all inherent options, in the order of the struct.
+inline constexpr std::array kInherentOptions{
+    InherentOption{"cache", &InherentOptions::cache},
+    InherentOption{"interchangecheck", &InherentOptions::interchangeCheck},
+    InherentOption{"queryinstrstatus", &InherentOptions::queryInstrumentStatus},
+    InherentOption{"rangecheck", &InherentOptions::rangeCheck},
+    InherentOption{"recordcoercions", &InherentOptions::recordCoercions},
+    InherentOption{"simulate", &InherentOptions::simulate},
+};
+
+/// Returns the option with this lower-case name, null when there is none.
+const InherentOption* FindInherentOption(std::string_view name);
+
+struct OptionString {
+    std::string_view inherent;                   ///< the text before the clause
+    std::optional<std::string_view> driverSetup; ///< the text of the clause, up to a line break; may be empty
+};
+
+/// Splits the text at "\s*DriverSetup\s*=(.*)", in any letter case.
 OptionString SplitOptionString(std::string_view options);
 
 struct OptionPair {
@@ -24,13 +53,13 @@ struct OptionPair {
     std::string_view value;
 };
 
-/// Takes the next pair off the front of `text`: "([\w+_]+)\s*(?:=|:)\s*([^,]+)".
+/// Removes the next pair from the front of `text`: "([\w+_]+)\s*(?:=|:)\s*([^,]+)".
 std::optional<OptionPair> NextDriverSetupPair(std::string_view& text);
 
-/// Takes the next pair off the front of `text`: "\s*(\w+)\s*=\s*(\w+)\s*,?".
+/// Removes the next pair from the front of `text`: "\s*(\w+)\s*=\s*(\w+)\s*,?".
 std::optional<OptionPair> NextInherentPair(std::string_view& text);
 
-/// One of the words "true", "vi_true", "1", "false", "vi_false", "0" (lower case), else nothing.
+/// Returns the value of "true", "vi_true", "1", "false", "vi_false" or "0" (lower case); nothing for other words.
 std::optional<bool> BooleanWord(std::string_view word);
 
 } // namespace text

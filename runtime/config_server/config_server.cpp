@@ -13,7 +13,7 @@
 #include "runtime/config_server/store_location.h"
 #include "platform/session_service.h"
 #include "runtime/per_thread.h"
-#include "runtime/text_buffer.h"
+#include "runtime/ivi_buffer.h"
 #include "text/characters.h"
 
 namespace {
@@ -78,7 +78,7 @@ void CheckNotNull(const void* argument) {
 
 /// A caller's buffer takes `text`.
 ViStatus GiveText(std::string_view text, ViInt32 size, ViChar* buffer) {
-    const auto status = runtime::CopyText(text, size, buffer);
+    const auto status = runtime::CopyToIviBuffer(text, size, buffer);
     if (status < 0) {
         throw Failure(status, "A null pointer was given.");
     }
@@ -355,7 +355,7 @@ ViStatus _VI_FUNC IviConfig_DisposeHandle(IviConfigHandle handle) {
 
 ViStatus _VI_FUNC IviConfig_GetError(ViInt32 size, ViChar text[]) {
     auto* kept = runtime::PerThread<std::string>::Get();
-    const auto status = runtime::CopyText(kept == nullptr ? std::string_view() : *kept, size, text);
+    const auto status = runtime::CopyToIviBuffer(kept == nullptr ? std::string_view() : *kept, size, text);
     if (kept != nullptr && size != 0 && status >= 0) {
         kept->clear();
     }

@@ -12,7 +12,7 @@
 #include "runtime/handle_table.h"
 #include "platform/session_service.h"
 #include "runtime/per_thread.h"
-#include "runtime/text_buffer.h"
+#include "runtime/ivi_buffer.h"
 #include "text/characters.h"
 
 namespace {
@@ -32,7 +32,7 @@ struct ErrorRecord {
     }
 
     ViStatus Read(ViInt32 size, ViStatus* codeOut, ViChar* text) {
-        const ViStatus status = runtime::CopyText(description, size, text);
+        const ViStatus status = runtime::CopyToIviBuffer(description, size, text);
         if (status < 0) {
             return status;
         }

@@ -2,7 +2,7 @@
 // knows nothing of it. The functions that only a filled store leads to are one function under many names
 // (empty_config_server.def): nobody has a handle for them.
 #include "platform/config_server.h"
-#include "runtime/text_buffer.h"
+#include "runtime/ivi_buffer.h"
 
 namespace {
 
@@ -24,7 +24,7 @@ ViStatus _VI_FUNC IviConfig_Close(IviConfigHandle /*store*/) { return VI_SUCCESS
 
 ViStatus _VI_FUNC IviConfig_DisposeHandle(IviConfigHandle /*handle*/) { return VI_SUCCESS; }
 
-ViStatus _VI_FUNC IviConfig_GetError(ViInt32 size, ViChar text[]) { return runtime::CopyText("", size, text); }
+ViStatus _VI_FUNC IviConfig_GetError(ViInt32 size, ViChar text[]) { return runtime::CopyToIviBuffer("", size, text); }
 
 ViStatus _VI_FUNC IviConfig_ClearError() { return VI_SUCCESS; }
 
@@ -32,7 +32,7 @@ ViStatus _VI_FUNC IviConfig_Deserialize(IviConfigHandle /*store*/, ViConstString
 
 ViStatus _VI_FUNC IviConfig_GetConfigStorePropertyViString(IviConfigHandle /*store*/, ViInt32 /*id*/, ViInt32 size,
                                                            ViChar value[]) {
-    return runtime::CopyText("", size, value);
+    return runtime::CopyToIviBuffer("", size, value);
 }
 
 ViStatus _VI_FUNC IviConfig_GetDriverSession(IviConfigHandle /*store*/, ViConstString /*name*/,

@@ -174,9 +174,9 @@ TEST_F(DriverSession, KeepsWhatItWasInitializedWith) {
 }
 
 TEST_F(DriverSession, TakesEachStoredFlagForItself) {
-    constexpr std::array kFlags{&nrt2::InherentFlags::cache, &nrt2::InherentFlags::queryInstrumentStatus,
-                                &nrt2::InherentFlags::rangeCheck, &nrt2::InherentFlags::recordCoercions,
-                                &nrt2::InherentFlags::simulate};
+    constexpr std::array kFlags{&text::InherentOptions::cache, &text::InherentOptions::queryInstrumentStatus,
+                                &text::InherentOptions::rangeCheck, &text::InherentOptions::recordCoercions,
+                                &text::InherentOptions::simulate};
     constexpr std::array<std::size_t, 5> kPlaces{0, 2, 3, 4, 5}; // the second, interchange checking, fails the opening
     doubles::TheVisa().Reply("*ESR?", "0\n");
     for (std::size_t set = 0; set < kFlags.size(); ++set) {

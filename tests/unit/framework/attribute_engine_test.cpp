@@ -31,7 +31,7 @@ ViStatus Set(ViSession vi, ViConstString name, T value) {
 ViStatus GetText(ViSession vi, ViConstString name, ViInt32 size, ViChar value[]) {
     accessed.call = "get " + std::to_string(vi) + " " + name + " " + std::to_string(size);
     if (accessed.status >= 0) {
-        nrt2::CopyText("ninechars", std::min(size, 16), value);
+        nrt2::CopyTruncated("ninechars", std::min(size, 16), value);
     }
     return accessed.status;
 }

@@ -20,7 +20,7 @@ class Frame : public FrameworkTest {
     }
 
     static Status Create(ViSession& vi, ViBoolean idQuery = VI_FALSE, ViBoolean reset = VI_FALSE) {
-        return Status(nrt2::CreateSession<TestSession>("resource", idQuery, reset, "", &vi));
+        return Status(CreateTestSession("resource", idQuery, reset, "", &vi));
     }
 };
 
@@ -31,7 +31,7 @@ TEST_F(Frame, RunsItsBodyOnceUnderTheLockAndReturnsTheStatus) {
     EXPECT_EQ(Call(vi, 0x3FFF0005), Status(0x3FFF0005));
     EXPECT_EQ(Call(vi, 0xBFFA4214), Status(0xBFFA4214));
     EXPECT_THAT(TakeRecorded(), IsEmpty()); // recording is the body's business
-    nrt2::CloseSession<TestSession>(vi);
+    nrt2::CloseSession(vi);
 }
 
 TEST_F(Frame, RunsNoBodyWithoutHandleLockOrObject) {
@@ -46,7 +46,7 @@ TEST_F(Frame, RunsNoBodyWithoutHandleLockOrObject) {
     EXPECT_EQ(Call(NewHandle()), Status(0xBFFA1190));
     EXPECT_THAT(TakeCalls(), IsEmpty());
     EXPECT_THAT(TakeRecorded(), IsEmpty());
-    nrt2::CloseSession<TestSession>(vi);
+    nrt2::CloseSession(vi);
 }
 
 TEST_F(Frame, TakesALockThatWarnsForALock) {
@@ -55,14 +55,14 @@ TEST_F(Frame, TakesALockThatWarnsForALock) {
     EXPECT_EQ(Call(vi, 0xBFFA4214), Status(0xBFFA4214));
     EXPECT_EQ(doubles::TheScript().Count("IviSession_Unlock"), 1U);
     doubles::TheSessionService().Lock(vi, nullptr); // the double took none with its warning
-    nrt2::CloseSession<TestSession>(vi);
+    nrt2::CloseSession(vi);
 }
 
 TEST_F(Frame, IgnoresAnUnlockThatFails) {
     const auto vi = Open();
     Fail("IviSession_Unlock", 0xBFFA1198);
     EXPECT_EQ(Call(vi), Status(0U));
-    nrt2::CloseSession<TestSession>(vi);
+    nrt2::CloseSession(vi);
 }
 
 TEST_F(Frame, ReleasesTheLockWhenItsBodyThrows) {
@@ -70,7 +70,7 @@ TEST_F(Frame, ReleasesTheLockWhenItsBodyThrows) {
     const auto throwing = [](TestSession& /*session*/) -> ViStatus { throw std::out_of_range("body"); };
     EXPECT_THROW(nrt2::LockedCall<TestSession>(vi, throwing), std::out_of_range);
     EXPECT_EQ(doubles::TheSessionService().LocksHeld(), 0);
-    nrt2::CloseSession<TestSession>(vi);
+    nrt2::CloseSession(vi);
 }
 
 TEST_F(Frame, NestsOnOneThread) {
@@ -78,7 +78,7 @@ TEST_F(Frame, NestsOnOneThread) {
     const auto outer = [&](TestSession& /*session*/) -> ViStatus { return static_cast<ViStatus>(Call(vi).code); };
     EXPECT_EQ(Status(nrt2::LockedCall<TestSession>(vi, outer)), Status(0U));
     EXPECT_THAT(TakeCalls(), ElementsAre("body of " + std::to_string(vi) + " under 2"));
-    nrt2::CloseSession<TestSession>(vi);
+    nrt2::CloseSession(vi);
 }
 
 TEST_F(Frame, CreationBindsThenInitializesThenReadsTheObjectAgain) {
@@ -89,24 +89,24 @@ TEST_F(Frame, CreationBindsThenInitializesThenReadsTheObjectAgain) {
     EXPECT_EQ(calls.front(), "IviSession_New");
     EXPECT_EQ(calls.at(1), "IviSession_SetDataPtr");
     EXPECT_EQ(calls.back(), "IviSession_GetDataPtr");
-    nrt2::CloseSession<TestSession>(vi);
+    nrt2::CloseSession(vi);
 }
 
 TEST_F(Frame, CreationTakesNullTextsForEmptyOnes) {
     ViSession vi = VI_NULL;
-    EXPECT_EQ(Status(nrt2::CreateSession<TestSession>(nullptr, VI_FALSE, VI_FALSE, nullptr, &vi)), Status(0U));
-    TestSession* session = nullptr;
+    EXPECT_EQ(Status(CreateTestSession(nullptr, VI_FALSE, VI_FALSE, nullptr, &vi)), Status(0U));
+    nrt2::DriverSession* session = nullptr;
     nrt2::GetSession(vi, session);
     EXPECT_EQ(session->ResourceName(), "");
     EXPECT_EQ(session->GivenOptionString(), "");
-    nrt2::CloseSession<TestSession>(vi);
+    nrt2::CloseSession(vi);
 }
 
 TEST_F(Frame, CreationReturnsNoWarningOfTheInitialization) {
     Let("identify", 0x3FFF0005);
     ViSession vi = VI_NULL;
     EXPECT_EQ(Create(vi), Status(0U));
-    nrt2::CloseSession<TestSession>(vi);
+    nrt2::CloseSession(vi);
 }
 
 TEST_F(Frame, CreationThatFailsDestroysTheObjectAndGivesNoHandle) {
@@ -131,7 +131,7 @@ TEST_F(Frame, CreationThatThrowsDestroysTheObjectAndGivesNoHandle) {
         TheSessions() = {};
         TheSessions().answers[step] = []() -> ViStatus { throw std::invalid_argument("step"); };
         ViSession vi = 7;
-        EXPECT_THROW(nrt2::CreateSession<TestSession>("", VI_FALSE, VI_TRUE, "QueryInstrStatus=1", &vi),
+        EXPECT_THROW(CreateTestSession("", VI_FALSE, VI_TRUE, "QueryInstrStatus=1", &vi),
                      std::invalid_argument)
             << step;
         EXPECT_EQ(vi, 0U) << step;
@@ -146,7 +146,7 @@ TEST_F(Frame, CreationResetsAfterSuccessForEveryArgumentButZero) {
         EXPECT_EQ(Create(vi, VI_FALSE, reset), Status(0U));
         EXPECT_THAT(TakeCalls(), ElementsAre("connect", "identify", "reset")) << reset;
         EXPECT_EQ(nrt2::initializationRequests.reset, reset == 1);
-        nrt2::CloseSession<TestSession>(vi);
+        nrt2::CloseSession(vi);
         TakeCalls();
     }
     EXPECT_THAT(TakeRecorded(), IsEmpty());
@@ -154,7 +154,7 @@ TEST_F(Frame, CreationResetsAfterSuccessForEveryArgumentButZero) {
 
 TEST_F(Frame, CreationKeepsTheLatestRequestsOfTheProcessEvenWithoutAPlaceForTheHandle) {
     const auto request = [](ViBoolean idQuery, ViBoolean reset) {
-        return Status(nrt2::CreateSession<TestSession>("", idQuery, reset, "", nullptr));
+        return Status(CreateTestSession("", idQuery, reset, "", nullptr));
     };
     EXPECT_EQ(request(1, 1), Status(0xBFFA0058));
     EXPECT_TRUE(nrt2::initializationRequests.idQuery);
@@ -172,13 +172,13 @@ TEST_F(Frame, CreationWhoseObjectCannotBeReadAgainFailsButLeavesAHandleToClose) 
     EXPECT_EQ(Create(vi, VI_FALSE, VI_TRUE), Status(0xBFFA1198));
     ASSERT_NE(vi, 0U);
     EXPECT_THAT(TakeCalls(), ElementsAre("connect", "identify"));
-    EXPECT_EQ(nrt2::CloseSession<TestSession>(vi), VI_SUCCESS);
+    EXPECT_EQ(nrt2::CloseSession(vi), VI_SUCCESS);
 }
 
 TEST_F(Frame, CloseIgnoresTheStatusOfTheDisconnection) {
     const auto vi = Open();
     Let("disconnect", 0xBFFA4214);
-    EXPECT_EQ(nrt2::CloseSession<TestSession>(vi), VI_SUCCESS);
+    EXPECT_EQ(nrt2::CloseSession(vi), VI_SUCCESS);
     EXPECT_THAT(TakeCalls(), ElementsAre("disconnect", "destroy"));
     EXPECT_EQ(doubles::TheSessionService().OpenHandles(), 0U);
 }
@@ -186,17 +186,17 @@ TEST_F(Frame, CloseIgnoresTheStatusOfTheDisconnection) {
 TEST_F(Frame, CloseDestroysTheObjectAlsoWhenItsDisconnectionThrows) {
     const auto vi = Open();
     TheSessions().answers["disconnect"] = []() -> ViStatus { throw std::out_of_range("step"); };
-    EXPECT_THROW(nrt2::CloseSession<TestSession>(vi), std::out_of_range);
+    EXPECT_THROW(nrt2::CloseSession(vi), std::out_of_range);
     EXPECT_THAT(TakeCalls(), ElementsAre("disconnect", "destroy"));
-    EXPECT_EQ(Status(nrt2::CloseSession<TestSession>(vi)), Status(0U)); // finds no object any more
+    EXPECT_EQ(Status(nrt2::CloseSession(vi)), Status(0U)); // finds no object any more
     EXPECT_THAT(TakeCalls(), IsEmpty());
 }
 
 TEST_F(Frame, CloseThatCannotDisposeTakesTheObjectFromTheHandle) {
     const auto vi = Open();
     Fail("IviSession_Dispose", 0xBFFA1198);
-    EXPECT_EQ(Status(nrt2::CloseSession<TestSession>(vi)), Status(0xBFFA1198));
-    EXPECT_EQ(Status(nrt2::CloseSession<TestSession>(vi)), Status(0U));
+    EXPECT_EQ(Status(nrt2::CloseSession(vi)), Status(0xBFFA1198));
+    EXPECT_EQ(Status(nrt2::CloseSession(vi)), Status(0U));
     EXPECT_THAT(TakeCalls(), ElementsAre("disconnect", "destroy"));
 }
 

@@ -53,13 +53,13 @@ TEST_F(CloseHooks, RunBeforeTheSessionIsDisconnected) {
             TheSessions().calls.push_back("hook " + std::to_string(closing));
         }
     });
-    EXPECT_EQ(nrt2::CloseSession<TestSession>(vi), VI_SUCCESS);
+    EXPECT_EQ(nrt2::CloseSession(vi), VI_SUCCESS);
     EXPECT_THAT(TakeCalls(), ElementsAre("hook " + std::to_string(vi), "disconnect", "destroy"));
 }
 
 TEST_F(CloseHooks, DoNotRunForAnUnknownHandle) {
     Add("hook");
-    EXPECT_EQ(Status(nrt2::CloseSession<TestSession>(7)), Status(0xBFFA1190));
+    EXPECT_EQ(Status(nrt2::CloseSession(7)), Status(0xBFFA1190));
     EXPECT_THAT(told_, IsEmpty());
 }
 

@@ -35,7 +35,7 @@ ViSession FrameworkTest::NewHandle() {
 
 ViSession FrameworkTest::Open(const char* optionString) {
     ViSession vi = VI_NULL;
-    EXPECT_EQ(Status(nrt2::CreateSession<TestSession>("resource", VI_FALSE, VI_FALSE, optionString, &vi)), Status(0U));
+    EXPECT_EQ(Status(CreateTestSession("resource", VI_FALSE, VI_FALSE, optionString, &vi)), Status(0U));
     TheSessions().calls.clear();
     doubles::TheScript().ForgetCalls();
     return vi;

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -62,7 +63,7 @@ class TestSession : public nrt2::DriverSession {
         --TheSessions().alive;
     }
 
-    ViStatus ResetInstrument() { return Answer("reset"); }
+    ViStatus ResetInstrument() override { return Answer("reset"); }
     ViStatus CheckStatus() override { return Answer("check"); }
 
   protected:
@@ -85,6 +86,14 @@ class TestSession : public nrt2::DriverSession {
   private:
     static ViStatus Answer(const std::string& call);
 };
+
+/// Creates and initializes a TestSession through the framework's frame.
+inline ViStatus CreateTestSession(ViConstString resourceName, ViBoolean idQuery, ViBoolean reset,
+                                  ViConstString optionString, ViSession* newVi) {
+    return nrt2::CreateSession(
+        [](ViSession vi) -> std::unique_ptr<nrt2::DriverSession> { return std::make_unique<TestSession>(vi); },
+        resourceName, idQuery, reset, optionString, newVi);
+}
 
 class FrameworkTest : public testing::Test {
   protected:

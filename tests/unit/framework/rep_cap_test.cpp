@@ -13,17 +13,14 @@ namespace {
 struct Rail {
     static constexpr std::string_view kName = "Rail";
     static constexpr std::string_view kPhysicalNames = " Rail9-rail11 , Aux_1";
-    static constexpr std::size_t kMaxPhysicalNames = 4;
 };
 struct Only {
     static constexpr std::string_view kName = "Only";
     static constexpr std::string_view kPhysicalNames = "Main";
-    static constexpr std::size_t kMaxPhysicalNames = 1;
 };
 struct Blank {
     static constexpr std::string_view kName = "Blank";
     static constexpr std::string_view kPhysicalNames = " \t\f\v\n\r";
-    static constexpr std::size_t kMaxPhysicalNames = 1;
 };
 
 using Rails = nrt2::RepCapBase<Rail>;

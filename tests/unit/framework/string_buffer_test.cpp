@@ -24,22 +24,22 @@ std::string Bytes(const std::array<ViChar, kRoom>& buffer) { return {buffer.begi
 /// What copying `text` into `size` bytes leaves in the buffer.
 std::string Copied(std::string_view text, ViInt32 size) {
     auto buffer = Marked();
-    nrt2::CopyText(text, size, buffer.data());
+    nrt2::CopyTruncated(text, size, buffer.data());
     return Bytes(buffer);
 }
 
-TEST(CopyText, WritesTheTextAndItsEndAndNothingElse) {
+TEST(CopyTruncated, WritesTheTextAndItsEndAndNothingElse) {
     EXPECT_EQ(Copied("abc", 16), std::string("abc\0############", 16));
     EXPECT_EQ(Copied("abc", 4), std::string("abc\0############", 16));
     EXPECT_EQ(Copied("", 16), std::string("\0###############", 16));
 }
 
-TEST(CopyText, CutsWhatDoesNotFit) {
+TEST(CopyTruncated, CutsWhatDoesNotFit) {
     EXPECT_EQ(Copied("abc", 3), std::string("ab\0#############", 16));
     EXPECT_EQ(Copied("abc", 1), std::string("\0###############", 16));
 }
 
-TEST(CopyText, TakesNoMoreThanItsView) {
+TEST(CopyTruncated, TakesNoMoreThanItsView) {
     EXPECT_EQ(Copied(std::string_view("abcdef", 2), 16), std::string("ab\0#############", 16));
 }
 
@@ -59,7 +59,7 @@ class FillTextBuffer : public testing::Test {
         return Status(nrt2::FillTextBuffer(size, buffer_.data(), [&](ViInt32 getterSize, ViChar buffer[]) {
             getterSize_ = getterSize;
             if (Code(status) >= 0) {
-                nrt2::CopyText("abcdefghi", std::min(getterSize, static_cast<ViInt32>(kRoom)), buffer);
+                nrt2::CopyTruncated("abcdefghi", std::min(getterSize, static_cast<ViInt32>(kRoom)), buffer);
             }
             return Code(status);
         }));

@@ -1,4 +1,4 @@
-// The rule of IVI-3.2 3.1.2.1 for texts that a caller receives in a buffer of its own.
+// Texts in caller-supplied buffers (IVI-3.2, 3.1.2.1).
 #pragma once
 
 #include <algorithm>
@@ -11,10 +11,11 @@
 
 namespace runtime {
 
-/// Copies `text` and a NUL into `buffer` of `size` bytes. What does not fit is cut and the size needed is returned,
-/// else VI_SUCCESS. A negative size copies everything. Size 0 writes nothing, allows a null buffer and returns the
-/// size needed. A null buffer of any other size is IVI_ERROR_NULL_POINTER.
-inline ViStatus CopyText(std::string_view text, ViInt32 size, ViChar* buffer) {
+/// Copies `text` and a NUL into `buffer` of `size` bytes.
+/// A negative size copies everything. Size 0 writes nothing and allows a null buffer.
+/// Returns VI_SUCCESS when the text fits, else the size that it needs. A null buffer of another size is
+/// IVI_ERROR_NULL_POINTER.
+inline ViStatus CopyToIviBuffer(std::string_view text, ViInt32 size, ViChar* buffer) {
     constexpr std::size_t kLargest = std::numeric_limits<ViStatus>::max();
     const auto needed = static_cast<ViStatus>(std::min(text.size() + 1, kLargest));
     if (size == 0) {
