@@ -8,12 +8,12 @@
 #include <string>
 #include <string_view>
 
+#include "platform/session_service.h"
 #include "runtime/config_server/open_store.h"
 #include "runtime/config_server/store_file.h"
 #include "runtime/config_server/store_location.h"
-#include "platform/session_service.h"
-#include "runtime/per_thread.h"
 #include "runtime/ivi_buffer.h"
+#include "runtime/per_thread.h"
 #include "text/characters.h"
 
 namespace {
@@ -185,7 +185,7 @@ template <typename Value, typename Convert>
 ViStatus GetComponentValue(std::string_view function, Handle handle, std::span<const Property> properties, ViInt32 id,
                            const ComponentKind& kind, Convert convert, Value* value) {
     return OnStore(function, handle, [&](OpenStore& store) {
-        const auto node = store.At(handle, {Kind::kDataComponent}).node;
+        const auto node = store.At(handle, {Kind::DataComponent}).node;
         const auto* element = ElementOf(properties, id);
         if (id == kComponentValue && !Is(node, kind)) {
             throw NotA(node, std::string("of type ").append(kind.type));
@@ -227,7 +227,7 @@ Object Collect(Kind kind, const StoreFile& file, pugi::xml_node node, const char
 Object CollectComponents(const StoreFile& file, pugi::xml_node node) {
     return std::apply(
         [&](const auto&... kinds) {
-            return Collect(Kind::kDataComponents, file, node, "DataComponents", kinds.element...);
+            return Collect(Kind::DataComponents, file, node, "DataComponents", kinds.element...);
         },
         kComponentKinds);
 }
@@ -292,18 +292,18 @@ Object Follow(const StoreFile& file, pugi::xml_node owner, const char* reference
 
 /// The driver session of this name: a logical name's, else a driver session itself.
 Object FindSession(const StoreFile& file, std::string_view name) {
-    const auto logicalNames = Collect(Kind::kSession, file, file.Root(), "LogicalNames", "IviLogicalName");
+    const auto logicalNames = Collect(Kind::Session, file, file.Root(), "LogicalNames", "IviLogicalName");
     const auto logicalName = FindByName(logicalNames.items, name);
     if (logicalName && logicalName.child("IviDriverSession")) {
-        return Follow(file, logicalName, "IviDriverSession", Kind::kSession, "IviDriverSession");
+        return Follow(file, logicalName, "IviDriverSession", Kind::Session, "IviDriverSession");
     }
-    const auto sessions = Collect(Kind::kSession, file, file.Root(), "DriverSessions", "IviDriverSession");
+    const auto sessions = Collect(Kind::Session, file, file.Root(), "DriverSessions", "IviDriverSession");
     const auto session = logicalName ? pugi::xml_node() : FindByName(sessions.items, name);
     if (!session) {
         throw Failure(IVI_CONFIG_ERROR_SESSION_NOT_FOUND,
                       "Name " + std::string(name) + " could not be resolved to a DriverSession.");
     }
-    return {Kind::kSession, session, {}};
+    return {Kind::Session, session, {}};
 }
 
 // ---------------------------------------------------------------------------------------------------------- the store
@@ -423,114 +423,113 @@ ViStatus _VI_FUNC IviConfig_GetConfigStoreSoftwareModuleCollection(IviConfigHand
         CheckNotNull(collection);
         *collection = nullptr;
         *collection = open.Add(
-            Collect(Kind::kSoftwareModules, *open.file, open.file->Root(), "SoftwareModules", "IviSoftwareModule"));
+            Collect(Kind::SoftwareModules, *open.file, open.file->Root(), "SoftwareModules", "IviSoftwareModule"));
         return VI_SUCCESS;
     });
 }
 
 ViStatus _VI_FUNC IviConfig_GetSoftwareModuleItemByName(IviConfigHandle collection, ViConstString name,
                                                         IviConfigHandle* module) {
-    return GetItemByName("GetSoftwareModuleItemByName", collection, Kind::kSoftwareModules, Kind::kSoftwareModule, name,
+    return GetItemByName("GetSoftwareModuleItemByName", collection, Kind::SoftwareModules, Kind::SoftwareModule, name,
                          module);
 }
 
 ViStatus _VI_FUNC IviConfig_GetSoftwareModulePhysicalNameCollection(IviConfigHandle module,
                                                                     IviConfigHandle* collection) {
-    return GetObject("GetSoftwareModulePhysicalNameCollection", module, {Kind::kSoftwareModule}, collection,
+    return GetObject("GetSoftwareModulePhysicalNameCollection", module, {Kind::SoftwareModule}, collection,
                      [](const StoreFile& file, const Object& object) {
-                         return Collect(Kind::kPhysicalNames, file, object.node, "PhysicalNames", "IviPhysicalName");
+                         return Collect(Kind::PhysicalNames, file, object.node, "PhysicalNames", "IviPhysicalName");
                      });
 }
 
 ViStatus _VI_FUNC IviConfig_GetPhysicalNameCount(IviConfigHandle collection, ViInt32* count) {
-    return GetCount("GetPhysicalNameCount", collection, Kind::kPhysicalNames, count);
+    return GetCount("GetPhysicalNameCount", collection, Kind::PhysicalNames, count);
 }
 
 ViStatus _VI_FUNC IviConfig_GetPhysicalNameItemByIndex(IviConfigHandle collection, ViInt32 index,
                                                        IviConfigHandle* item) {
-    return GetItemByIndex("GetPhysicalNameItemByIndex", collection, Kind::kPhysicalNames, Kind::kPhysicalName, index,
+    return GetItemByIndex("GetPhysicalNameItemByIndex", collection, Kind::PhysicalNames, Kind::PhysicalName, index,
                           item);
 }
 
 ViStatus _VI_FUNC IviConfig_GetPhysicalNamePropertyViString(IviConfigHandle item, ViInt32 id, ViInt32 size,
                                                             ViChar value[]) {
-    return GetText("GetPhysicalNamePropertyViString", item, Kind::kPhysicalName, kPhysicalNameTexts, id, size, value);
+    return GetText("GetPhysicalNamePropertyViString", item, Kind::PhysicalName, kPhysicalNameTexts, id, size, value);
 }
 
 ViStatus _VI_FUNC IviConfig_GetSessionSoftwareModuleReference(IviConfigHandle session, IviConfigHandle* module) {
-    return GetObject("GetSessionSoftwareModuleReference", session, {Kind::kSession}, module,
+    return GetObject("GetSessionSoftwareModuleReference", session, {Kind::Session}, module,
                      [](const StoreFile& file, const Object& object) {
-                         return Follow(file, object.node, "IviSoftwareModuleRef", Kind::kSoftwareModule,
+                         return Follow(file, object.node, "IviSoftwareModuleRef", Kind::SoftwareModule,
                                        "IviSoftwareModule");
                      });
 }
 
 ViStatus _VI_FUNC IviConfig_GetSessionHardwareAssetReference(IviConfigHandle session, IviConfigHandle* asset) {
-    return GetObject("GetSessionHardwareAssetReference", session, {Kind::kSession}, asset,
+    return GetObject("GetSessionHardwareAssetReference", session, {Kind::Session}, asset,
                      [](const StoreFile& file, const Object& object) {
-                         return Follow(file, object.node, "IviHardwareAsset", Kind::kHardwareAsset, "IviHardwareAsset");
+                         return Follow(file, object.node, "IviHardwareAsset", Kind::HardwareAsset, "IviHardwareAsset");
                      });
 }
 
 ViStatus _VI_FUNC IviConfig_GetHardwareAssetPropertyViString(IviConfigHandle asset, ViInt32 id, ViInt32 size,
                                                              ViChar value[]) {
-    return GetText("GetHardwareAssetPropertyViString", asset, Kind::kHardwareAsset, kAssetTexts, id, size, value);
+    return GetText("GetHardwareAssetPropertyViString", asset, Kind::HardwareAsset, kAssetTexts, id, size, value);
 }
 
 ViStatus _VI_FUNC IviConfig_GetDriverSessionPropertyViBoolean(IviConfigHandle session, ViInt32 id, ViBoolean* value) {
     return OnStore("GetDriverSessionPropertyViBoolean", session, [&](OpenStore& store) {
-        return GiveValue(store.At(session, {Kind::kSession}).node, ElementOf(kSessionFlags, id), ToBoolean,
+        return GiveValue(store.At(session, {Kind::Session}).node, ElementOf(kSessionFlags, id), ToBoolean,
                          IVI_CONFIG_ERROR_DESERIALIZE_FAILED, value);
     });
 }
 
 ViStatus _VI_FUNC IviConfig_GetDriverSessionPropertyViString(IviConfigHandle session, ViInt32 id, ViInt32 size,
                                                              ViChar value[]) {
-    return GetText("GetDriverSessionPropertyViString", session, Kind::kSession, kSessionTexts, id, size, value);
+    return GetText("GetDriverSessionPropertyViString", session, Kind::Session, kSessionTexts, id, size, value);
 }
 
 ViStatus _VI_FUNC IviConfig_GetSessionVirtualNameCollection(IviConfigHandle session, IviConfigHandle* collection) {
-    return GetObject("GetSessionVirtualNameCollection", session, {Kind::kSession}, collection,
+    return GetObject("GetSessionVirtualNameCollection", session, {Kind::Session}, collection,
                      [](const StoreFile& file, const Object& object) {
-                         return Collect(Kind::kVirtualNames, file, object.node, "VirtualNames", "IviVirtualName");
+                         return Collect(Kind::VirtualNames, file, object.node, "VirtualNames", "IviVirtualName");
                      });
 }
 
 ViStatus _VI_FUNC IviConfig_GetVirtualNameCount(IviConfigHandle collection, ViInt32* count) {
-    return GetCount("GetVirtualNameCount", collection, Kind::kVirtualNames, count);
+    return GetCount("GetVirtualNameCount", collection, Kind::VirtualNames, count);
 }
 
 ViStatus _VI_FUNC IviConfig_GetVirtualNameItemByIndex(IviConfigHandle collection, ViInt32 index,
                                                       IviConfigHandle* item) {
-    return GetItemByIndex("GetVirtualNameItemByIndex", collection, Kind::kVirtualNames, Kind::kVirtualName, index,
-                          item);
+    return GetItemByIndex("GetVirtualNameItemByIndex", collection, Kind::VirtualNames, Kind::VirtualName, index, item);
 }
 
 ViStatus _VI_FUNC IviConfig_GetVirtualNamePropertyViString(IviConfigHandle item, ViInt32 id, ViInt32 size,
                                                            ViChar value[]) {
-    return GetText("GetVirtualNamePropertyViString", item, Kind::kVirtualName, kVirtualNameTexts, id, size, value);
+    return GetText("GetVirtualNamePropertyViString", item, Kind::VirtualName, kVirtualNameTexts, id, size, value);
 }
 
 ViStatus _VI_FUNC IviConfig_GetVirtualNameVirtualRangeCollection(IviConfigHandle item, IviConfigHandle* collection) {
-    return GetObject("GetVirtualNameVirtualRangeCollection", item, {Kind::kVirtualName}, collection,
+    return GetObject("GetVirtualNameVirtualRangeCollection", item, {Kind::VirtualName}, collection,
                      [](const StoreFile& file, const Object& object) {
-                         return Collect(Kind::kVirtualRanges, file, object.node, "VirtualRanges", "IviVirtualRange");
+                         return Collect(Kind::VirtualRanges, file, object.node, "VirtualRanges", "IviVirtualRange");
                      });
 }
 
 ViStatus _VI_FUNC IviConfig_GetVirtualRangeCount(IviConfigHandle collection, ViInt32* count) {
-    return GetCount("GetVirtualRangeCount", collection, Kind::kVirtualRanges, count);
+    return GetCount("GetVirtualRangeCount", collection, Kind::VirtualRanges, count);
 }
 
 ViStatus _VI_FUNC IviConfig_GetVirtualRangeItemByIndex(IviConfigHandle collection, ViInt32 index,
                                                        IviConfigHandle* range) {
-    return GetItemByIndex("GetVirtualRangeItemByIndex", collection, Kind::kVirtualRanges, Kind::kVirtualRange, index,
+    return GetItemByIndex("GetVirtualRangeItemByIndex", collection, Kind::VirtualRanges, Kind::VirtualRange, index,
                           range);
 }
 
 ViStatus _VI_FUNC IviConfig_GetVirtualRangePropertyViInt32(IviConfigHandle range, ViInt32 id, ViInt32* value) {
     return OnStore("GetVirtualRangePropertyViInt32", range, [&](OpenStore& store) {
-        return GiveValue(store.At(range, {Kind::kVirtualRange}).node, ElementOf(kRangeIntegers, id), ToInteger,
+        return GiveValue(store.At(range, {Kind::VirtualRange}).node, ElementOf(kRangeIntegers, id), ToInteger,
                          IVI_CONFIG_ERROR_DESERIALIZE_FAILED, value);
     });
 }
@@ -538,13 +537,13 @@ ViStatus _VI_FUNC IviConfig_GetVirtualRangePropertyViInt32(IviConfigHandle range
 ViStatus _VI_FUNC IviConfig_GetConfigComponentDataComponentCollection(IviConfigHandle component,
                                                                       IviConfigHandle* collection) {
     return GetObject("GetConfigComponentDataComponentCollection", component,
-                     {Kind::kSoftwareModule, Kind::kSession, Kind::kHardwareAsset}, collection,
+                     {Kind::SoftwareModule, Kind::Session, Kind::HardwareAsset}, collection,
                      [](const StoreFile& file, const Object& object) { return CollectComponents(file, object.node); });
 }
 
 ViStatus _VI_FUNC IviConfig_GetStructureDataComponentCollection(IviConfigHandle structure,
                                                                 IviConfigHandle* collection) {
-    return GetObject("GetStructureDataComponentCollection", structure, {Kind::kDataComponent}, collection,
+    return GetObject("GetStructureDataComponentCollection", structure, {Kind::DataComponent}, collection,
                      [](const StoreFile& file, const Object& object) {
                          if (!Is(object.node, kStructure)) {
                              throw NotA(object.node, "of type Structure");
@@ -554,25 +553,25 @@ ViStatus _VI_FUNC IviConfig_GetStructureDataComponentCollection(IviConfigHandle 
 }
 
 ViStatus _VI_FUNC IviConfig_GetDataComponentCount(IviConfigHandle collection, ViInt32* count) {
-    return GetCount("GetDataComponentCount", collection, Kind::kDataComponents, count);
+    return GetCount("GetDataComponentCount", collection, Kind::DataComponents, count);
 }
 
 ViStatus _VI_FUNC IviConfig_GetDataComponentItemByIndex(IviConfigHandle collection, ViInt32 index,
                                                         IviConfigHandle* item) {
-    return GetItemByIndex("GetDataComponentItemByIndex", collection, Kind::kDataComponents, Kind::kDataComponent, index,
+    return GetItemByIndex("GetDataComponentItemByIndex", collection, Kind::DataComponents, Kind::DataComponent, index,
                           item);
 }
 
 ViStatus _VI_FUNC IviConfig_GetDataComponentItemByName(IviConfigHandle collection, ViConstString name,
                                                        IviConfigHandle* item) {
-    return GetItemByName("GetDataComponentItemByName", collection, Kind::kDataComponents, Kind::kDataComponent, name,
+    return GetItemByName("GetDataComponentItemByName", collection, Kind::DataComponents, Kind::DataComponent, name,
                          item);
 }
 
 ViStatus _VI_FUNC IviConfig_GetDataComponentPropertyViString(IviConfigHandle item, ViInt32 id, ViInt32 size,
                                                              ViChar value[]) {
     return OnStore("GetDataComponentPropertyViString", item, [&](OpenStore& store) {
-        const auto node = store.At(item, {Kind::kDataComponent}).node;
+        const auto node = store.At(item, {Kind::DataComponent}).node;
         const auto* element = ElementOf(kComponentTexts, id);
         if (id == kComponentValue && !Is(node, kString)) {
             throw NotA(node, "of type String");

@@ -29,18 +29,18 @@ class Failure : public std::exception {
 };
 
 enum class Kind {
-    kSoftwareModules,
-    kSoftwareModule,
-    kPhysicalNames,
-    kPhysicalName,
-    kSession,
-    kHardwareAsset,
-    kVirtualNames,
-    kVirtualName,
-    kVirtualRanges,
-    kVirtualRange,
-    kDataComponents,
-    kDataComponent,
+    SoftwareModules,
+    SoftwareModule,
+    PhysicalNames,
+    PhysicalName,
+    Session,
+    HardwareAsset,
+    VirtualNames,
+    VirtualName,
+    VirtualRanges,
+    VirtualRange,
+    DataComponents,
+    DataComponent,
 };
 
 /// What a handle stands for: an object of the store file, or a collection of them.

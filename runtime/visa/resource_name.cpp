@@ -106,7 +106,7 @@ std::optional<ResourceName> ParseTcpip(const Parts& parts) {
     if (!host || !ReadNumber(parts.part[2], name.port) || name.port == 0) {
         return std::nullopt;
     }
-    name.interface = Interface::kSocket;
+    name.interface = Interface::Socket;
     name.host = *host;
     return name;
 }
@@ -120,7 +120,7 @@ std::optional<ResourceName> ParseSerial(const Parts& parts, std::string_view key
         return std::nullopt;
     }
     ResourceName name;
-    name.interface = Interface::kSerial;
+    name.interface = Interface::Serial;
     name.device = device;
     return name;
 }

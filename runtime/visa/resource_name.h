@@ -9,13 +9,13 @@
 namespace runtime {
 
 enum class Interface {
-    kSocket, // TCPIP<board>::<host>::<port>::SOCKET
-    kSerial, // ASRL<port>::INSTR, or a device path in the port's place
-    kOther,  // well-formed, of a kind that nobody here serves
+    Socket, // TCPIP<board>::<host>::<port>::SOCKET
+    Serial, // ASRL<port>::INSTR, or a device path in the port's place
+    Other,  // well-formed, of a kind that nobody here serves
 };
 
 struct ResourceName {
-    Interface interface = Interface::kOther;
+    Interface interface = Interface::Other;
     std::string host;       // socket; without the brackets of an IPv6 address
     std::uint16_t port = 0; // socket; never 0
     std::string device;     // serial: what follows ASRL, in the letter case given

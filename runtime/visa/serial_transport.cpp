@@ -1,8 +1,7 @@
-// Asio opens the line and sets it up; bytes are moved by the system's own calls, whose waiting a deadline can bound.
+// Asio opens the line and sets it up. Bytes are moved by the system's own calls, which a deadline can bound.
 #include "runtime/visa/serial_transport.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/ioctl.h>
 #include <termios.h>
@@ -21,7 +20,9 @@
 #include <mutex>
 #include <thread>
 
+#include "runtime/visa/descriptor_wait.h"
 #include "runtime/visa/file_descriptor.h"
+#include "runtime/visa/transfer.h"
 
 namespace runtime {
 
@@ -29,7 +30,7 @@ namespace {
 
 using Line = asio::serial_port;
 
-/// A VISA value and what it means to the line; values that are not listed cannot be had.
+/// A VISA value and the setting that it stands for; other values are not supported.
 template <typename Setting>
 struct Choice {
     ViAttrState value;
@@ -50,8 +51,7 @@ constexpr std::array kFlowControls{
     Choice<Line::flow_control>{VI_ASRL_FLOW_RTS_CTS, Line::flow_control::hardware},
 };
 
-/// What a failed call on an open line means: an adapter that was pulled out and a pseudo-terminal whose other end is
-/// closed are lost connections.
+/// An adapter that was unplugged and a pseudo-terminal whose other end is closed are lost connections.
 ViStatus StatusOf(int error) {
     switch (error) {
     case EIO:
@@ -76,10 +76,6 @@ ViStatus StatusOfOpening(int error) {
     default:
         return VI_ERROR_RSRC_NFOUND;
     }
-}
-
-bool IsWorthAnotherTry(int error) {
-    return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; // NOLINT: two names of one number here
 }
 
 class SerialTransport final : public Transport {
@@ -117,41 +113,14 @@ class SerialTransport final : public Transport {
     }
 
     Progress Receive(std::span<ViByte> into, const Deadline& deadline) override {
-        while (!interrupted_) {
-            const auto received = ::read(Number(), into.data(), into.size());
-            if (received > 0) {
-                return {VI_SUCCESS, static_cast<std::size_t>(received)};
-            }
-            if (received == 0) {
-                return {VI_ERROR_CONN_LOST, 0};
-            }
-            if (!IsWorthAnotherTry(errno)) {
-                return {StatusOf(errno), 0};
-            }
-            if (!WaitFor(POLLIN, deadline)) {
-                return {VI_ERROR_TMO, 0};
-            }
-        }
-        return {VI_ERROR_IO, 0};
+        return ReceiveSome([&] { return Result(::read(Number(), into.data(), into.size())); },
+                           [&] { return WaitFor(Number(), POLLIN, deadline, wakeUp_.Number()); });
     }
 
     Progress Send(std::span<const ViByte> bytes, const Deadline& deadline) override {
-        std::size_t sent = 0;
-        while (sent < bytes.size()) {
-            if (interrupted_) {
-                return {VI_ERROR_IO, sent};
-            }
-            const auto rest = bytes.subspan(sent);
-            const auto count = ::write(Number(), rest.data(), rest.size());
-            if (count >= 0) {
-                sent += static_cast<std::size_t>(count);
-            } else if (!IsWorthAnotherTry(errno)) {
-                return {StatusOf(errno), sent};
-            } else if (!WaitFor(POLLOUT, deadline)) {
-                return {VI_ERROR_TMO, sent};
-            }
-        }
-        return {VI_SUCCESS, sent};
+        return SendAll(
+            bytes, [&](std::span<const ViByte> rest) { return Result(::write(Number(), rest.data(), rest.size())); },
+            [&] { return WaitFor(Number(), POLLOUT, deadline, wakeUp_.Number()); });
     }
 
     void Interrupt() override {
@@ -196,6 +165,12 @@ class SerialTransport final : public Transport {
   private:
     int Number() { return line_.native_handle(); }
 
+    /// The result of a call of the system; after Interrupt every call fails.
+    [[nodiscard]] Attempt Result(ssize_t bytes) const {
+        const ViStatus failed = WouldBlock(errno) ? VI_SUCCESS : StatusOf(errno);
+        return interrupted_ ? Attempt{-1, VI_ERROR_IO} : bytes >= 0 ? Attempt{bytes} : Attempt{-1, failed};
+    }
+
     template <typename Setting>
     ViStatus Set(const Setting& setting) {
         const std::lock_guard lock(settingUp_);
@@ -214,23 +189,8 @@ class SerialTransport final : public Transport {
         return choice == choices.end() ? VI_ERROR_NSUP_ATTR_STATE : Set(Setting(choice->meaning));
     }
 
-    /// Waits for `events` or an interruption; false when the deadline came first. Errors count as events: the call that
-    /// follows tells them.
-    bool WaitFor(short events, const Deadline& deadline) {
-        for (;;) {
-            std::array<pollfd, 2> waiting{{{Number(), events, 0}, {wakeUp_.Number(), POLLIN, 0}}};
-            const int ready = ::poll(waiting.data(), waiting.size(), deadline.PollTime());
-            if (ready > 0 || (ready < 0 && errno != EINTR)) {
-                return true;
-            }
-            if (deadline.HasPassed()) {
-                return false;
-            }
-        }
-    }
-
-    /// The system, when it closes a line, waits up to half a minute for what is still to be sent. It gets the I/O
-    /// time-out, at most two seconds; what is left then, because the other end holds the line up, is dropped.
+    /// Closing a line blocks for up to half a minute while bytes wait to be sent. This waits for at most the I/O
+    /// time-out and two seconds, then discards what a held-up line has not sent.
     void FinishSending() {
         constexpr ViUInt32 kLongest = 2000; // ms
         const Deadline deadline(std::min<ViUInt32>(timeout_, kLongest));
@@ -244,8 +204,8 @@ class SerialTransport final : public Transport {
         }
     }
 
-    // Never run: the line belongs to one, that is all. Its own files come first and take the numbers of standard
-    // streams that are closed, so the line never does.
+    // Never run: a serial_port needs a context to exist. The context opens its own files first, so they take the
+    // numbers of closed standard streams and the line does not.
     asio::io_context context_{1};
     Line line_{context_};
     std::mutex settingUp_;        // a setting is read, changed and written back

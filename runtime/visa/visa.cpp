@@ -25,9 +25,9 @@ struct Connector {
     std::unique_ptr<Transport> (*connect)(const ResourceName& name, const Deadline& deadline, ViStatus& status);
 };
 constexpr Connector kConnectors[] = {
-    {Interface::kSocket, ConnectSocket},
+    {Interface::Socket, ConnectSocket},
 #ifndef _WIN32
-    {Interface::kSerial, OpenSerialLine},
+    {Interface::Serial, OpenSerialLine},
 #endif
 };
 

@@ -1,4 +1,4 @@
-// Raw TCP on Windows, for the development platform. All calls on sockets there are in this file.
+// TCP sockets of Windows, for the development platform.
 #include <winsock2.h>
 #include <ws2tcpip.h>
 
@@ -9,25 +9,12 @@
 #include <cstddef>
 #include <utility>
 
-#include "runtime/visa/resolver.h"
 #include "runtime/visa/socket_transport.h"
+#include "runtime/visa/transfer.h"
 
 namespace runtime {
 
 namespace {
-
-/// Winsock for the process, once and to its end. The DLL stays with it: a thread that looks a host name up may outlive
-/// the call that started it.
-bool StartWinsock() {
-    static const bool started = [] {
-        WSADATA about;
-        HMODULE here = nullptr;
-        return ::WSAStartup(MAKEWORD(2, 2), &about) == 0 &&
-               ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                                    reinterpret_cast<const char*>(&StartWinsock), &here) != 0;
-    }();
-    return started;
-}
 
 class Socket {
   public:
@@ -48,10 +35,10 @@ class Socket {
     SOCKET number_;
 };
 
-enum class Direction { kIn, kOut };
+enum class Direction { In, Out };
 
-/// Waits until the socket is ready or has failed (the call that follows tells), at most a moment, so that interrupts
-/// are seen; false when the moment or the deadline came first.
+/// Waits until the socket is ready or has failed, at most for a moment, so that the caller can check for interrupts.
+/// Returns false when the moment or the deadline has passed.
 bool WaitAMoment(SOCKET socket, Direction direction, const Deadline& deadline) {
     constexpr int kMoment = 50; // ms
     const int left = deadline.PollTime();
@@ -63,8 +50,8 @@ bool WaitAMoment(SOCKET socket, Direction direction, const Deadline& deadline) {
     waiting.fd_count = failed.fd_count = 1;
     waiting.fd_array[0] = failed.fd_array[0] = socket;
     timeval time{0, wait * 1000};
-    auto* const in = direction == Direction::kIn ? &waiting : nullptr;
-    auto* const out = direction == Direction::kOut ? &waiting : nullptr;
+    auto* const in = direction == Direction::In ? &waiting : nullptr;
+    auto* const out = direction == Direction::Out ? &waiting : nullptr;
     return ::select(0, in, out, &failed, &time) != 0;
 }
 
@@ -95,34 +82,21 @@ class WinsockTransport final : public Transport {
     explicit WinsockTransport(Socket socket) : socket_(std::move(socket)) {}
 
     Progress Receive(std::span<ViByte> into, const Deadline& deadline) override {
-        for (;;) {
-            const int received =
-                ::recv(socket_.Number(), reinterpret_cast<char*>(into.data()), Limited(into.size()), 0);
-            if (received > 0) {
-                return {VI_SUCCESS, static_cast<std::size_t>(received)};
-            }
-            if (received == 0) {
-                return {VI_ERROR_CONN_LOST, 0};
-            }
-            if (const auto status = Await(Direction::kIn, deadline); status < 0) {
-                return {status, 0};
-            }
-        }
+        return ReceiveSome(
+            [&] {
+                return Result(::recv(socket_.Number(), reinterpret_cast<char*>(into.data()), Limited(into.size()), 0));
+            },
+            [&] { return Wait(Direction::In, deadline); });
     }
 
     Progress Send(std::span<const ViByte> bytes, const Deadline& deadline) override {
-        std::size_t sent = 0;
-        while (sent < bytes.size()) {
-            const auto rest = bytes.subspan(sent);
-            const int count =
-                ::send(socket_.Number(), reinterpret_cast<const char*>(rest.data()), Limited(rest.size()), 0);
-            if (count >= 0) {
-                sent += static_cast<std::size_t>(count);
-            } else if (const auto status = Await(Direction::kOut, deadline); status < 0) {
-                return {status, sent};
-            }
-        }
-        return {VI_SUCCESS, sent};
+        return SendAll(
+            bytes,
+            [&](std::span<const ViByte> rest) {
+                return Result(
+                    ::send(socket_.Number(), reinterpret_cast<const char*>(rest.data()), Limited(rest.size()), 0));
+            },
+            [&] { return Wait(Direction::Out, deadline); });
     }
 
     void Interrupt() override {
@@ -131,11 +105,15 @@ class WinsockTransport final : public Transport {
     }
 
   private:
-    /// After a call that failed: waits until it is worth repeating, or tells why it is not.
-    ViStatus Await(Direction direction, const Deadline& deadline) {
-        if (const int error = ::WSAGetLastError(); error != WSAEWOULDBLOCK) {
-            return StatusOf(error);
+    static Attempt Result(int bytes) {
+        if (bytes >= 0) {
+            return {bytes};
         }
+        const int error = ::WSAGetLastError();
+        return {-1, error == WSAEWOULDBLOCK ? VI_SUCCESS : StatusOf(error)};
+    }
+
+    ViStatus Wait(Direction direction, const Deadline& deadline) {
         while (!interrupted_) {
             if (WaitAMoment(socket_.Number(), direction, deadline)) {
                 return VI_SUCCESS;
@@ -151,8 +129,8 @@ class WinsockTransport final : public Transport {
     std::atomic<bool> interrupted_{false};
 };
 
-/// A connected socket, or none with the reason in `status`.
-Socket ConnectTo(const addrinfo& address, const Deadline& deadline, ViStatus& status) {
+/// Returns a connected socket, or none with the reason in `status`.
+Socket Connected(const addrinfo& address, const Deadline& deadline, ViStatus& status) {
     Socket socket(::socket(address.ai_family, address.ai_socktype, address.ai_protocol));
     u_long on = 1;
     if (!socket.IsOpen() || ::ioctlsocket(socket.Number(), static_cast<long>(FIONBIO), &on) != 0) {
@@ -163,7 +141,7 @@ Socket ConnectTo(const addrinfo& address, const Deadline& deadline, ViStatus& st
     if (::connect(socket.Number(), address.ai_addr, static_cast<int>(address.ai_addrlen)) != 0) {
         error = ::WSAGetLastError();
         if (error == WSAEWOULDBLOCK) {
-            while (!WaitAMoment(socket.Number(), Direction::kOut, deadline)) {
+            while (!WaitAMoment(socket.Number(), Direction::Out, deadline)) {
                 if (deadline.HasPassed()) {
                     status = VI_ERROR_TMO;
                     return Socket();
@@ -177,29 +155,29 @@ Socket ConnectTo(const addrinfo& address, const Deadline& deadline, ViStatus& st
         status = error == WSAETIMEDOUT ? VI_ERROR_TMO : VI_ERROR_RSRC_NFOUND;
         return Socket();
     }
-    const BOOL noDelay = TRUE; // a command is sent when it is written
+    const BOOL noDelay = TRUE; // a command is sent as soon as it is written
     ::setsockopt(socket.Number(), IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&noDelay), sizeof noDelay);
     return socket;
 }
 
 } // namespace
 
-std::unique_ptr<Transport> ConnectSocket(const ResourceName& name, const Deadline& deadline, ViStatus& status) {
-    if (!StartWinsock()) {
-        status = VI_ERROR_SYSTEM_ERROR;
-        return nullptr;
-    }
-    const auto addresses = Resolve(name.host, name.port, deadline, status);
-    std::size_t left = 0;
-    for (const auto* address = addresses.get(); address != nullptr; address = address->ai_next) {
-        ++left;
-    }
-    for (const auto* address = addresses.get(); address != nullptr; address = address->ai_next, --left) {
-        if (auto socket = ConnectTo(*address, deadline.Share(left), status); socket.IsOpen()) {
-            return std::make_unique<WinsockTransport>(std::move(socket));
-        }
-    }
-    return nullptr;
+/// Starts Winsock once per process and keeps this DLL loaded: a thread that looks up a host name may outlive the call
+/// that started it.
+bool StartSockets() {
+    static const bool started = [] {
+        WSADATA about;
+        HMODULE here = nullptr;
+        return ::WSAStartup(MAKEWORD(2, 2), &about) == 0 &&
+               ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                                    reinterpret_cast<const char*>(&StartSockets), &here) != 0;
+    }();
+    return started;
+}
+
+std::unique_ptr<Transport> ConnectTo(const addrinfo& address, const Deadline& deadline, ViStatus& status) {
+    auto socket = Connected(address, deadline, status);
+    return socket.IsOpen() ? std::make_unique<WinsockTransport>(std::move(socket)) : nullptr;
 }
 
 } // namespace runtime

@@ -30,7 +30,7 @@ TEST(VisaResourceTest, SocketsHaveAHostAndAPort) {
     for (const auto& [text, host, port] : cases) {
         const auto name = ParseResourceName(text);
         ASSERT_TRUE(name) << text;
-        EXPECT_EQ(name->interface, Interface::kSocket) << text;
+        EXPECT_EQ(name->interface, Interface::Socket) << text;
         EXPECT_EQ(name->host, host) << text;
         EXPECT_EQ(name->port, port) << text;
     }
@@ -47,7 +47,7 @@ TEST(VisaResourceTest, SerialLinesHaveADeviceInItsOwnLetterCase) {
     for (const auto& [text, device] : cases) {
         const auto name = ParseResourceName(text);
         ASSERT_TRUE(name) << text;
-        EXPECT_EQ(name->interface, Interface::kSerial) << text;
+        EXPECT_EQ(name->interface, Interface::Serial) << text;
         EXPECT_EQ(name->device, device) << text;
     }
 }
@@ -71,7 +71,7 @@ TEST(VisaResourceTest, OtherKindsAreRecognized) {
          }) {
         const auto name = ParseResourceName(text);
         ASSERT_TRUE(name) << text;
-        EXPECT_EQ(name->interface, Interface::kOther) << text;
+        EXPECT_EQ(name->interface, Interface::Other) << text;
     }
 }
 
