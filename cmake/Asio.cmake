@@ -4,8 +4,7 @@ include_guard(GLOBAL)
 find_package(Threads REQUIRED)
 find_path(TARNEX_ASIO_INCLUDE_DIR asio.hpp REQUIRED)
 
-# Its fences make GCC warn that the thread sanitizer does not see them; its locks, which it does see, are what orders its
-# handlers.
+# GCC warns that the thread sanitizer ignores Asio's fences. Locks order its handlers, and the sanitizer sees locks.
 add_library(tarnex_asio INTERFACE)
 target_include_directories(tarnex_asio SYSTEM INTERFACE ${TARNEX_ASIO_INCLUDE_DIR})
 target_compile_definitions(tarnex_asio INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED)

@@ -1,4 +1,4 @@
-# How every target of this project is compiled, and the two functions that the rooms declare their targets with.
+# Compiler settings of every target, and the function with which layers declare theirs.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -15,17 +15,17 @@ target_include_directories(tarnex_settings INTERFACE ${PROJECT_SOURCE_DIR})
 if(MSVC)
   # /EHs without c: exceptions may leave the exported functions, which are extern "C".
   target_compile_options(tarnex_settings INTERFACE /W4 /permissive- /utf-8 $<$<COMPILE_LANGUAGE:CXX>:/EHs;/EHc->)
-  # Nothing of the compiler's own beside the DLL.
+  # No compiler's DLL is needed beside ours.
   set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 else()
   target_compile_options(tarnex_settings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  # GCC 12 sees overlapping copies in its own library's "text" + std::string (GCC bug 105651).
+  # GCC 12 wrongly reports overlapping copies in "text" + std::string (GCC bug 105651).
   target_compile_options(tarnex_settings INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
 endif()
 if(MINGW)
-  # Nothing of the compiler's own beside a program or DLL.
+  # No compiler's DLL is needed beside a program or DLL of ours.
   target_link_options(tarnex_settings INTERFACE -static)
 endif()
 if(TARNEX_WARNINGS_AS_ERRORS)
@@ -36,15 +36,15 @@ if(TARNEX_SANITIZERS)
                          -fsanitize=${TARNEX_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tarnex_settings INTERFACE -fsanitize=${TARNEX_SANITIZERS})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # The instrumentation hides initializations from this warning (in std::regex, for one); the other builds keep it.
+    # False positives in instrumented code (std::regex for example); the other builds keep the warning.
     target_compile_options(tarnex_settings INTERFACE -Wno-maybe-uninitialized)
   endif()
 endif()
 
-# A floor of the driver: a static library that a test can link alone. Its symbols stay hidden in what links it.
+# Declares a layer: a static library that a test can link alone, with hidden symbols.
 function(tarnex_add_layer name)
   add_library(${name} STATIC ${ARGN})
-  # For our own sources and tests; who links to the installed library chooses its own warnings.
+  # For our own sources and tests only: users of the installed library choose their own warnings.
   target_link_libraries(${name} PUBLIC $<BUILD_INTERFACE:tarnex_settings>)
   set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 endfunction()

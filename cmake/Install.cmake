@@ -1,8 +1,8 @@
-# What `cmake --install` puts where, and the package that find_package(TARNEX) finds:
+# The installed files, and the package of find_package(TARNEX):
 #   TARNEX::TARNEX      the driver's shared library with its header
-#   TARNEX::instrument  the command layer, a static library for C++ programs of their own
-# The built-in platform runtime goes into a folder of its own beside the driver, which finds it by its run path; so it
-# never shadows a vendor's libraries.
+#   TARNEX::instrument  the command layer, a static library for C++ programs
+# The built-in platform runtime is installed into a folder of its own, where the driver finds it by its run path. Other
+# programs do not find it, so it never shadows a vendor's libraries.
 
 if(WIN32 OR NOT TARNEX_PLATFORM_RUNTIME)
   return()
@@ -18,7 +18,7 @@ set_target_properties(TARNEX PROPERTIES INSTALL_RPATH "$ORIGIN/tarnex")
 set_target_properties(tarnex_instrument PROPERTIES EXPORT_NAME instrument)
 set_target_properties(tarnex_headers PROPERTIES EXPORT_NAME headers)
 
-# Its headers need C++20, also in a program that does not ask for it.
+# The headers need C++20, even in a program that does not request it.
 target_compile_features(tarnex_instrument INTERFACE cxx_std_20)
 target_link_libraries(tarnex_visa_io INTERFACE $<INSTALL_INTERFACE:TARNEX::tarnex_visa>)
 foreach(layer text status visa_io instrument)
@@ -30,7 +30,7 @@ install(FILES ${PROJECT_SOURCE_DIR}/platform/vi_types.h ${PROJECT_SOURCE_DIR}/pl
         DESTINATION ${layer_includes}/platform)
 install(FILES ${PROJECT_SOURCE_DIR}/include/TARNEX.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
-# Where Debian's Python looks when the prefix is /usr; the module finds the library from there.
+# The folder of Debian's Python when the prefix is /usr. The module finds the library relative to it.
 install(FILES ${PROJECT_SOURCE_DIR}/python/tarnex.py DESTINATION lib/python3/dist-packages)
 
 install(TARGETS TARNEX tarnex_headers tarnex_text tarnex_status tarnex_visa_io tarnex_instrument EXPORT TARNEXTargets

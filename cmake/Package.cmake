@@ -1,11 +1,10 @@
-# What `make package` packs beside Install.cmake's files, and how. The Windows zip is laid out as the folders under the
-# IVI root; its function panel files are not part of it yet.
+# The packages of `make package`. The Windows zip has the layout of the IVI root, without function panel files.
 
 if(NOT PROJECT_IS_TOP_LEVEL OR MSVC)
   return()
 endif()
 
-# Documents and examples lie to each other as in the repository, so that the links between them hold.
+# Documents and examples are laid out as in the repository, so that the links between them work.
 function(tarnex_install_documents folder)
   install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/LICENSE
           DESTINATION ${folder})
@@ -26,7 +25,7 @@ else()
   include(GNUInstallDirs)
   tarnex_install_documents(${CMAKE_INSTALL_DATADIR}/doc/tarnex)
 
-  # The package may be unpacked anywhere: paths count from the file itself.
+  # The package may be unpacked anywhere, so paths are relative to the file.
   set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
   file(RELATIVE_PATH prefix_from_here /${pkgconfig_folder} /)
   string(REGEX REPLACE "/$" "" prefix_from_here "${prefix_from_here}")

@@ -1,9 +1,9 @@
-# TARNEX::tarnex_visa: the VISA library of the system, under the name that the vendors' common loader has (VPP-4.3.5).
-# Also installed, for those who link to the static layers.
+# TARNEX::tarnex_visa: the VISA library of the system under its common name (VPP-4.3.5). Installed too, for programs
+# that link to the static layers.
 if(NOT TARGET TARNEX::tarnex_visa)
   find_library(TARNEX_SYSTEM_VISA NAMES libivivisa.so.0)
   if(NOT TARNEX_SYSTEM_VISA)
-    message(FATAL_ERROR "There is no libivivisa.so.0 where libraries are looked for. Install your vendor's VISA, name its "
+    message(FATAL_ERROR "libivivisa.so.0 was not found. Install your vendor's VISA, name its "
                         "folder with -DCMAKE_LIBRARY_PATH=..., or use the driver's own with -DTARNEX_VISA=builtin.")
   endif()
   add_library(TARNEX::tarnex_visa SHARED IMPORTED GLOBAL)

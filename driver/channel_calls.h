@@ -1,4 +1,4 @@
-// The frames of the channel functions and channel attributes. What differs between them is one line each.
+// The frames of the channel functions and channel attributes. An export adds the one line that differs.
 #pragma once
 
 #include <string_view>
@@ -16,7 +16,7 @@ ViStatus LockedCall(ViSession vi, const Body& body) {
 }
 
 /// Runs `operate(instrument, channel)` on each selected channel in the selector's order, until one returns a non-zero
-/// status. A negative one has been recorded when this returns.
+/// status. A negative status has been recorded on return.
 template <typename Operate>
 ViStatus ForEachChannel(TARNEXDriverSession& session, ViConstString selector, const Operate& operate) {
     OutputChannels::NameList names;
@@ -33,8 +33,8 @@ ViStatus ForEachChannel(TARNEXDriverSession& session, ViConstString selector, co
     return VI_SUCCESS;
 }
 
-/// The frame of the configuring functions and of the attribute setters: every selected channel, then the instrument's
-/// status.
+/// The frame of the configuring functions and of the attribute setters: runs `operate` on every selected channel, then
+/// checks the instrument's status.
 template <typename Operate>
 ViStatus Configure(ViSession vi, ViConstString selector, const Operate& operate) {
     return LockedCall(vi, [&](TARNEXDriverSession& session) {
@@ -43,7 +43,7 @@ ViStatus Configure(ViSession vi, ViConstString selector, const Operate& operate)
     });
 }
 
-/// The frame of the functions that have nothing to send.
+/// The frame of the functions that send nothing: checks the selector.
 inline ViStatus ValidateSelector(ViSession vi, ViConstString selector) {
     return LockedCall(vi, [&](TARNEXDriverSession& session) {
         OutputChannels::NameList names;
@@ -51,8 +51,7 @@ inline ViStatus ValidateSelector(ViSession vi, ViConstString selector) {
     });
 }
 
-/// The frame of the querying functions: as Configure, with an output that must not be null, which is looked at before
-/// the selector.
+/// The frame of the querying functions: checks `output` for null, then the selector, then runs as Configure.
 template <typename Operate>
 ViStatus Query(std::string_view function, std::string_view parameter, const void* output, ViSession vi,
                ViConstString selector, const Operate& operate) {

@@ -19,7 +19,7 @@ ViStatus _VI_FUNC TARNEX_ConfigureVoltageLevel(ViSession vi, ViConstString chann
     });
 }
 
-// Every behavior but trip switches the protection off; only the attribute refuses unknown ones: deliberate.
+// Required: every behavior but trip switches the protection off; only the attribute refuses unknown values.
 ViStatus _VI_FUNC TARNEX_ConfigureCurrentLimit(ViSession vi, ViConstString channelName, ViInt32 behavior,
                                                ViReal64 limit) {
     return tarnex::Configure(vi, channelName, [=](InstBase& instrument, ChannelNumber channel) {
@@ -37,7 +37,7 @@ ViStatus _VI_FUNC TARNEX_ConfigureOVP(ViSession vi, ViConstString channelName, V
     });
 }
 
-// These two send nothing, by design.
+// Required: these two functions check the selector and send nothing.
 
 ViStatus _VI_FUNC TARNEX_ConfigureOutputRange(ViSession vi, ViConstString channelName, ViInt32 /*rangeType*/,
                                               ViReal64 /*range*/) {

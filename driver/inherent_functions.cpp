@@ -1,4 +1,4 @@
-// The IVI inherent functions, but for those that open, close and lock.
+// The IVI inherent functions, except those that open, close and lock sessions.
 
 #include "include/TARNEX.h"
 
@@ -12,12 +12,12 @@
 
 namespace {
 
-// What IVI-3.2 gives the message and revision buffers.
+// The size of the message and revision buffers (IVI-3.2).
 constexpr ViInt32 kMessageSize = 256;
 
 } // namespace
 
-// Exported under a second name, TARNEX_ResetWithDefaults, by the linker.
+// The linker exports it as TARNEX_ResetWithDefaults too.
 ViStatus _VI_FUNC TARNEX_reset(ViSession vi) {
     return tarnex::LockedCall(
         vi, [](TARNEXDriverSession& session) { return session.RecordIfError(session.ResetInstrument()); });
@@ -41,7 +41,8 @@ ViStatus _VI_FUNC TARNEX_error_query(ViSession vi, ViInt32* errorCode, ViChar er
         std::string message;
         status = session.RecordIfError(session.Instrument().QueryError(*errorCode, message));
         if (status == VI_SUCCESS) {
-            // The whole text: a reply is never longer than the connection's read buffer of 1024 bytes.
+            // No length check: a reply is never longer than the connection's read buffer of 1024 bytes, which the
+            // header asks of the caller's buffer.
             std::copy_n(message.c_str(), message.size() + 1, errorMessage);
         }
         return status;
@@ -61,7 +62,7 @@ ViStatus _VI_FUNC TARNEX_error_message(ViSession vi, ViStatus errorCode, ViChar 
     if (vi == VI_NULL) {
         return IVI_ERROR_INVALID_VALUE;
     }
-    // The function is named without its prefix here: deliberate.
+    // Required: the description names the function without its prefix.
     return nrt2::SetErrorInfoElab(vi, IVI_ERROR_INVALID_VALUE, "The error code supplied is not defined by the driver.",
                                   text::IntegerText(errorCode).View(), "error_message", "ErrorCode");
 }
@@ -93,7 +94,7 @@ ViStatus _VI_FUNC TARNEX_InvalidateAllAttributes(ViSession vi) {
     });
 }
 
-// The session service answers for itself here; it takes the size before the code.
+// The session service takes the size before the code.
 ViStatus _VI_FUNC TARNEX_GetError(ViSession vi, ViStatus* errorCode, ViInt32 bufferSize, ViChar description[]) {
     return IviSession_GetError(vi, bufferSize, errorCode, description);
 }

@@ -5,16 +5,16 @@
 
 namespace tarnex {
 
-/// What the driver session adds to the caller's option string for the instrument object.
+/// The options that the driver session adds to the caller's option string.
 struct OptionPairs {
     bool simulate = false;
     bool queryInstrumentStatus = false;
     std::string_view model; ///< empty: none
 };
 
-/// The option string with the pairs "Simulate=true", "QueryInstrStatus=true" and "Model=..." merged in, in this order,
-/// each behind ", " where there is text before it. A pair is left out when the text holds its key anywhere, in any
-/// letter case: what the user gave wins, and a text that merely contains the key counts as given, deliberately.
+/// Appends the pairs "Simulate=true", "QueryInstrStatus=true" and "Model=..." to `options`, in this order and separated
+/// by ", ". A pair is left out when the text contains its key in any letter case, so the caller's value wins.
+/// Required: a text that contains the key as a part of another word leaves the pair out too.
 std::string MergeOptions(std::string options, const OptionPairs& pairs);
 
 } // namespace tarnex

@@ -7,7 +7,7 @@
 
 namespace tarnex {
 
-/// The driver's one repeated capability.
+/// The driver's repeated capability (IVI-4.4: the output channels).
 struct OutputChannel {
     static constexpr std::string_view kName = "OutputChannel";
     static constexpr std::string_view kPhysicalNames = "OutputChannel1,OutputChannel2";

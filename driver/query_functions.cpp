@@ -1,4 +1,4 @@
-// Asking for limits, states and levels (IviDCPwrBase, IviDCPwrMeasurement).
+// Queries of limits, states and levels (IviDCPwrBase, IviDCPwrMeasurement).
 
 #include "include/TARNEX.h"
 
@@ -12,11 +12,12 @@ using ORVA::InstBase;
 
 namespace {
 
-// Bits of a channel's questionable condition register: what the output does not hold is what it regulates.
+// Bits of a channel's questionable condition register. In constant voltage the current is questionable, and the other
+// way round.
 constexpr unsigned kConstantCurrentBit = 0;
 constexpr unsigned kConstantVoltageBit = 1;
 
-/// The query's status is not looked at: a register that could not be read counts as 0.
+/// Required: the query's status is ignored; a register that cannot be read counts as 0.
 ViBoolean ConditionBit(InstBase& instrument, ChannelNumber channel, unsigned bit) {
     std::int32_t condition = 0;
     instrument.QueryQuestionableCondition(channel, condition);
@@ -31,7 +32,7 @@ ViStatus _VI_FUNC TARNEX_GetChannelName(ViSession vi, ViInt32 index, ViInt32 buf
         if (status < 0) {
             return status;
         }
-        // In 64 bits: the caller's index may be the lowest there is. What is out of range below stays so.
+        // 64 bits: subtracting 1 from the lowest index would overflow. An index below the range stays below it.
         const auto zeroBased = std::max<std::int64_t>(std::int64_t{index} - 1, INT32_MIN);
         return tarnex::OutputChannels::GetName(session, static_cast<ViInt32>(zeroBased), bufferSize, name);
     });
@@ -69,16 +70,16 @@ ViStatus _VI_FUNC TARNEX_QueryOutputState(ViSession vi, ViConstString channelNam
                              case TARNEX_VAL_OUTPUT_OVER_VOLTAGE:
                              case TARNEX_VAL_OUTPUT_OVER_CURRENT:
                              case TARNEX_VAL_OUTPUT_UNREGULATED:
-                                 *inState = VI_FALSE; // always, deliberately
+                                 *inState = VI_FALSE; // Required: these states are never reported
                                  break;
                              default:
-                                 break; // an unknown state leaves the output alone and is no error: deliberate
+                                 break; // Required: an unknown state is not an error and leaves the output unchanged
                              }
                              return VI_SUCCESS;
                          });
 }
 
-// The level programmed, read back, and not a reading of the output: required so.
+// Required: returns the programmed level read back from the instrument, not a measurement at the output.
 ViStatus _VI_FUNC TARNEX_Measure(ViSession vi, ViConstString channelName, ViInt32 measurementType,
                                  ViReal64* measurement) {
     return tarnex::Query("TARNEX_Measure", "Measurement", measurement, vi, channelName,

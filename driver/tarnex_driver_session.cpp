@@ -22,7 +22,7 @@ ORVA::ConnectionRecord TARNEXDriverSession::ComposeConnectionRecord() const {
         .resource = IoResourceDescriptor(),
         .idQuery = nrt2::initializationRequests.idQuery,
         .reset = nrt2::initializationRequests.reset,
-        // Without a driver session in the configuration store there is nothing to tell beyond the caller's own words.
+        // Without a driver session in the configuration store all options are the caller's own.
         .options = LogicalName().empty() ? GivenOptionString() : tarnex::MergeOptions(GivenOptionString(), pairs),
     };
 }

@@ -12,20 +12,20 @@ class TARNEXDriverSession : public nrt2::DriverSession {
   public:
     explicit TARNEXDriverSession(ViSession handle) : DriverSession(handle, tarnex::kDriverIdentity) {}
 
-    /// There is one from a successful initialization until the close.
+    /// Valid from a successful initialization until the close.
     [[nodiscard]] ORVA::InstBase& Instrument() const { return *instrument_; }
 
-    /// Puts the simulator in the instrument's place; a connection of the instrument's is closed with it.
+    /// Replaces the instrument by a simulator and closes the instrument's connection.
     void ReplaceBySimulator();
 
-    /// What the instrument object is opened with.
+    /// Returns the record with which the instrument object is opened.
     [[nodiscard]] ORVA::ConnectionRecord ComposeConnectionRecord() const;
 
     ViStatus CheckStatus() override;
     ViStatus ResetInstrument() override { return instrument_->SendReset(); }
 
   protected:
-    /// Lets go of the instrument held before.
+    /// Replaces the current instrument, which is destroyed.
     void Use(std::shared_ptr<ORVA::InstBase> instrument);
 
     ViStatus InitializeIO() override;

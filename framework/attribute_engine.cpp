@@ -124,7 +124,7 @@ ViStatus AttributeEngine::GetString(ViSession vi, ViConstString repCapName, ViAt
         return status;
     }
     if (value == nullptr && bufferSize != 0) {
-        // The size parameter is named although the buffer is what is null: deliberate.
+        // Required: the description names the size parameter although the buffer is null.
         return SetErrorInfo(vi, IVI_ERROR_NULL_POINTER, "GetAttributeViString", "AttributeValueBufferSize");
     }
     return FillTextBuffer(bufferSize, value,
@@ -138,7 +138,7 @@ ViStatus AttributeEngine::SetString(ViSession vi, ViConstString repCapName, ViAt
     return status < 0 ? status : setter(vi, repCapName, value);
 }
 
-// The engine serves these types and no others.
+// The types of attributes.
 template ViStatus AttributeEngine::Get(std::string_view, ViSession, ViConstString, ViAttr, ViInt32*) const;
 template ViStatus AttributeEngine::Get(std::string_view, ViSession, ViConstString, ViAttr, ViReal64*) const;
 template ViStatus AttributeEngine::Get(std::string_view, ViSession, ViConstString, ViAttr, ViBoolean*) const;

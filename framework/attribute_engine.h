@@ -1,5 +1,5 @@
-// Typed access to attributes through one table: the engine finds the row, checks type and direction and hands the call
-// to the row's accessor, which takes the session's lock itself. The engine takes none.
+// Typed access to attributes through one table. The engine finds the row, checks type and direction and calls the row's
+// accessor. The accessor takes the session's lock; the engine takes none.
 #pragma once
 
 #include <algorithm>
@@ -29,7 +29,7 @@ struct Accessors<ViString> {
     Setter set;
 };
 
-/// One attribute. Without a getter it is write-only, without a setter read-only.
+/// One attribute: write-only without a getter, read-only without a setter.
 class AttributeInfo {
   public:
     template <typename T>
@@ -43,10 +43,10 @@ class AttributeInfo {
         return std::visit([](const auto& accessors) { return accessors.set != nullptr; }, accessors_);
     }
 
-    /// Marks the value that `session` caches for one name invalid, or drops the cached values of every name.
+    /// Invalidates the value that `session` caches for one name, or removes the cached values of all names.
     void Invalidate(DriverSession& session, bool all, std::string_view repCapName) const;
 
-    /// Null when the attribute is of another type.
+    /// Returns null when the attribute has another type.
     template <typename T>
     [[nodiscard]] const Accessors<T>* AccessorsOf() const {
         return std::get_if<Accessors<T>>(&accessors_);
@@ -67,18 +67,18 @@ constexpr bool AreAscending(std::span<const AttributeInfo> rows) {
            }) == rows.end();
 }
 
-/// "ViInt32", "ViReal64", "ViBoolean", "ViSession" or "ViString".
+/// Returns "ViInt32", "ViReal64", "ViBoolean", "ViSession" or "ViString".
 template <typename T>
 std::string_view TypeNameOf();
 
 class AttributeEngine {
   public:
-    /// `rows` in ascending order of their identifiers; they must outlive the engine.
+    /// `rows` must be in ascending order of their identifiers and must outlive the engine.
     constexpr explicit AttributeEngine(std::span<const AttributeInfo> rows) : rows_(rows) {}
 
     [[nodiscard]] std::span<const AttributeInfo> Rows() const { return rows_; }
 
-    /// `function` is the export's name, for the description of a null `value`, which is checked before all else.
+    /// Checks `value` for null first; the description then names `function`, the export.
     template <typename T>
     ViStatus Get(std::string_view function, ViSession vi, ViConstString repCapName, ViAttr attribute, T* value) const;
 
@@ -92,7 +92,7 @@ class AttributeEngine {
   private:
     [[nodiscard]] const AttributeInfo* Find(ViAttr attribute) const;
 
-    /// The accessors of `attribute` for the caller's type, or null with the failure recorded in `status`.
+    /// Returns the accessors of `attribute` for the caller's type; null after recording the failure in `status`.
     template <typename T>
     const Accessors<T>* FindTyped(std::string_view direction, ViSession vi, ViAttr attribute, ViStatus& status) const;
 

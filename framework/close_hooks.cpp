@@ -12,7 +12,7 @@
 namespace nrt2 {
 namespace {
 
-// Slots are filled once and never changed, so that hooks run with no guard held.
+// Slots are written once and never changed, so hooks run without the mutex.
 class HookRegistry {
   public:
     void Add(CloseHook hook) {

@@ -1,4 +1,4 @@
-// What is to run when a session is closed, before its object goes. Process-wide.
+// Functions that run when a session is closed, before its object is destroyed. Process-wide.
 #pragma once
 
 #include <functional>
@@ -9,11 +9,11 @@ namespace nrt2 {
 
 using CloseHook = std::function<void(ViSession)>;
 
-/// Each part of the driver that keeps something per session adds one; there is room for 16 (std::length_error beyond).
+/// Adds a hook. Throws std::length_error when there are 16 already. Thread-safe.
 void AddCloseHook(CloseHook hook);
 
-/// Calls every hook in the order of their addition. An empty one throws std::bad_function_call, which is fatal to the
-/// close: deliberate.
+/// Calls every hook in the order of addition.
+/// Required: an empty hook throws std::bad_function_call, which ends the close.
 void RunCloseHooks(ViSession vi);
 
 } // namespace nrt2

@@ -4,7 +4,7 @@
 
 namespace nrt2 {
 
-/// Gives a handle of the configuration server back when it goes out of scope.
+/// Owns a handle of the configuration server.
 template <ViStatus(_VI_FUNC* Release)(IviConfigHandle)>
 class OwnedConfigHandle {
   public:
@@ -13,17 +13,17 @@ class OwnedConfigHandle {
     OwnedConfigHandle& operator=(const OwnedConfigHandle&) = delete;
     ~OwnedConfigHandle() { Reset(); }
 
-    /// Where a Get... call writes the handle; the object must be empty.
+    /// The address to which a Get... call writes the handle. The object must be empty.
     [[nodiscard]] IviConfigHandle* Out() { return &handle_; }
     [[nodiscard]] IviConfigHandle Get() const { return handle_; }
 
-    /// Returns the server's status; VI_SUCCESS when there is nothing to give back.
+    /// Releases the handle. Returns the server's status; VI_SUCCESS when there is no handle.
     ViStatus Reset() {
         if (handle_ == nullptr) {
             return VI_SUCCESS;
         }
         const auto handle = handle_;
-        handle_ = nullptr; // given back once, whatever the server answers
+        handle_ = nullptr; // released once, whatever the server returns
         return Release(handle);
     }
 

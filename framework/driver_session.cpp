@@ -31,7 +31,7 @@ ViStatus DriverSession::Initialize(std::string resourceName, bool idQuery, bool 
     status =
         QueryIdentity(instrumentManufacturer_, instrumentModel_, instrumentSerialNumber_, instrumentFirmwareRevision_);
     if (status >= 0 && idQuery_ && !ModelIsSupported()) {
-        // The message has no placeholder for the model, so the description does not name it: deliberate.
+        // Required: the message has no placeholder, so the description does not contain the model.
         status = Record(IVI_ERROR_ID_QUERY_FAILED, "Unrecognized model: " + instrumentModel_);
     }
     if (status < 0) {

@@ -1,4 +1,4 @@
-// The object behind a session handle: its settings, its life cycle and what its configuration says.
+// The object behind a session handle: its settings, its configuration and its life cycle.
 #pragma once
 
 #include <functional>
@@ -17,9 +17,9 @@
 
 namespace nrt2 {
 
-/// What a driver says of itself; the same for all its sessions.
+/// The identity of a driver, common to all its sessions.
 struct DriverIdentity {
-    std::string_view prefix; ///< also the name under which the configuration store is searched
+    std::string_view prefix; ///< also the name that is looked up in the configuration store
     std::string_view vendor;
     std::string_view description;
     std::string_view revision;
@@ -29,7 +29,7 @@ struct DriverIdentity {
     bool checksInterchangeability = false;
 };
 
-/// A session's handle, and the recording of errors on it.
+/// A session's handle, with the recording of errors on it.
 class IoSession {
   public:
     explicit IoSession(ViSession handle) : handle_(handle) {}
@@ -47,14 +47,14 @@ class IoSession {
     ViStatus RecordElab(ViStatus status, std::string_view elaboration, const Arguments&... arguments) const {
         return SetErrorInfoElab(handle_, status, elaboration, arguments...);
     }
-    /// A negative status is recorded with its bare message; others pass.
+    /// Records a negative status with its message alone. Returns `status`, or the status of a failed recording.
     ViStatus RecordIfError(ViStatus status) const { return status < 0 ? Record(status) : status; }
 
   private:
     ViSession handle_;
 };
 
-/// The names of a repeated capability as one session knows them. Sessions that are ready are linked to one another.
+/// The names of a repeated capability in one session. Sessions with names form a linked list.
 struct RepCapNames {
     bool ready = false;
     std::vector<std::string> physicalNames;
@@ -62,21 +62,19 @@ struct RepCapNames {
     RepCapNames* next = nullptr;
 };
 
-/// A driver derives from this what it takes to reach its instruments.
-///
-/// Statuses of the virtual operations: negative ones have been recorded on the session.
+/// The base class of a driver's session. The driver implements the operations that reach its instrument.
+/// A negative status of a virtual operation has been recorded on the session, unless the operation says otherwise.
 class DriverSession : public IoSession {
   public:
     DriverSession(ViSession handle, const DriverIdentity& driver) : IoSession(handle), driver_(driver) {}
 
-    /// Resolves configuration and options, connects and identifies the instrument. What was connected when a later
-    /// step fails is disconnected.
+    /// Resolves configuration and options, connects and identifies the instrument. Disconnects when a later step fails.
     ViStatus Initialize(std::string resourceName, bool idQuery, bool reset, std::string optionString);
     ViStatus Close() { return CloseIO(); }
 
     [[nodiscard]] const DriverIdentity& Driver() const { return driver_; }
     [[nodiscard]] const text::InherentOptions& Flags() const { return flags_; }
-    /// The flags as they stood when configuration and options had been resolved.
+    /// The flags at the end of the resolution of configuration and options.
     [[nodiscard]] const text::InherentOptions& InitialFlags() const { return initialFlags_; }
     void SetQueryInstrumentStatus(bool on) { flags_.queryInstrumentStatus = on; }
     void SetSimulate(bool on) { flags_.simulate = on; }
@@ -85,7 +83,7 @@ class DriverSession : public IoSession {
     [[nodiscard]] bool ResetRequested() const { return reset_; }
     [[nodiscard]] const std::string& GivenOptionString() const { return optionString_; }
     [[nodiscard]] const std::string& ResourceName() const { return resourceName_; }
-    /// The resource name, when the configuration store holds a driver session for this driver; else empty.
+    /// The resource name if the configuration store has a driver session for this driver, else empty.
     [[nodiscard]] const std::string& LogicalName() const { return logicalName_; }
     [[nodiscard]] const std::string& IoResourceDescriptor() const { return ioResourceDescriptor_; }
     [[nodiscard]] const std::string& DriverSetup() const { return driverSetup_; }
@@ -119,8 +117,8 @@ class DriverSession : public IoSession {
     virtual ViStatus ResetInstrument() = 0;
 
   protected:
-    /// What a driver does with one pair of the DriverSetup text. Called for every occurrence of a name, the one that
-    /// is refused as a repetition included.
+    /// Applies one pair of the DriverSetup text. Called for every occurrence of a name, including a repetition that is
+    /// then refused.
     virtual ViStatus ProcessDriverSetupOption(std::string_view name, std::string_view value);
 
   private:
@@ -141,7 +139,7 @@ class DriverSession : public IoSession {
     ViStatus LoadInitialSettings(IviConfigHandle component);
     ViStatus LoadInitialSetting(IviConfigHandle items, ViInt32 index);
     void ApplyModelSetting();
-    /// A negative status of the configuration server is recorded with the server's own error text.
+    /// Records a negative status of the configuration server with the server's own error text.
     [[nodiscard]] ViStatus RecordStoreError(ViStatus status) const;
     template <typename Read>
     ViStatus ReadStoreText(Read read, IviConfigHandle handle, ViInt32 id, std::string& value) const;

@@ -1,7 +1,7 @@
-// What the IVI configuration store says of the session: resource, inherent options, DriverSetup, virtual names,
-// configurable initial settings.
+// The session's entries in the IVI configuration store (IVI-3.5): resource, inherent options, DriverSetup, virtual
+// names, configurable initial settings.
 //
-// Handles are given back when their scope ends; a failure's error text is fetched before that.
+// Handles are released at the end of their scope. The error text of a failure is fetched before that.
 
 #include <array>
 #include <string>
@@ -61,7 +61,7 @@ ViStatus DriverSession::ResolveResource() {
 }
 
 ViStatus DriverSession::ResolveFromStore(IviConfigHandle store) {
-    // The store is searched under the driver's own name, not under the resource name: deliberate.
+    // Required: the store is searched for the driver's prefix, not for the resource name.
     const std::string name(driver_.prefix);
     ConfigHandle session;
     ConfigHandle softwareModule;
@@ -89,7 +89,7 @@ ViStatus DriverSession::ResolveFromStore(IviConfigHandle store) {
         if (status < 0) {
             return status;
         }
-        // A driver that was never registered still works: not finding its module is no error.
+        // A driver without an entry in the store works: a module that is not found is not an error.
         IviConfig_GetSoftwareModuleItemByName(modules.Get(), name.c_str(), softwareModule.Out());
         IviConfig_ClearError();
         ioResourceDescriptor_ = resourceName_;
@@ -106,7 +106,7 @@ ViStatus DriverSession::ResolveFromStore(IviConfigHandle store) {
         }
     }
 
-    // With a driver session its settings are loaded a second time, and the module's own never: deliberate.
+    // Required: with a driver session, its settings are loaded a second time and those of the module are not loaded.
     auto* const component = session.Get() != nullptr ? session.Get() : softwareModule.Get();
     return status::RunUntilNegative(
         [&] { return component != nullptr ? LoadInitialSettings(component) : VI_SUCCESS; },
@@ -231,7 +231,7 @@ ViStatus DriverSession::LoadInitialSettings(IviConfigHandle component) {
         IviConfig_GetDataComponentItemByName(components.Get(), "Configurable Initial Settings", settings.Out());
     if (found == IVI_CONFIG_ERROR_ITEM_NOT_FOUND) {
         IviConfig_ClearError();
-        return VI_SUCCESS; // having no initial settings is normal
+        return VI_SUCCESS; // initial settings are optional
     }
     ConfigHandle items;
     ViInt32 count = 0;
@@ -262,8 +262,7 @@ ViStatus DriverSession::LoadInitialSetting(IviConfigHandle items, ViInt32 index)
     if (status < 0) {
         return status;
     }
-    // Only a text setting has a use (the model). The others are read all the same: a store that cannot give them is
-    // refused.
+    // Only a text setting is used (the model). The others are read too: a store with an unreadable value is refused.
     const auto id = property::kDataComponentValue;
     if (text::EqualIgnoringCase(type, "string")) {
         std::string value;

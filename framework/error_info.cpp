@@ -9,7 +9,7 @@
 namespace nrt2 {
 namespace {
 
-/// Text cut at what a description can hold, always zero-terminated.
+/// Zero-terminated text, truncated at the capacity of a description.
 class Description {
   public:
     void Append(std::string_view piece) {
@@ -19,7 +19,7 @@ class Description {
         size_ += count;
     }
 
-    /// Appends a format, its placeholders replaced by `arguments`, which are used up from the front.
+    /// Appends a format with its placeholders replaced by `arguments`. Removes the used ones from the front.
     void AppendFilled(std::string_view format, std::span<const std::string_view>& arguments) {
         while (!format.empty()) {
             const auto percent = format.find('%');

@@ -1,7 +1,7 @@
-// Recording a failure: the status, and a description made of its table message, an elaboration and arguments.
+// Recording of failures: a status with a description made of the status's message, an elaboration and arguments.
 //
-// Every function returns what the export is to return: the status, or the status of IviSession_SetError where that
-// fails. The handle may be VI_NULL, which records for the calling thread. Descriptions hold at most 1023 bytes.
+// Every function returns the status that the export returns: the recorded status, or that of IviSession_SetError when
+// the recording fails. With VI_NULL the record is the calling thread's. A description has at most 1023 bytes.
 #pragma once
 
 #include <array>
@@ -13,8 +13,8 @@
 
 namespace nrt2 {
 
-/// The message of `status`, two blanks and the elaboration (when there is one), every %s and %d replaced by the next
-/// argument. Arguments are taken literally, whatever they hold; a placeholder without an argument stays as it is.
+/// Records the message of `status`, then two blanks and the elaboration if there is one. Each %s and %d is replaced by
+/// the next argument; one without an argument stays. Arguments are inserted literally and are never read as a format.
 ViStatus RecordError(ViSession vi, ViStatus status, std::string_view elaboration,
                      std::span<const std::string_view> arguments);
 
@@ -24,15 +24,16 @@ ViStatus SetErrorInfo(ViSession vi, ViStatus status, const Arguments&... argumen
     return RecordError(vi, status, {}, texts);
 }
 
-/// `elaboration` is a format too: text from outside goes into `arguments`.
+/// `elaboration` is a format: text from outside belongs into `arguments`.
 template <typename... Arguments>
 ViStatus SetErrorInfoElab(ViSession vi, ViStatus status, std::string_view elaboration, const Arguments&... arguments) {
     const std::array<std::string_view, sizeof...(arguments)> texts{std::string_view(arguments)...};
     return RecordError(vi, status, elaboration, texts);
 }
 
-/// Records IVI_ERROR_NULL_POINTER, naming the parameter at the position of the first null pointer in a list such as
-/// "TestResult, TestMessage" ("<unknown parameter>" beyond its end). VI_SUCCESS when no pointer is null.
+/// Returns VI_SUCCESS when no pointer is null. Otherwise records IVI_ERROR_NULL_POINTER with the name at the position
+/// of the first null pointer in `parameterNames`, a list such as "TestResult, TestMessage"; "<unknown parameter>"
+/// beyond its end.
 ViStatus CheckParameters(ViSession vi, std::string_view function, std::string_view parameterNames,
                          std::initializer_list<const void*> pointers);
 

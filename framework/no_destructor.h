@@ -7,8 +7,8 @@
 
 namespace nrt2 {
 
-/// Holds an object that is never destroyed: callers may close their sessions from an exit handler or from a destructor
-/// of a global of their own, after this library's objects would have gone.
+/// Holds an object that is never destroyed. Callers may close sessions in an exit handler or in the destructor of a
+/// global object, when static objects of this library would already be destroyed.
 template <typename T>
 class NoDestructor {
   public:

@@ -12,10 +12,10 @@
 namespace nrt2 {
 namespace {
 
-/// "[\w_!]", what names are made of.
+/// The characters of names: "[\w_!]".
 bool IsNameCharacter(char c) { return text::IsWord(c) || c == '!'; }
 
-/// Walks through a text once, from its front.
+/// Reads a text once, from front to back.
 class Scanner {
   public:
     explicit Scanner(std::string_view text) : rest_(text) {}
@@ -30,7 +30,7 @@ class Scanner {
         return true;
     }
 
-    /// Whether there was white space.
+    /// Removes white space. Returns whether there was any.
     bool TakeBlanks() { return !TakeWhile(text::IsSpace).empty(); }
 
     std::string_view TakeName() { return TakeWhile(IsNameCharacter); }
@@ -47,7 +47,7 @@ class Scanner {
     std::string_view rest_;
 };
 
-/// The digits at the end of a name, all of them.
+/// Returns all digits at the end of a name.
 std::string_view TrailingDigits(std::string_view name) {
     const auto digits = std::find_if_not(name.rbegin(), name.rend(), text::IsDigit);
     return name.substr(static_cast<std::size_t>(name.rend() - digits));
@@ -61,17 +61,18 @@ std::optional<std::int32_t> Number(std::string_view digits) {
     return error == std::errc{} ? std::optional(number) : std::nullopt;
 }
 
-/// The identifiers named so far. Every identifier is a base and a number, a plain name without a number one of its own,
-/// so that a name and a range are compared in the same way.
+/// The identifiers named so far, as spans of numbers per base name, so that names and ranges are compared in one way. A
+/// name without a number is a base of its own.
 class NamedIdentifiers {
   public:
-    /// The item that named one of `item`'s identifiers before, or null after adding `item`.
+    /// Returns the earlier item that contains one of `item`'s identifiers. Adds `item` and returns null when there is
+    /// none.
     const SelectorItem* Add(const SelectorItem& item) {
         Span span{item.base, item.first, item.last, &item};
         if (!item.isRange) {
             const auto digits = TrailingDigits(item.text);
             const auto number = Number(digits);
-            // "CH01" is no member of any range: members are numbered without leading zeros.
+            // "CH01" is not a member of any range: members have no leading zeros.
             const bool numbered = number && text::IntegerText(*number).View() == digits;
             span.base = numbered ? item.text.substr(0, item.text.size() - digits.size()) : item.text;
             span.first = span.last = numbered ? *number : kNoNumber;
@@ -100,8 +101,8 @@ class NamedIdentifiers {
 };
 
 /// Replaces the virtual names in a selector. A list is put in brackets, so that it stays one level.
-/// A text that grows beyond all use is cut short there, and with it no longer well formed: names map to texts of up to
-/// 1023 characters, so that a selector of a mebibyte could otherwise claim a gigabyte.
+/// Stops with a badly formed text at 16 MiB: a name maps to up to 1023 characters, so a selector of 1 MiB could
+/// otherwise need 1 GiB.
 std::string Substitute(std::string_view selector, const VirtualNames& virtualNames) {
     constexpr std::size_t kMostCharacters = std::size_t{16} * 1024 * 1024;
     const auto most = std::max(kMostCharacters, selector.size());
@@ -136,8 +137,8 @@ std::optional<std::size_t> IndexOf(std::string_view name, std::span<const std::s
     return found == names.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - names.begin()));
 }
 
-/// What most calls pass: physical names, separated by commas and each given once. Anything else, well formed or not, is
-/// left to the rules.
+/// Expands the selector of most calls: distinct physical names separated by commas. Returns false for any other text,
+/// which the complete rules then handle.
 bool ExpandPlainNames(std::string_view selector, const VirtualNames* virtualNames,
                       std::span<const std::string> physicalNames, std::span<std::size_t> expanded, std::size_t& count) {
     bool plain = true;
@@ -158,8 +159,8 @@ bool ExpandPlainNames(std::string_view selector, const VirtualNames* virtualName
 } // namespace
 
 // ^(?:\s*\[?L\s*\]?)(?:\s*:\s*\[?L\s*\]?)*$ with L = (?:R|N)(?:\s*,(?:R|N))*, N = \s*[\w_!]+ and
-// R = (?:\s*[\w_!]*?[0-9]+\s*-\s*[\w_!]*?[0-9]+). Brackets need not come in pairs, and no blank may follow the last
-// "]".
+// R = (?:\s*[\w_!]*?[0-9]+\s*-\s*[\w_!]*?[0-9]+). Brackets need not be paired, and a blank after the last "]" is an
+// error.
 bool IsWellFormedSelector(std::string_view text) {
     Scanner scanner(text);
     do {
@@ -229,7 +230,7 @@ ViStatus SelectorRules::ParseItems(std::string_view text, std::vector<SelectorIt
     if (level.ends_with(']')) {
         level.remove_suffix(1);
     }
-    // Room for all first: what has been named is remembered by address.
+    // Resized first: NamedIdentifiers keeps the addresses of the items.
     items.resize(static_cast<std::size_t>(std::count(level.begin(), level.end(), ',')) + 1);
     NamedIdentifiers named;
     auto item = items.begin();
@@ -253,8 +254,8 @@ ViStatus SelectorRules::ParseItems(std::string_view text, std::vector<SelectorIt
     return status;
 }
 
-// A range: ^\s*([\w_!]*?)([0-9]+)\s*-\s*\1([0-9]+)$, in any letter case. The base is all that stands in front of the
-// first end's trailing digits: what can be matched at all is matched so.
+// A range: ^\s*([\w_!]*?)([0-9]+)\s*-\s*\1([0-9]+)$, in any letter case. The base is the text before all trailing
+// digits of the first end: every text that matches at all matches with this base.
 ViStatus SelectorRules::ParseItem(std::string_view text, SelectorItem& item) const {
     item.text = text;
     const auto hyphen = text.find('-');
@@ -287,8 +288,8 @@ ViStatus SelectorRules::ParseItem(std::string_view text, SelectorItem& item) con
 ViStatus SelectorRules::ResolveItems(std::span<const SelectorItem> items, std::span<const std::string> physicalNames,
                                      std::span<std::size_t> expanded, std::size_t& count) const {
     count = 0;
-    // Identifiers are distinct by now, so that at most as many are found as there are physical names; the first that is
-    // not found ends the walk, however far a range goes on.
+    // The identifiers are distinct, so no more are found than there are physical names. The first one that is not found
+    // ends the loop, so a huge range costs nothing.
     const auto resolve = [&](std::string_view identifier) {
         const auto index = IndexOf(identifier, physicalNames);
         if (!index) {

@@ -1,11 +1,11 @@
-// Repeated-capability selectors: the text by which a caller names channels.
+// Repeated-capability selectors: the texts with which callers name channels.
 //
 //     selector  ::= level { ":" level }            blanks are allowed around every token
 //     level     ::= [ "[" ] item { "," item } [ "]" ]
 //     item      ::= name | name-ending-in-digits "-" name-ending-in-digits
 //
-// The grammar is that of a regular expression (written out beside its scanner) down to its oddities; the scanners go
-// through the text once, without recursion, so that a selector of any length and shape ends in a status.
+// Required: the grammar accepts exactly what a regular expression accepts (it stands beside its scanner). The scanners
+// read the text once and without recursion, so a selector of any length and shape returns a status.
 #pragma once
 
 #include <cstddef>
@@ -20,33 +20,31 @@
 
 namespace nrt2 {
 
-/// Whether the whole text matches the selector grammar.
+/// Returns whether the whole text matches the selector grammar.
 bool IsWellFormedSelector(std::string_view text);
 
-/// One item of a selector's list: a plain name, or a range of names kept as a range, whatever its span.
+/// One item of a selector's list: a name, or a range of names that is not expanded.
 struct SelectorItem {
-    std::string_view text; ///< as written, blanks outside trimmed
+    std::string_view text; ///< as written, without surrounding blanks
     bool isRange = false;
-    std::string_view base; ///< of a range: what stands in front of the numbers, spelled as in its first end
+    std::string_view base; ///< of a range: the text before the number of its first end
     std::int32_t first = 0;
     std::int32_t last = 0;
 };
 
-/// The rules of a repeated capability, and where their violations are recorded.
+/// The selector rules of a repeated capability. Violations are recorded on a session.
 class SelectorRules {
   public:
-    /// `vi` may be VI_NULL: what is recorded then goes to the calling thread.
+    /// With VI_NULL errors are recorded for the calling thread.
     SelectorRules(ViSession vi, std::string_view capability) : vi_(vi), capability_(capability) {}
 
-    /// Expands `selector` into indexes of `physicalNames`, in the selector's order. `virtualNames` is null when there
-    /// is no session. `expanded` has room for every physical name; no name is found twice. `count` tells how many
-    /// were. Failures have been recorded.
+    /// Expands `selector` into `count` distinct indexes of `physicalNames`, in the selector's order. `virtualNames` may
+    /// be null. `expanded` must have room for every physical name. On failure the error has been recorded.
     ViStatus Expand(std::string_view selector, const VirtualNames* virtualNames,
                     std::span<const std::string> physicalNames, std::span<std::size_t> expanded,
                     std::size_t& count) const;
 
-    /// The items of a one-level selector, checked among themselves but not against any physical names. The items view
-    /// `text`.
+    /// Parses a one-level selector into items that view `text`. Checks them for repetitions, but not for existence.
     ViStatus ParseItems(std::string_view text, std::vector<SelectorItem>& items) const;
 
   private:

@@ -1,4 +1,4 @@
-// How texts are handed to callers: IVI's (size, buffer) pairs with this driver's own rule for the size reported.
+// Texts in caller-supplied buffers. Required: the reported size is always the same, unlike IVI-3.2, 3.1.2.1.
 #pragma once
 
 #include <string_view>
@@ -7,17 +7,18 @@
 
 namespace nrt2 {
 
-/// The one size that is ever reported as required, whatever the text's length.
+/// The size that is reported as required for every text.
 inline constexpr ViInt32 kReportedTextSize = 4096;
 
-/// Copies as much of `text` as fits, always zero-terminated. `size` counts bytes and is at least 1.
+/// Copies as much of `text` as fits and a NUL. `size` is in bytes and at least 1.
 void CopyTruncated(std::string_view text, ViInt32 size, ViChar buffer[]);
 
-/// Whether the zero-terminated text in `buffer` uses all of its `size` bytes: it may have been cut then.
+/// Returns whether the text in `buffer` and its NUL use all `size` bytes, so that it may be truncated.
 bool IsFull(ViInt32 size, const ViChar buffer[]);
 
-/// Calls `get(size, buffer)` to fill the buffer. Size 0 asks for the size alone; a negative size stands for
-/// kReportedTextSize bytes, which the caller then must have. A buffer that came back full ends in kReportedTextSize.
+/// Calls `get(size, buffer)` to fill the buffer.
+/// Size 0: returns kReportedTextSize and writes nothing. Negative size: the buffer must have kReportedTextSize bytes.
+/// Returns kReportedTextSize when the buffer is full, else the status of `get`.
 template <typename Get>
 ViStatus FillTextBuffer(ViInt32 size, ViChar buffer[], const Get& get) {
     if (size == 0) {

@@ -1,6 +1,4 @@
-// The values that a session remembers of its attributes, by attribute and repeated-capability name.
-//
-// No accessor fills a cache yet: every attribute is asked of the instrument or of the session itself.
+// The cached attribute values of a session, by attribute and repeated-capability name. No accessor fills a cache today.
 #pragma once
 
 #include <functional>
@@ -22,7 +20,7 @@ class ValueCache {
         values_[attribute].insert_or_assign(std::string(repCapName), Entry{std::move(value), true});
     }
 
-    /// Null when nothing valid is cached.
+    /// Returns null when there is no valid value.
     [[nodiscard]] const T* Find(ViAttr attribute, std::string_view repCapName) const {
         const auto names = values_.find(attribute);
         if (names == values_.end()) {
@@ -56,10 +54,10 @@ class ValueCache {
     std::map<ViAttr, std::map<std::string, Entry, std::less<>>> values_;
 };
 
-/// One cache for each type that attributes have.
+/// One cache for each type of attributes.
 class ValueCaches {
   public:
-    /// The cache of the attributes of type T; string attributes are remembered by value.
+    /// Returns the cache of the attributes of type T. Texts are cached by value.
     template <typename T>
     auto& Of() {
         return std::get<ValueCache<std::conditional_t<std::is_same_v<T, ViString>, std::string, T>>>(caches_);

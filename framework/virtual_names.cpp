@@ -9,7 +9,7 @@
 namespace nrt2 {
 namespace {
 
-/// The number that `digits` is the decimal text of, as it would be written: no leading zeros.
+/// Converts decimal digits without leading zeros; nothing for other texts.
 std::optional<std::int64_t> CanonicalNumber(std::string_view digits) {
     std::int64_t number = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
@@ -42,7 +42,7 @@ void VirtualNames::AddRange(std::string name, std::string mapTo, std::int32_t mi
 
 std::optional<std::string> VirtualNames::Find(std::string_view name) const {
     if (names_.empty()) {
-        return std::nullopt; // as in most sessions, on every call
+        return std::nullopt; // the usual case, on every call
     }
     const Entry* first = nullptr;
     std::int64_t number = 0;
@@ -59,7 +59,7 @@ std::optional<std::string> VirtualNames::Find(std::string_view name) const {
             }
         }
     }
-    // Every split into a range's name and a number of at most ten digits can be meant: names may end in digits too.
+    // Names of ranges may end in digits, so every split into a name and a number of at most ten digits is tried.
     constexpr std::size_t kMostDigits = 10;
     for (std::size_t digits = 1; digits <= kMostDigits && digits <= name.size(); ++digits) {
         const auto base = name.size() - digits;

@@ -1,4 +1,4 @@
-// The channel names of a user's own that the configuration store maps to physical ones.
+// User-defined channel names, which the configuration store maps to physical names.
 #pragma once
 
 #include <cstddef>
@@ -12,14 +12,14 @@
 
 namespace nrt2 {
 
-/// Ranges are kept as ranges, so that their span costs nothing. Where a name is given twice, the first counts.
+/// Ranges are not expanded, so their size does not matter. The first of two equal names counts.
 class VirtualNames {
   public:
     void Clear();
     void Add(std::string name, std::string mapTo);
 
-    /// Stands for `name` followed by i -> `mapTo` followed by i - minimum + startingIndex, for every i from minimum to
-    /// maximum; for nothing when the minimum exceeds the maximum.
+    /// Maps `name` followed by i to `mapTo` followed by i - minimum + startingIndex, for every i from minimum to
+    /// maximum. Adds nothing when the minimum exceeds the maximum.
     void AddRange(std::string name, std::string mapTo, std::int32_t minimum, std::int32_t maximum,
                   std::int32_t startingIndex);
 
@@ -28,16 +28,15 @@ class VirtualNames {
 
   private:
     struct Entry {
-        std::size_t order; // of its addition
+        std::size_t order; // of addition
         std::string mapTo;
-        // A plain name stands for itself only; a range for its members.
         bool isRange = false;
         std::int64_t minimum = 0;
         std::int64_t maximum = 0;
         std::int64_t startingIndex = 0;
     };
 
-    // By plain name, or by what stands in front of a range's number.
+    // By name, or by the text before the number of a range.
     std::map<std::string, std::vector<Entry>, std::less<>> names_;
     std::size_t added_ = 0;
 };

@@ -4,7 +4,7 @@
 
 namespace ORVA {
 
-/// What a channel can be set to, bounds included: volts and amperes.
+/// The limits of a channel's settings in volts and amperes, inclusive.
 struct ChannelLimits {
     double minimumVoltage;
     double maximumVoltage;
@@ -12,7 +12,8 @@ struct ChannelLimits {
     double maximumCurrent;
 };
 
-/// The same for every model. An unknown channel throws std::out_of_range("invalid map<K, T> key").
+/// Returns the limits of a channel; all models have the same.
+/// Throws std::out_of_range("invalid map<K, T> key") for an unknown channel.
 const ChannelLimits& LimitsOf(ChannelNumber channel);
 
 } // namespace ORVA

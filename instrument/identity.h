@@ -4,7 +4,7 @@
 
 namespace ORVA {
 
-/// Who the instrument says it is: the four fields of its "*IDN?" reply.
+/// The identity of an instrument: the four fields of its "*IDN?" reply (IEEE 488.2, 10.14).
 struct Identity {
     std::string manufacturer;
     std::string model;

@@ -10,8 +10,7 @@ namespace ORVA {
 InstBase::InstBase(std::shared_ptr<OpenVisa::VisaIO> connection, std::shared_ptr<Identity> identity)
     : connection_(std::move(connection)), identity_(std::move(identity)) {}
 
-// Both primitives hold the connection themselves, so that it lives through the exchange whoever lets go of it
-// meanwhile.
+// Both primitives hold a reference to the connection, so that it exists until the end of the exchange.
 
 ViStatus InstBase::Write(std::string_view line) {
     const auto connection = connection_;
@@ -29,7 +28,7 @@ ViStatus InstBase::Query(std::string_view line, std::string& reply) {
 
 void InstBase::AnnounceFields(std::size_t expected) {
     const text::IntegerText count(static_cast<std::int64_t>(expected));
-    // A standard output that is closed or full is no reason to fail a query.
+    // A closed or full standard output does not fail a query.
     static_cast<void>(std::fwrite(count.View().data(), 1, count.View().size(), stdout));
 }
 

@@ -1,4 +1,4 @@
-// The supply's operations, and what the real instrument builds them from.
+// The operations of the supply, and the helpers from which the real instrument builds them.
 #pragma once
 
 #include <cstddef>
@@ -18,23 +18,27 @@
 
 namespace ORVA {
 
-/// What an instrument object is opened with.
+/// The arguments of InstBase::Open.
 struct ConnectionRecord {
     std::string resource{}; ///< VISA resource string
     bool idQuery = false;
-    bool reset = false;    ///< kept only: opening sends no reset
-    std::string options{}; ///< an option string; see text/option_string.h
+    bool reset = false;    ///< stored only: opening sends no reset
+    std::string options{}; ///< option string, see text/option_string.h
 };
 
 /// An instrument: real (ORVA::TARNEX) or simulated (ORVA::TARNEXSimulator).
 ///
-/// Channels are numbered from 1. Another number throws std::out_of_range("invalid map<K, T> key") before anything is
-/// sent where the channel is an argument of the command or a range is checked; where its number is only written into
-/// the header, the instrument is left to refuse it. Statuses: 0 or a positive VISA status on success, DRIVER_ERROR_IO
-/// when an exchange fails, DRIVER_ERROR_INVALID_PARAMETER when a range check refuses a value. Outputs are written only when
-/// the exchange succeeded (GetSelectedChannel writes its always), those of a reply with several fields up to the first
-/// missing one. Malformed replies end in the exceptions of reply_parsers.h. Calls on one object are serialized by the
-/// caller.
+/// - Channels are numbered from 1. An unknown channel throws std::out_of_range("invalid map<K, T> key") before anything
+/// is
+///   sent, if the channel is an argument of the command or a range is checked. A channel number in a header is sent as
+///   it is; the instrument refuses it.
+/// - Returns 0 or a positive VISA status on success, DRIVER_ERROR_IO when an exchange fails, and
+///   DRIVER_ERROR_INVALID_PARAMETER when a range check refuses a value.
+/// - Outputs are written only after a successful exchange (GetSelectedChannel always writes its output). The outputs of
+/// a
+///   reply with several fields are written up to the first missing field.
+/// - Malformed replies throw the exceptions of reply_parsers.h.
+/// - Not thread-safe: the caller must serialize the calls on one object.
 class InstBase {
   public:
     InstBase(const InstBase&) = delete;
@@ -47,8 +51,8 @@ class InstBase {
     virtual ViStatus Open(const ConnectionRecord& record) = 0;
     virtual ViStatus Close() = 0; ///< VISA's status; 0 when closed already
     [[nodiscard]] virtual bool IsOpen() const = 0;
-    virtual ViStatus WriteRaw(std::string_view command) = 0;                     ///< always 0, deliberately
-    virtual ViStatus QueryRaw(std::string_view command, std::string& reply) = 0; ///< always 0, deliberately
+    virtual ViStatus WriteRaw(std::string_view command) = 0;                     ///< Required: always 0
+    virtual ViStatus QueryRaw(std::string_view command, std::string& reply) = 0; ///< Required: always 0
     [[nodiscard]] virtual std::shared_ptr<Identity> GetIdentity() const { return identity_; }
 
     // --- IEEE 488.2 common commands, limits, status registers, error queue
@@ -60,12 +64,12 @@ class InstBase {
     }
     virtual ViStatus QueryQuestionableCondition(ChannelNumber channel, std::int32_t& value) = 0;
     virtual ViStatus QueryQuestionableEvent(ChannelNumber channel, std::int32_t& value) = 0;
-    /// Next entry of the instrument's error queue. Returns 0 over every interface, or IVI_ERROR_CANNOT_RECOVER with
-    /// both outputs untouched when the reply has not exactly two fields.
+    /// Reads the next entry of the instrument's error queue. Returns 0 over every interface. A reply that does not have
+    /// exactly two fields is IVI_ERROR_CANNOT_RECOVER and leaves both outputs unchanged.
     virtual ViStatus QueryError(std::int32_t& code, std::string& message) = 0;
 
     // clang-format off
-    // From here on one line per command of the instrument; TARNEX (tarnex_supply.h) shows what each sends.
+    // One line per command of the instrument; tarnex_supply.h shows what each one sends.
     // --- Channel selection and bleeder
     virtual ViStatus SelectChannel(ChannelNumber ch) = 0;
     virtual ViStatus GetSelectedChannel(ChannelNumber& ch) = 0;
@@ -129,7 +133,7 @@ class InstBase {
     virtual ViStatus SetCurrentRate(ChannelNumber ch, CurrentRate rate) = 0;
     virtual ViStatus GetCurrentRate(ChannelNumber ch, CurrentRate& rate) = 0;
 
-    // --- List mode. What a group's three reals and a status's numbers mean is the instrument's to say.
+    // --- List mode. The instrument's manual defines a group's three reals and the numbers of a status.
     virtual ViStatus SetListEnabled(bool on) = 0;
     virtual ViStatus GetListEnabled(bool& on) = 0;
     virtual ViStatus GetListStatus(ListState& state, double& seconds, std::int32_t& group, std::int32_t& cycle) = 0;
@@ -212,19 +216,19 @@ class InstBase {
     virtual ViStatus SetTriggerInputEnabled(TriggerInput input, bool on) = 0;
     virtual ViStatus GetTriggerInputEnabled(TriggerInput input, bool& on) = 0;
 
-    /// All outputs at once; the supply has no query for it.
+    /// Switches off all outputs with one command. The supply has no query for it.
     virtual ViStatus SetAllOutputsOff() = 0;
     // clang-format on
 
   protected:
-    /// `connection` is null for an instrument that performs no I/O.
+    /// `connection` is null for an instrument without I/O.
     InstBase(std::shared_ptr<OpenVisa::VisaIO> connection, std::shared_ptr<Identity> identity);
 
-    // --- Send and query primitives: VISA's statuses, VI_ERROR_INV_OBJECT without a connection
+    // --- Send and query primitives: return VISA's status, VI_ERROR_INV_OBJECT without a connection
     ViStatus Write(std::string_view line);
     ViStatus Query(std::string_view line, std::string& reply);
 
-    // --- Typed helpers, named by the way in which a command addresses its channel
+    // --- Typed helpers, named after the way in which a command addresses its channel
     template <typename T>
     ViStatus Set(std::string_view header, const T& value) {
         return Command(header, value);
@@ -251,7 +255,7 @@ class InstBase {
     ViStatus GetForChannel(std::string_view header, ChannelNumber channel, T& value) {
         return Ask(StoreIn(value), header, static_cast<Channel>(channel));
     }
-    /// One value, asked for with an argument: ":TRIG:IN:ENAB? D4".
+    /// Queries one value with an argument: ":TRIG:IN:ENAB? D4".
     template <typename Argument, typename T>
     ViStatus GetIndexed(std::string_view header, const Argument& argument, T& value) {
         return Ask(StoreIn(value), header, argument);
@@ -267,9 +271,9 @@ class InstBase {
     static std::tuple<Arguments...> With(const Arguments&... arguments) {
         return {arguments...};
     }
-    /// A reply of several fields, parsed in order; extra ones are ignored. A missing one throws
-    /// std::out_of_range("invalid vector subscript") after the outputs before it have been written. Writes the number
-    /// of fields expected to standard output first: kept on purpose.
+    /// Parses a reply of several fields in order. Ignores further fields. A missing field throws
+    /// std::out_of_range("invalid vector subscript") after the outputs before it have been written.
+    /// Required: writes the number of expected fields to standard output first.
     template <typename... Arguments, typename... Outputs>
     ViStatus GetFields(std::string_view header, const std::tuple<Arguments...>& arguments, Outputs&... outputs) {
         const auto store = [&](std::string_view reply) {
@@ -280,7 +284,7 @@ class InstBase {
         return std::apply([&](const auto&... each) { return Ask(store, header, each...); }, arguments);
     }
 
-    /// Queries and hands the reply to `store`, which runs only when the exchange succeeded.
+    /// Queries and calls `store(reply)` after a successful exchange.
     template <typename Store, typename Header, typename... Arguments>
     ViStatus Ask(const Store& store, const Header& header, const Arguments&... arguments) {
         MakeQuery(line_, header, arguments...);
@@ -319,7 +323,7 @@ class InstBase {
         return [&value](std::string_view reply) { Parse(reply, value); };
     }
 
-    // The texts of the exchange under way. They outlive it for their capacity only.
+    // The texts of the current exchange. They are members so that their memory is reused.
     std::string line_;
     std::string reply_;
 };

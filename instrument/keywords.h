@@ -1,4 +1,4 @@
-// The SCPI keywords of the command set: one table per enumeration, value by value.
+// The SCPI keywords of the command set: one table per enumeration.
 #pragma once
 
 #include <algorithm>
@@ -31,7 +31,7 @@ enum class DelayGenerateMode : std::int32_t { Fixed, Increase, Decrease };
 enum class DelayPattern : std::int32_t { OffFirst, OnFirst };
 // clang-format on
 
-/// One value with its keywords: the first is sent, every one is understood in replies. Unused places stay empty.
+/// One value with its keywords. The first is sent, all are accepted in replies. Unused places are empty.
 template <typename Enumeration>
 struct Keywords {
     Enumeration value;
@@ -67,7 +67,7 @@ concept KeywordEnumeration = std::is_enum_v<T> && requires {
     kKeywords<T>.size();
 };
 
-/// The keyword that is sent for `value`; a value without one throws std::out_of_range("invalid map<K, T> key").
+/// Returns the keyword that is sent for `value`. Throws std::out_of_range("invalid map<K, T> key") when it has none.
 template <KeywordEnumeration Enumeration>
 std::string_view TokenOf(Enumeration value) {
     for (const auto& row : kKeywords<Enumeration>) {
@@ -78,8 +78,8 @@ std::string_view TokenOf(Enumeration value) {
     throw std::out_of_range("invalid map<K, T> key");
 }
 
-/// The value whose keyword `reply` is, to the letter. A reply that is none of them gives the table's lowest value,
-/// which a caller cannot tell from a real one.
+/// Returns the value with the keyword `reply`; upper and lower case differ.
+/// Required: an unknown keyword gives the lowest value of the table, which callers cannot tell from a valid reply.
 template <KeywordEnumeration Enumeration>
 Enumeration ValueOf(std::string_view reply) {
     const auto& table = kKeywords<Enumeration>;

@@ -13,8 +13,7 @@ double RandomSource::Real(double low, double high) {
 
 bool RandomSource::Boolean() { return Real(0.0, 1.0) < 0.5; }
 
-// Multiply and reject: the high word of draw * n is uniform once the low words that would favour some results are
-// rejected.
+// Multiply and reject: the high word of draw * n is uniform when the low words that favour some results are rejected.
 std::int32_t RandomSource::Integer(std::int32_t low, std::int32_t high) {
     const std::lock_guard lock(mutex_);
     const auto n = static_cast<std::uint64_t>(std::int64_t{high} - low + 1); // up to 2^32

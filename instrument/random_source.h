@@ -6,7 +6,7 @@
 
 namespace ORVA {
 
-/// Draws from a 32-bit Mersenne Twister by formulas of its own, so that a seed gives the same values on every platform.
+/// Random numbers from a 32-bit Mersenne Twister with formulas that give the same values for a seed on every platform.
 /// Thread-safe.
 class RandomSource {
   public:
@@ -16,7 +16,7 @@ class RandomSource {
     bool Boolean();                                            ///< true in half of the draws
     std::int32_t Integer(std::int32_t low, std::int32_t high); ///< both ends included
 
-    /// The source that all simulators of the process share, seeded from the platform's random device.
+    /// Returns the source of all simulators of the process, seeded from the platform's random device.
     static RandomSource& OfProcess();
 
   private:

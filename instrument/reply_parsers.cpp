@@ -9,7 +9,7 @@
 namespace Visa {
 namespace {
 
-/// The longest prefix of characters that `accept` takes.
+/// Returns the longest prefix of characters that `accept` accepts.
 template <typename Predicate>
 std::string_view PrefixOf(std::string_view text, Predicate accept) {
     return {text.begin(), std::find_if_not(text.begin(), text.end(), accept)};
@@ -44,7 +44,7 @@ std::string toUpper(std::string_view text) {
 
 const std::string_view* startsWithAnyCase(std::span<const std::string_view> list, std::string_view prefix) {
     const auto found = std::find_if(list.begin(), list.end(), [&](std::string_view element) {
-        // Compared in place: a header is looked at on the path of every call.
+        // Compared in place, without a copy: this runs in every call.
         return element.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), element.begin(),
                                                              [](char p, char c) { return p == text::ToUpper(c); });
     });

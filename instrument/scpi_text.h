@@ -1,6 +1,5 @@
-// How a command line is put together from a header and typed arguments.
-//
-// Lines are written into a string of the caller's, whose capacity serves again for the next line.
+// Command lines from a header and typed arguments. Lines are written into a string of the caller, so that its memory is
+// reused.
 #pragma once
 
 #include <cstddef>
@@ -12,10 +11,10 @@
 
 namespace ORVA {
 
-/// Channels count from 1.
+/// Channels are numbered from 1.
 using ChannelNumber = std::uint32_t;
 
-/// A header that carries the channel's number: ":SOUR:VOLT" on channel 2 is sent as ":SOUR2:VOLT".
+/// A header with the channel's number in its first node: ":SOUR:VOLT" on channel 2 is sent as ":SOUR2:VOLT".
 struct SourceHeader {
     std::string_view header;
     ChannelNumber channel;
@@ -30,8 +29,8 @@ struct NumberedHeader {
 
 void AppendHeader(std::string& line, std::string_view header);
 void AppendHeader(std::string& line, const NumberedHeader& header);
-/// The first node is replaced when it begins with "SOUR" in any letter case; otherwise the numbered node goes in front
-/// of it, deliberately.
+/// Replaces a first node that begins with "SOUR" in any letter case.
+/// Required: before any other first node the numbered node is inserted.
 void AppendHeader(std::string& line, const SourceHeader& header);
 
 void AppendArgument(std::string& line, bool value);             ///< ON or OFF
@@ -39,14 +38,14 @@ void AppendArgument(std::string& line, std::int32_t value);     ///< decimal
 void AppendArgument(std::string& line, std::uint32_t value);    ///< decimal
 void AppendArgument(std::string& line, double value);           ///< fixed notation, six decimals
 void AppendArgument(std::string& line, std::string_view value); ///< as it is
-/// A literal would otherwise convert to bool.
+/// For literals, which would otherwise convert to bool.
 inline void AppendArgument(std::string& line, const char* value) { AppendArgument(line, std::string_view(value)); }
 template <KeywordEnumeration Enumeration>
 void AppendArgument(std::string& line, Enumeration value) {
     AppendArgument(line, TokenOf(value));
 }
 
-/// Appends one blank and the arguments joined by commas; nothing at all when their joined text is empty.
+/// Appends one blank and the arguments, separated by commas; nothing when the joined text is empty.
 template <typename... Arguments>
 void AppendArguments(std::string& line, const Arguments&... arguments) {
     const std::size_t headerSize = line.size();
@@ -66,7 +65,7 @@ void FormatCommand(std::string& line, const Header& header, const Arguments&... 
     AppendArguments(line, arguments...);
 }
 
-/// As FormatCommand, with one "?" after a header that holds none.
+/// Formats like FormatCommand, with a "?" after a header that does not contain one.
 template <typename Header, typename... Arguments>
 void MakeQuery(std::string& line, const Header& header, const Arguments&... arguments) {
     line.clear();

@@ -1,5 +1,5 @@
-// The simulated supply: no I/O, every setting succeeds without effect and every query answers with a fixed value or one
-// drawn within plausible bounds. Settings are not remembered.
+// The simulated supply: no I/O. Every setting succeeds without effect; every query returns a fixed value or a random
+// one within plausible bounds.
 #pragma once
 
 #include "instrument/inst_base.h"
@@ -29,7 +29,7 @@ class TARNEXSimulator : public InstBase {
 
     // --- Channel selection and bleeder
     ViStatus SelectChannel(ChannelNumber /*ch*/) override { return VI_SUCCESS; }
-    ViStatus GetSelectedChannel(ChannelNumber& ch) override { return Answer(ch, static_cast<ChannelNumber>(random_.Integer(1, 2))); }
+    ViStatus GetSelectedChannel(ChannelNumber& ch) override { return Answer(ch, static_cast<ChannelNumber>(random_.Integer(1, static_cast<std::int32_t>(kKeywords<Channel>.size())))); }
     ViStatus SetBleeder(bool /*on*/) override { return VI_SUCCESS; }
     ViStatus GetBleeder(bool& on) override { return Answer(on, random_.Boolean()); }
 
@@ -43,7 +43,7 @@ class TARNEXSimulator : public InstBase {
     ViStatus SetRemoteSense(ChannelNumber /*ch*/, bool /*on*/) override { return VI_SUCCESS; }
     ViStatus GetRemoteSense(ChannelNumber /*ch*/, bool& on) override { return Answer(on, random_.Boolean()); }
     ViStatus SetCurrent(ChannelNumber /*ch*/, double /*amperes*/) override { return VI_SUCCESS; }
-    // The two current levels are drawn from the voltage bounds, on purpose.
+    // Required: the two current levels are drawn within the voltage limits.
     ViStatus GetCurrent(ChannelNumber ch, double& amperes) override { return Answer(amperes, DrawVoltage(ch)); }
     ViStatus SetOverCurrentLevel(ChannelNumber /*ch*/, double /*amperes*/) override { return VI_SUCCESS; }
     ViStatus GetOverCurrentLevel(ChannelNumber ch, double& amperes) override { return Answer(amperes, DrawVoltage(ch)); }
@@ -91,7 +91,7 @@ class TARNEXSimulator : public InstBase {
     ViStatus SetCurrentRate(ChannelNumber /*ch*/, CurrentRate /*rate*/) override { return VI_SUCCESS; }
     ViStatus GetCurrentRate(ChannelNumber /*ch*/, CurrentRate& rate) override { return Answer(rate, Draw<CurrentRate>(0, 2)); }
 
-    // --- List mode. What a group's three reals and a status's numbers mean is the instrument's to say.
+    // --- List mode
     ViStatus SetListEnabled(bool /*on*/) override { return VI_SUCCESS; }
     ViStatus GetListEnabled(bool& on) override { return Answer(on, random_.Boolean()); }
     ViStatus GetListStatus(ListState& state, double& seconds, std::int32_t& group, std::int32_t& cycle) override { state = Draw<ListState>(0, 3); return DrawProgress(seconds, group, cycle); }
@@ -112,7 +112,7 @@ class TARNEXSimulator : public InstBase {
     ViStatus SetListTemplateObject(ListTemplateObject /*object*/, double /*value*/) override { return VI_SUCCESS; }
     ViStatus GetListTemplateObject(ListTemplateObject& object, double& value) override { object = Draw<ListTemplateObject>(0, 1); return Answer(value, random_.Real(0.0, 1.0)); }
     ViStatus SetListTemplateMax(double /*value*/) override { return VI_SUCCESS; }
-    // The maximum below the minimum, on purpose.
+    // Required: the maximum is below the minimum.
     ViStatus GetListTemplateMax(double& value) override { return Answer(value, 0.0); }
     ViStatus SetListTemplateMin(double /*value*/) override { return VI_SUCCESS; }
     ViStatus GetListTemplateMin(double& value) override { return Answer(value, 1.0); }
@@ -192,7 +192,7 @@ class TARNEXSimulator : public InstBase {
     Enumeration Draw(std::int32_t low, std::int32_t high) {
         return static_cast<Enumeration>(random_.Integer(low, high));
     }
-    /// Group and cycle are drawn as reals and truncated.
+    /// Draws group and cycle as reals and truncates them.
     ViStatus DrawProgress(double& seconds, std::int32_t& group, std::int32_t& cycle);
     ViStatus SetOpen(bool open);
 

@@ -39,12 +39,12 @@ ViStatus TARNEX::QueryRaw(std::string_view command, std::string& reply) {
 
 ViStatus TARNEX::QueryIdentity() {
     std::string reply;
-    // The one query whose negative VISA status is not turned into DRIVER_ERROR_IO.
+    // This query returns VISA's own negative status, not DRIVER_ERROR_IO.
     const auto status = Query("*IDN?", reply);
     if (status < 0) {
         return status;
     }
-    // Nothing is trimmed: a line end beyond the termination character stays in the last field.
+    // Not trimmed: a carriage return before the termination character stays in the last field.
     const auto fields = Visa::split(reply, ',', false);
     if (fields.size() != 4) {
         return VI_ERROR_INV_FMT;
@@ -70,7 +70,7 @@ ViStatus TARNEX::QueryQuestionableEvent(ChannelNumber ch, std::int32_t& value) {
                NumberedHeader{":STATus:QUEStionable:INSTrument:ISUMmary", ch, ":EVENt?"});
 }
 
-// The output is written whatever the status, deliberately: after a failed exchange it is the lowest channel.
+// Required: the output is written after a failed exchange too and is then the lowest channel.
 ViStatus TARNEX::GetSelectedChannel(ChannelNumber& ch) {
     std::string reply;
     const auto status = Get(":INST:SELE?", reply);
@@ -79,7 +79,7 @@ ViStatus TARNEX::GetSelectedChannel(ChannelNumber& ch) {
 }
 
 ViStatus TARNEX::QueryError(std::int32_t& code, std::string& message) {
-    auto result = IVI_ERROR_CANNOT_RECOVER; // a text that itself holds a comma ends here too, deliberately
+    auto result = IVI_ERROR_CANNOT_RECOVER; // Required: a text that contains a comma fails too
     const auto status = Ask(
         [&](std::string_view reply) {
             const auto fields = Visa::split(reply, ',', true);

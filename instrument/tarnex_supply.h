@@ -1,4 +1,4 @@
-// The real supply: every operation is one exchange with the instrument, and its line here is all there is to it.
+// The real supply: every operation is one exchange with the instrument and one line here.
 #pragma once
 
 #include "instrument/inst_base.h"
@@ -8,17 +8,17 @@ namespace ORVA {
 
 class TARNEX : public InstBase {
   public:
-    /// Not connected yet.
+    /// Creates an instrument that is not connected.
     TARNEX();
 
-    /// What the latest Open was given. Nothing but the caller acts on it.
+    /// The arguments of the latest Open. The instrument itself does not use them.
     [[nodiscard]] bool IdQueryRequested() const { return idQuery_; }
     [[nodiscard]] bool ResetRequested() const { return reset_; }
     [[nodiscard]] const OptionFlags& Options() const { return options_; }
 
     ViUInt32 GetTimeout() const override { return settings_.ioTimeout; }
     ViStatus SetTimeout(ViUInt32 milliseconds) override;
-    /// Connects and always reads the identity, whatever `record.idQuery` says.
+    /// Connects and reads the identity, whether or not `record.idQuery` is set.
     ViStatus Open(const ConnectionRecord& record) override;
     ViStatus Close() override;
     [[nodiscard]] bool IsOpen() const override;
@@ -33,8 +33,7 @@ class TARNEX : public InstBase {
     ViStatus QueryError(std::int32_t& code, std::string& message) override;
 
     // clang-format off
-    // The protection levels are checked against the limits of the settings themselves, deliberately; the delays are not
-    // checked at all.
+    // Required: protection levels are checked against the limits of the settings; delays are not checked.
     // --- Channel selection and bleeder
     ViStatus SelectChannel(ChannelNumber ch) override { return Set(":INST:SELE", static_cast<Channel>(ch)); }
     ViStatus GetSelectedChannel(ChannelNumber& ch) override;
@@ -98,7 +97,7 @@ class TARNEX : public InstBase {
     ViStatus SetCurrentRate(ChannelNumber ch, CurrentRate rate) override { return SetForChannel(":MEAS:CURR:RATE", ch, rate); }
     ViStatus GetCurrentRate(ChannelNumber ch, CurrentRate& rate) override { return GetForChannel(":MEAS:CURR:RATE", ch, rate); }
 
-    // --- List mode. What a group's three reals and a status's numbers mean is the instrument's to say.
+    // --- List mode
     ViStatus SetListEnabled(bool on) override { return Set(":LIST:STAT", on); }
     ViStatus GetListEnabled(bool& on) override { return Get(":LIST:STAT?", on); }
     ViStatus GetListStatus(ListState& state, double& seconds, std::int32_t& group, std::int32_t& cycle) override { return GetFields(":LIST:STATUS?", With(), state, seconds, group, cycle); }
@@ -185,8 +184,7 @@ class TARNEX : public InstBase {
     // clang-format on
 
   private:
-    /// Runs `send` when the value lies within the channel's limits, bounds included. NaN passes: it is neither below
-    /// nor above.
+    /// Runs `send` when the value is within the channel's limits, inclusive. NaN passes: it is neither below nor above.
     template <typename Send>
     ViStatus IfVoltage(ChannelNumber channel, double volts, const Send& send) {
         const auto& limits = GetChannelLimits(channel);
@@ -195,12 +193,13 @@ class TARNEX : public InstBase {
     template <typename Send>
     ViStatus IfCurrent(ChannelNumber channel, double amperes, const Send& send) {
         const auto& limits = GetChannelLimits(channel);
-        return amperes < limits.minimumCurrent || amperes > limits.maximumCurrent ? DRIVER_ERROR_INVALID_PARAMETER : send();
+        return amperes < limits.minimumCurrent || amperes > limits.maximumCurrent ? DRIVER_ERROR_INVALID_PARAMETER
+                                                                                  : send();
     }
 
     ViStatus QueryIdentity();
 
-    OpenVisa::ConnectionSettings settings_; // for the next open; the time-out is the one in force
+    OpenVisa::ConnectionSettings settings_; // of the next open; the time-out is the current one
     bool idQuery_ = false;
     bool reset_ = false;
     OptionFlags options_;

@@ -1,7 +1,6 @@
 // The VISA and IVI scalar types (VPP-4.3.2, IVI-3.2) for 64-bit Windows and 64-bit Linux.
 //
-// The public header include/TARNEX.h declares the same types again, so that callers need no second header; both
-// may be included together.
+// include/TARNEX.h declares the same types, so that callers need no second header. Both may be included together.
 #pragma once
 
 #include <stdint.h>

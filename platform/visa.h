@@ -4,8 +4,8 @@
 // - raw TCP sockets: "TCPIP[board]::host::port::SOCKET", host a name, an IPv4 address or an IPv6 address in square
 //   brackets;
 // - serial lines, not on Windows: "ASRL1::INSTR" is /dev/ttyS0 and so on, "ASRL/dev/ttyUSB0::INSTR" any device.
-// Other kinds of resources give VI_ERROR_INTF_NUM_NCONFIG, names that are none VI_ERROR_INV_RSRC_NAME. Every function
-// may be called from any thread; a call that another thread's viClose ends returns VI_ERROR_INV_OBJECT.
+// Other kinds of resources return VI_ERROR_INTF_NUM_NCONFIG, malformed names VI_ERROR_INV_RSRC_NAME. Thread-safe: a
+// viClose ends the calls of other threads on the session with VI_ERROR_INV_OBJECT.
 #pragma once
 
 #include "platform/vi_types.h"
@@ -75,30 +75,32 @@ extern "C" {
 
 ViStatus _VI_FUNC viOpenDefaultRM(ViSession* rm);
 
-/// Opens the resource `name` (any letter case); `timeoutMs` bounds the opening, name resolution included
-/// (VI_ERROR_TMO). The only access mode is 0, no lock. A host that cannot be found or reached, or that refuses the
-/// connection, and a device that is not there or is no serial line give VI_ERROR_RSRC_NFOUND; a device that may not be
-/// opened gives VI_ERROR_RSRC_BUSY. Bytes that a serial line received before it was opened are dropped.
+/// Opens the resource `name` (any letter case). The only access mode is 0, no lock. Bytes that a serial line received
+/// before it was opened are discarded.
+/// Returns VI_ERROR_TMO when opening, including name resolution, takes more than `timeoutMs`; VI_ERROR_RSRC_NFOUND when
+/// the host is unknown, cannot be reached or refuses the connection, or when the device does not exist or is not a
+/// serial line; VI_ERROR_RSRC_BUSY when the device cannot be opened for lack of permission or because it is in use.
 ViStatus _VI_FUNC viOpen(ViSession rm, ViConstRsrc name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi);
 
-/// Closing a resource manager session closes its instrument sessions.
+/// Closes a session. Closing a resource manager session closes its instrument sessions.
 ViStatus _VI_FUNC viClose(ViObject vi);
 
-/// VI_ERROR_NSUP_ATTR for an attribute that the session does not have, VI_ERROR_NSUP_ATTR_STATE for a value that it
-/// cannot take. What the built-in library's serial lines cannot take: mark and space parity, one and a half stop bits,
-/// DTR/DSR flow control, combinations of flow controls, ends other than VI_ASRL_END_NONE and, for reads,
-/// VI_ASRL_END_TERMCHAR.
+/// Sets an attribute. Returns VI_ERROR_NSUP_ATTR for an attribute that the session does not have and
+/// VI_ERROR_NSUP_ATTR_STATE for a value that it does not support. The built-in library's serial lines do not support
+/// mark and space parity, one and a half stop bits, DTR/DSR flow control, combinations of flow controls, and ends other
+/// than VI_ASRL_END_NONE and, for reads, VI_ASRL_END_TERMCHAR.
 ViStatus _VI_FUNC viSetAttribute(ViObject vi, ViAttr name, ViAttrState value);
 
-/// `mask` is any combination of the four buffers, else VI_ERROR_INV_MASK.
+/// Sets the size of buffers. `mask` is any combination of the four buffers; another mask returns VI_ERROR_INV_MASK.
 ViStatus _VI_FUNC viSetBuf(ViSession vi, ViUInt16 mask, ViUInt32 size);
 
-/// Sends all of `buf` or fails; `written`, which may be null, counts what was sent either way.
+/// Sends all of `buf` or fails. `written` may be null and counts the bytes sent, also after a failure.
 ViStatus _VI_FUNC viWrite(ViSession vi, ViConstBuf buf, ViUInt32 count, ViUInt32* written);
 
-/// VI_SUCCESS when the interface signalled the end of the message, VI_SUCCESS_TERM_CHAR when the enabled termination
-/// character was read (it is part of the data), VI_SUCCESS_MAX_CNT when `count` bytes were read first. After
-/// VI_ERROR_TMO or VI_ERROR_CONN_LOST, `buf` and `got` (which may be null) hold what had arrived.
+/// Reads up to `count` bytes.
+/// Returns VI_SUCCESS when the interface signalled the end of the message, VI_SUCCESS_TERM_CHAR when the enabled
+/// termination character was read (it is part of the data), VI_SUCCESS_MAX_CNT when `count` bytes were read first.
+/// `got` may be null. After VI_ERROR_TMO and VI_ERROR_CONN_LOST, `buf` and `got` hold the bytes that arrived.
 ViStatus _VI_FUNC viRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* got);
 
 } // extern "C"

@@ -1,5 +1,4 @@
-// Handles to slots that stay where they are: finding a slot takes no lock and costs the same for one handle or a
-// million.
+// A table of handles. A lookup takes no lock and its cost does not depend on the number of handles.
 #pragma once
 
 #include <array>
@@ -14,12 +13,13 @@
 
 namespace runtime {
 
-/// What a slot type derives from.
+/// The base class of slot types.
 class HandleSlot {
   public:
     [[nodiscard]] bool Bears(ViSession handle) const { return handle_.load(std::memory_order_acquire) == handle; }
 
-    /// From now on the slot's handle is unknown. Called before HandleTable::Release, under whatever guards the slot.
+    /// Makes the slot's handle unknown. Must be called before HandleTable::Release, under the lock that guards the
+    /// slot.
     void Forget() { handle_.store(VI_NULL, std::memory_order_release); }
 
   private:
@@ -27,21 +27,20 @@ class HandleSlot {
     friend class HandleTable;
 
     std::atomic<ViSession> handle_{VI_NULL};
-    ViSession last_ = VI_NULL; // the handle it bore last, or its index when it never bore one
+    ViSession last_ = VI_NULL; // the slot's last handle, or its index when it has had none
     HandleSlot* next_ = nullptr;
 };
 
-/// A handle is a slot's index in its low bits and above it how often the slot has been used, from 1. A slot whose count
-/// is used up is retired, so a handle is never issued twice and zero is never issued.
+/// A handle is the index of a slot in the low bits and its generation, counted from 1, in the high bits. A slot is
+/// retired after its last generation, so a handle is never issued twice and zero is never issued.
 ///
-/// Slots are never freed: a thread that is still inside a call when another one gives the handle back finds a slot,
-/// though one that no longer bears its handle. Nor does a table free them in the end: it serves until the process is
-/// gone, the static destructors of others included.
+/// Slots are never freed: a thread that is inside a call while another thread releases the handle finds a slot of
+/// another generation, not freed memory. The table itself is never freed either, so static destructors may use it.
 template <typename Slot>
 class HandleTable {
   public:
-    /// Issues a handle; `prepare(slot)`, which must not throw, runs before anyone can find it. Returns zero when no
-    /// handle is left.
+    /// Issues a handle. Calls `prepare(slot)`, which must not throw, before a lookup can find the slot. Returns zero
+    /// when no handle is available.
     template <typename Prepare>
     ViSession Issue(Prepare prepare) {
         Slot* slot = Take();
@@ -55,13 +54,13 @@ class HandleTable {
         return handle;
     }
 
-    /// The slot that bears `handle` at this moment, else null. Callers who then lock the slot ask Bears() again.
+    /// Returns the slot of `handle`, else null. A caller that then locks the slot must check Bears() again.
     Slot* Find(ViSession handle) {
         Slot* slot = At(handle & kIndexMask);
         return slot != nullptr && handle != VI_NULL && slot->Bears(handle) ? slot : nullptr;
     }
 
-    /// Takes back a slot that has forgotten its handle.
+    /// Makes a slot available again, after Forget().
     void Release(Slot& slot) {
         const std::lock_guard lock(mutex_);
         if ((slot.last_ & ~kIndexMask) != ~kIndexMask) {
@@ -115,7 +114,7 @@ class HandleTable {
     }
 
     std::array<std::atomic<Slot*>, kSegments> segments_{};
-    std::mutex mutex_; // guards what follows
+    std::mutex mutex_; // guards the following members
     HandleSlot* free_ = nullptr;
     std::size_t used_ = 0; // slots that have ever been taken
 };

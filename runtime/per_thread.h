@@ -1,4 +1,4 @@
-// One object per thread that may be asked for at any time, also while the thread or the process is ending.
+// One object per thread, usable at any time, even while the thread or the process is ending.
 #pragma once
 
 namespace runtime {
@@ -6,8 +6,8 @@ namespace runtime {
 template <typename T>
 class PerThread {
   public:
-    /// This thread's object; null when the thread has already destroyed it, which callers meet that clean up in
-    /// destructors of their own static or thread-local objects.
+    /// Returns this thread's object; null after the thread has destroyed it. Destructors of static and thread-local
+    /// objects can run after that.
     static T* Get() {
         if (ended) {
             return nullptr;

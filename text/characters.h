@@ -1,4 +1,4 @@
-// ASCII character classes, the same under every locale.
+// ASCII character classes, independent of the locale.
 #pragma once
 
 #include <algorithm>
@@ -44,7 +44,7 @@ inline std::string ToLower(std::string_view text) {
     return lower;
 }
 
-/// A null pointer counts as empty text.
+/// Returns a view of `text`; a null pointer counts as empty text.
 inline std::string_view ViewOf(const char* text) {
     return text == nullptr ? std::string_view{} : std::string_view(text);
 }

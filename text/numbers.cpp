@@ -19,7 +19,7 @@ constexpr ConversionErrors kIntErrors{"invalid stoi argument", "stoi argument ou
 constexpr ConversionErrors kLongErrors{"invalid stol argument", "stol argument out of range"};
 constexpr ConversionErrors kRealErrors{"invalid stod argument", "stod argument out of range"};
 
-// std::from_chars knows neither leading white space nor a plus sign.
+// std::from_chars accepts neither leading white space nor a plus sign.
 std::string_view AtFirstDigitOrMinus(std::string_view text, const ConversionErrors& errors) {
     text.remove_prefix(static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), IsSpace) - text.begin()));
     if (!text.empty() && text.front() == '+') {
@@ -62,7 +62,8 @@ double ToReal(std::string_view text) {
     if (error == std::errc::invalid_argument) {
         throw std::invalid_argument(kRealErrors.invalid);
     }
-    // Library versions differ in whether they call an overflow out of range or return infinity, and an underflow zero.
+    // Library versions differ: an overflow is out of range or gives infinity, an underflow is out of range or gives
+    // zero.
     const auto number = text.substr(0, static_cast<std::size_t>(end - text.data()));
     const bool overflowed = std::isinf(value) && number.find_first_of("0123456789") != std::string_view::npos;
     const bool vanished = value == 0.0 && HasNonZeroDigit(number);
@@ -79,7 +80,7 @@ IntegerText::IntegerText(std::int64_t value) {
 
 RealText::RealText(double value) {
     if (std::isnan(value)) {
-        value = std::fabs(value); // the sign of a NaN means nothing, and its text differs between platforms
+        value = std::fabs(value); // platforms differ in the text of a negative NaN
     }
     const auto result =
         std::to_chars(characters_.data(), characters_.data() + characters_.size(), value, std::chars_format::fixed, 6);

@@ -1,4 +1,4 @@
-// How a connection is to be set up, whatever its interface kind.
+// The settings of a connection of any interface kind.
 #pragma once
 
 #include "platform/visa.h"

@@ -15,8 +15,8 @@ namespace OpenVisa {
 namespace {
 
 struct InterfaceKind {
-    std::string_view prefix;   // the resource string starts with this
-    std::string_view contains; // and holds this anywhere
+    std::string_view prefix;   // the resource string starts with it
+    std::string_view contains; // and contains this text
     std::shared_ptr<VisaIO> (*make)();
 };
 
@@ -25,7 +25,7 @@ std::shared_ptr<VisaIO> Make() {
     return std::make_shared<Connection>();
 }
 
-// The first row that fits decides.
+// The first matching row is used.
 constexpr std::array kInterfaceKinds{
     InterfaceKind{"ASRL", "", Make<VisaSerial>}, InterfaceKind{"USB", "", Make<VisaUSB>},
     InterfaceKind{"GPIB", "", Make<VisaGPIB>},   InterfaceKind{"TCPIP", "SOCKET", Make<VisaTCPIPSocket>},

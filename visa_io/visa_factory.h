@@ -7,8 +7,8 @@
 
 namespace OpenVisa {
 
-/// Makes the connection class that fits the resource string (any letter case), opens it and, on success, puts it in
-/// the place of `connection`. On failure `connection` stays as it was and nothing is left open.
+/// Opens a connection of the class that matches the resource string (any letter case) and stores it in `connection`.
+/// Returns VISA's status. On failure `connection` is unchanged and nothing is left open.
 ViStatus OpenConnection(const std::string& resource, const ConnectionSettings& settings,
                         std::shared_ptr<VisaIO>& connection);
 

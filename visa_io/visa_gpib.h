@@ -4,7 +4,7 @@
 
 namespace OpenVisa {
 
-/// Instruments on a GPIB board: the interface itself marks the end of a message.
+/// Instruments on a GPIB board. The interface itself marks the end of a message.
 class VisaGPIB : public VisaIO {};
 
 } // namespace OpenVisa

@@ -6,7 +6,7 @@ namespace OpenVisa {
 
 VisaIO::~VisaIO() {
     if (resourceManager_ != VI_NULL) {
-        viClose(resourceManager_); // closes the instrument session with it; nobody is left to hear of a failure
+        viClose(resourceManager_); // closes the instrument session too; a destructor cannot report a failure
     }
 }
 
@@ -24,8 +24,8 @@ ViStatus VisaIO::open(const std::string& resource) {
 
 ViStatus VisaIO::configure() {
     return status::RunUntilNegative([&] { return setAttribute(VI_ATTR_TMO_VALUE, settings_.ioTimeout); },
-                             [&] { return setBuffer(VI_READ_BUF, kReadBufferSize); },
-                             [&] { return setBuffer(VI_WRITE_BUF, kWriteBufferSize); });
+                                    [&] { return setBuffer(VI_READ_BUF, kReadBufferSize); },
+                                    [&] { return setBuffer(VI_WRITE_BUF, kWriteBufferSize); });
 }
 
 ViStatus VisaIO::apply(const ConnectionSettings& settings) {
@@ -92,7 +92,7 @@ ViStatus VisaIO::setTermination() const {
 
 ViStatus VisaIO::setIoBuffers() const {
     return status::RunUntilNegative([&] { return setBuffer(VI_IO_IN_BUF, kReadBufferSize); },
-                             [&] { return setBuffer(VI_IO_OUT_BUF, kWriteBufferSize); });
+                                    [&] { return setBuffer(VI_IO_OUT_BUF, kWriteBufferSize); });
 }
 
 } // namespace OpenVisa

@@ -1,4 +1,4 @@
-// One VISA connection to an instrument: text lines out, text lines in. VISA's statuses are passed on unchanged.
+// One VISA connection to an instrument, for lines of text. Returns VISA's statuses unchanged.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@
 
 namespace OpenVisa {
 
-/// What the command layer needs of a connection. Not thread-safe: calls on one object are serialized by the caller.
+/// The interface of a connection. Not thread-safe: the caller must serialize the calls on one object.
 class VisaIOBase {
   public:
     VisaIOBase() = default;
@@ -17,27 +17,27 @@ class VisaIOBase {
     VisaIOBase& operator=(const VisaIOBase&) = delete;
     virtual ~VisaIOBase() = default;
 
-    /// Sends one command in a single viWrite, the termination character appended where it is missing.
+    /// Sends one command with a single viWrite. Appends the termination character where it is missing.
     virtual ViStatus write(std::string_view command) = 0;
 
-    /// Receives one reply in a single viRead, at most the read buffer's size, one termination character stripped.
-    /// `reply` stays as it was when the status is negative or nothing came.
+    /// Receives one reply with a single viRead, at most 1024 bytes, and removes one termination character.
+    /// `reply` is unchanged after an error and after a read of no bytes.
     virtual ViStatus read(std::string& reply) = 0;
 
     virtual ViStatus close() = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;
 
-    /// Applies the interface kind's VISA attributes to the session just opened.
+    /// Sets the VISA attributes of the interface kind on the opened session.
     virtual ViStatus configure() = 0;
 };
 
-/// A connection over an interface that needs nothing beyond the time-out and the buffer sizes.
+/// A connection over an interface that needs only the time-out and the buffer sizes.
 class VisaIO : public VisaIOBase {
   public:
     VisaIO() = default;
     VisaIO(const VisaIO&) = delete;
     VisaIO& operator=(const VisaIO&) = delete;
-    /// Closes whatever VISA sessions are still held, those of a half-finished open included.
+    /// Closes all VISA sessions, including those of an incomplete open.
     ~VisaIO() override;
 
     ViStatus write(std::string_view command) override;
@@ -46,24 +46,25 @@ class VisaIO : public VisaIOBase {
     [[nodiscard]] bool isOpen() const override;
     ViStatus configure() override;
 
-    /// Opens `resource` as the caller wrote it and configures the session. Once per object: to open another resource,
-    /// or after a failure, a new object takes this one's place.
+    /// Opens `resource` unchanged and configures the session. May be called once per object; another resource, or
+    /// another try after a failure, needs a new object.
     ViStatus open(const std::string& resource);
 
-    /// Takes the settings over; an open session gets the new I/O time-out at once.
+    /// Stores the settings. An open session gets the new I/O time-out.
     ViStatus apply(const ConnectionSettings& settings);
 
-    /// I/O time-out in ms: kept, and given to an open session (also when VISA refuses it; returns VISA's status).
+    /// Stores the I/O time-out in ms and sets it on an open session. Returns VISA's status; a refused value is stored
+    /// too.
     ViStatus setTimeout(ViUInt32 milliseconds);
 
-    /// The resource string last opened.
+    /// Returns the resource string that was opened.
     [[nodiscard]] const std::string& resource() const { return resource_; }
 
   protected:
     ViStatus setAttribute(ViAttr attribute, ViAttrState value) const;
     ViStatus setBuffer(ViUInt16 mask, ViUInt32 size) const;
 
-    /// The steps that the message-terminated interfaces (sockets, serial lines) share.
+    /// The steps that are common to interfaces with a termination character (sockets, serial lines).
     ViStatus setTermination() const;
     ViStatus setIoBuffers() const;
 

@@ -6,7 +6,7 @@ namespace OpenVisa {
 
 ViStatus VisaTCPIPSocket::configure() {
     return status::RunUntilNegative([&] { return VisaIO::configure(); }, [&] { return setTermination(); },
-                             [&] { return setIoBuffers(); });
+                                    [&] { return setIoBuffers(); });
 }
 
 } // namespace OpenVisa

@@ -30,11 +30,11 @@ void RecordError(std::string_view function, std::string_view reason) noexcept {
         if (text != nullptr && text->empty()) {
             text->append("IviConfigServer.IviConfigStore.1: ").append(function).append(" failed. ").append(reason);
         }
-    } catch (const std::bad_alloc&) { // the status alone has to do
+    } catch (const std::bad_alloc&) { // the caller gets the status without a text
     }
 }
 
-/// Runs `body()`; a failure becomes a status and the thread's error text.
+/// Runs `body()`. Converts a failure to a status and records the thread's error text.
 template <typename Body>
 ViStatus Call(std::string_view function, Body body) noexcept {
     try {
@@ -51,7 +51,7 @@ ViStatus Call(std::string_view function, Body body) noexcept {
     }
 }
 
-/// Runs `body(store)` on the store that `handle` belongs to, which no other thread uses meanwhile.
+/// Runs `body(store)` on the store of `handle`, with the store's mutex locked.
 template <typename Body>
 ViStatus OnStore(std::string_view function, Handle handle, Body body) noexcept {
     return Call(function, [&]() -> ViStatus {
@@ -61,7 +61,7 @@ ViStatus OnStore(std::string_view function, Handle handle, Body body) noexcept {
     });
 }
 
-/// The same for calls on the store's own handle.
+/// OnStore for calls that take the handle of the store itself.
 template <typename Body>
 ViStatus OnOwnStore(std::string_view function, Handle handle, Body body) noexcept {
     return OnStore(function, handle, [&](OpenStore& store) {
@@ -76,7 +76,7 @@ void CheckNotNull(const void* argument) {
     }
 }
 
-/// A caller's buffer takes `text`.
+/// Copies `text` to a caller-supplied buffer.
 ViStatus GiveText(std::string_view text, ViInt32 size, ViChar* buffer) {
     const auto status = runtime::CopyToIviBuffer(text, size, buffer);
     if (status < 0) {
@@ -135,7 +135,7 @@ ViStatus GetText(std::string_view function, Handle handle, Kind kind, std::span<
     });
 }
 
-/// A number or flag that the store file spells as text; `whenWrong` is the status for text that spells none.
+/// Converts a number or flag of the store file. `whenWrong` is the status for malformed text.
 template <typename Value, typename Convert>
 ViStatus GiveValue(pugi::xml_node node, const char* element, Convert convert, ViStatus whenWrong, Value* value) {
     CheckNotNull(value);
@@ -150,7 +150,7 @@ ViStatus GiveValue(pugi::xml_node node, const char* element, Convert convert, Vi
 
 // ----------------------------------------------------------------------------------------------------- data components
 
-/// The elements that are data components, and their type texts.
+/// The elements of data components with the texts of their types.
 struct ComponentKind {
     std::string_view element;
     std::string_view type;
@@ -170,7 +170,7 @@ Failure NotA(pugi::xml_node component, std::string_view what) {
             TextOf(component, "Name").append(" is no data component ").append(what).append(".")};
 }
 
-/// The type as the file states it, else as the element's name tells it.
+/// Returns the type that the file states, else the type of the element's name.
 std::string TypeOf(pugi::xml_node component) {
     auto type = TextOf(component, "Type");
     if (type.empty()) {
@@ -196,7 +196,7 @@ ViStatus GetComponentValue(std::string_view function, Handle handle, std::span<c
 
 // ------------------------------------------------------------------------------------------ objects and collections
 
-/// `*result` becomes a handle of what `find(file, object)` gives; null when it fails.
+/// Sets `*result` to a handle of the result of `find(file, object)`, null on failure.
 template <typename Find>
 ViStatus GetObject(std::string_view function, Handle from, std::initializer_list<Kind> kinds, Handle* result,
                    Find find) {
@@ -209,7 +209,7 @@ ViStatus GetObject(std::string_view function, Handle from, std::initializer_list
     });
 }
 
-/// The objects in the element `container` of `node`, with references followed; whatever else is in it is left out.
+/// Returns the objects in the element `container` of `node`. Follows references and ignores other elements.
 template <typename... Names>
 Object Collect(Kind kind, const StoreFile& file, pugi::xml_node node, const char* container, Names... elements) {
     Object collection{kind, node, {}};
@@ -236,7 +236,7 @@ ViStatus GetCount(std::string_view function, Handle handle, Kind collection, ViI
     return OnStore(function, handle, [&](OpenStore& store) {
         const auto size = store.At(handle, {collection}).items.size();
         CheckNotNull(count);
-        *count = static_cast<ViInt32>(size); // a file of the size that is read cannot hold more
+        *count = static_cast<ViInt32>(size); // a file of the maximum size cannot contain more
         return VI_SUCCESS;
     });
 }
@@ -255,7 +255,7 @@ ViStatus GetItemByIndex(std::string_view function, Handle handle, Kind collectio
     });
 }
 
-/// The first object of this name; names are compared exactly.
+/// Returns the first object with this name. Upper and lower case differ.
 template <typename Items>
 pugi::xml_node FindByName(const Items& items, std::string_view name) {
     const auto found =
@@ -275,7 +275,7 @@ ViStatus GetItemByName(std::string_view function, Handle handle, Kind collection
     });
 }
 
-/// The object that the element `reference` of `owner` stands for.
+/// Returns the object to which the element `reference` of `owner` refers.
 Object Follow(const StoreFile& file, pugi::xml_node owner, const char* reference, Kind kind, const char* element) {
     const auto from = owner.child(reference);
     if (!from) {
@@ -290,7 +290,7 @@ Object Follow(const StoreFile& file, pugi::xml_node owner, const char* reference
     return {kind, node, {}};
 }
 
-/// The driver session of this name: a logical name's, else a driver session itself.
+/// Returns the driver session of a logical name, else the driver session with this name.
 Object FindSession(const StoreFile& file, std::string_view name) {
     const auto logicalNames = Collect(Kind::Session, file, file.Root(), "LogicalNames", "IviLogicalName");
     const auto logicalName = FindByName(logicalNames.items, name);
@@ -321,7 +321,7 @@ std::string StoreText(const OpenStore& store, ViInt32 id) {
     }
 }
 
-/// A machine without a master store has an empty one, so that drivers work before anything is configured.
+/// A missing master store is an empty store, so that drivers work before anything is configured.
 bool IsMissingMaster(const std::string& location) {
     return location == MasterLocation() && location != ProcessDefaultLocation() && !FileExists(location);
 }

@@ -20,11 +20,11 @@ std::uint32_t ObjectNumber(IviConfigHandle handle) {
 }
 
 IviConfigHandle MakeHandle(std::uint32_t store, std::uint32_t object) {
-    // A handle is a number that callers carry in a pointer's place; nobody ever looks behind it.
+    // A handle is a number in a pointer's type and is never dereferenced.
     return reinterpret_cast<IviConfigHandle>((std::uintptr_t{store} << kHalf) | object); // NOLINT
 }
 
-/// The number after `last`; they end rather than begin anew.
+/// Returns the number after `last`. Numbers are never reused: when they are used up, opening fails.
 std::uint32_t NextNumber(std::uint32_t& last) {
     if (last == std::numeric_limits<std::uint32_t>::max()) {
         throw std::bad_alloc();
@@ -87,11 +87,11 @@ std::shared_ptr<OpenStore> StoreOf(IviConfigHandle handle) {
 }
 
 void CloseStore(IviConfigHandle handle) {
-    const auto store = StoreOf(handle); // destroyed after the registry's mutex is free again
+    const auto store = StoreOf(handle); // declared before the lock, so destroyed after the unlock
     store->CheckOwn(handle);
     const std::lock_guard lock(registry.mutex);
     if (registry.stores.erase(StoreNumber(handle)) == 0) {
-        throw InvalidHandle(); // another thread was faster
+        throw InvalidHandle(); // another thread closed it first
     }
 }
 

@@ -1,4 +1,7 @@
-// The stores that are open and the handles that the C API has given out for what is in them.
+// The open stores and the handles of their objects.
+//
+// Not a HandleTable: closing a store invalidates the handles of all its objects at once, and no call of an instrument
+// needs these handles, so a map under a mutex is fast enough.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +19,7 @@
 
 namespace runtime {
 
-/// A call of the C API that failed: its status, and a sentence that says why.
+/// The failure of a call of the C API: its status and the reason as a sentence.
 class Failure : public std::exception {
   public:
     Failure(ViStatus status, std::string reason) : status_(status), reason_(std::move(reason)) {}
@@ -43,34 +46,34 @@ enum class Kind {
     DataComponent,
 };
 
-/// What a handle stands for: an object of the store file, or a collection of them.
+/// The object of a handle: an object of the store file, or a collection of them.
 struct Object {
     Kind kind;
     pugi::xml_node node;
     std::vector<pugi::xml_node> items;
 };
 
-/// A store's handle is its number in the high half, with zero in the low half; the low halves of the handles of what
-/// is in it count from 1. No number is given twice, so a handle that was given back, or is another's, is known as
-/// such without looking behind it.
+/// A handle is the number of its store in the high half and the number of the object in the low half: 0 for the store
+/// itself, from 1 for its objects. No number is used twice, so a released or foreign handle is detected without
+/// dereferencing it.
 class OpenStore {
   public:
     explicit OpenStore(std::uint32_t number) : number_(number) {}
 
-    std::mutex mutex; // guards all that follows; whoever calls a member holds it
+    std::mutex mutex; // guards the following members; callers of member functions must hold it
     std::unique_ptr<StoreFile> file = std::make_unique<StoreFile>();
-    std::string location; // that it was read from
+    std::string location; // from which it was read
     bool deserialized = false;
 
     IviConfigHandle Add(Object object);
 
-    /// The object of `handle`; a Failure when there is none, or none of these kinds.
+    /// Returns the object of `handle`. Throws Failure when there is none or when it has another kind.
     const Object& At(IviConfigHandle handle, std::initializer_list<Kind> kinds) const;
 
-    /// A Failure when `handle` is not the store's own.
+    /// Throws Failure when `handle` is not the handle of the store itself.
     void CheckOwn(IviConfigHandle handle) const;
 
-    /// A Failure when there is nothing to remove; the store's own handle is not removed in this way.
+    /// Removes the object of `handle`. Throws Failure when there is none; the store itself cannot be removed.
     void Remove(IviConfigHandle handle);
 
   private:
@@ -81,11 +84,11 @@ class OpenStore {
 
 IviConfigHandle OpenNewStore();
 
-/// The store that `handle` belongs to; a Failure when there is none. It stays alive while the caller holds it, also
-/// when another thread closes it.
+/// Returns the store of `handle`. Throws Failure when there is none. The store exists while the caller holds the
+/// pointer, even when another thread closes it.
 std::shared_ptr<OpenStore> StoreOf(IviConfigHandle handle);
 
-/// A Failure when `handle` is not an open store's own.
+/// Closes a store. Throws Failure when `handle` is not the handle of an open store.
 void CloseStore(IviConfigHandle handle);
 
 } // namespace runtime

@@ -12,9 +12,10 @@ namespace runtime {
 
 namespace {
 
-constexpr std::uintmax_t kLargestFile = std::uintmax_t{256} << 20; // bytes; a guard, stores have some hundred KiB
+constexpr std::uintmax_t kLargestFile = std::uintmax_t{256} << 20; // bytes; real stores have some hundred KiB
 
-/// Returns what is wrong, else fills `content`. Only a regular file is opened: a pipe or a device could block for ever.
+/// Reads a file into `content`. Returns the reason of a failure, else empty text. Opens regular files only: a pipe or a
+/// device could block.
 std::string ReadFile(const std::string& path, std::vector<char>& content) {
     std::error_code error;
     const auto type = std::filesystem::status(path, error).type();
@@ -39,7 +40,7 @@ std::string ReadFile(const std::string& path, std::vector<char>& content) {
     return {};
 }
 
-/// Visits every element below `root` without recursion, however deep they are nested.
+/// Visits every element below `root` without recursion, at any depth of nesting.
 template <typename Visit>
 void ForEachElement(pugi::xml_node root, Visit visit) {
     auto node = root;
@@ -74,7 +75,7 @@ std::string StoreFile::Load(const std::string& path) {
     if (auto wrong = ReadFile(path, content_); !wrong.empty()) {
         return wrong;
     }
-    // A value may consist of blanks alone.
+    // Keeps values that consist of blanks only.
     const auto result = document_.load_buffer_inplace(content_.data(), content_.size(),
                                                       pugi::parse_default | pugi::parse_ws_pcdata_single);
     if (result.status == pugi::status_out_of_memory) {

@@ -12,15 +12,15 @@ namespace {
 
 constexpr std::string_view kStoreFile = "ivi/IviConfigurationStore.xml";
 
-// Nothing in this library changes the environment.
+// The calls of getenv are safe: this library does not change the environment.
 std::string_view Environment(const char* name) {
     return text::ViewOf(std::getenv(name)); // NOLINT(concurrency-mt-unsafe)
 }
 
-/// Empty when the environment names no home.
+/// Returns empty text when the environment does not define a home directory.
 std::filesystem::path UserLocation() {
     const std::filesystem::path config(Environment("XDG_CONFIG_HOME"));
-    if (config.is_absolute()) { // the XDG base directory rules have relative paths ignored
+    if (config.is_absolute()) { // the XDG base directory rules ignore relative paths
         return config / kStoreFile;
     }
     const auto home = Environment("HOME");

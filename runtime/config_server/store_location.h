@@ -1,4 +1,4 @@
-// Where the configuration store of this system and of this process is.
+// The locations of the configuration store.
 #pragma once
 
 #include <string>
@@ -6,13 +6,13 @@
 
 namespace runtime {
 
-/// The master store's file name; see platform/config_server.h for how it is found. Looked up anew by every call.
+/// Returns the path of the master store by the rules in platform/config_server.h, evaluated in every call.
 std::string MasterLocation();
 
-/// Whatever is there, readable or not: what cannot be read is to be reported, not passed over.
+/// Returns whether something exists at the path, readable or not: an unreadable store is reported, not ignored.
 bool FileExists(const std::string& path);
 
-/// Empty when none is set. Process-wide.
+/// The process-default location; empty when none is set. Process-wide.
 std::string ProcessDefaultLocation();
 void SetProcessDefaultLocation(std::string_view location);
 

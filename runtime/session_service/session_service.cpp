@@ -9,10 +9,10 @@
 #include <string>
 #include <string_view>
 
-#include "runtime/handle_table.h"
 #include "platform/session_service.h"
-#include "runtime/per_thread.h"
+#include "runtime/handle_table.h"
 #include "runtime/ivi_buffer.h"
+#include "runtime/per_thread.h"
 #include "text/characters.h"
 
 namespace {
@@ -49,7 +49,7 @@ struct ErrorRecord {
     static int Severity(ViStatus status) { return status < 0 ? 2 : (status > 0 ? 1 : 0); }
 };
 
-/// A number of its own for every thread there ever was; a thread's id may be used again by a later thread.
+/// Returns a number that no other thread has or had. (The system reuses thread ids.)
 std::uint64_t ThisThread() {
     static constinit std::atomic<std::uint64_t> last{0};
     static constinit thread_local std::uint64_t number = 0;
@@ -59,12 +59,12 @@ std::uint64_t ThisThread() {
     return number;
 }
 
-constexpr std::size_t kCacheLine = 64; // neighbours in the table must not slow each other down
+constexpr std::size_t kCacheLine = 64; // prevents false sharing between neighbouring slots
 
 struct alignas(kCacheLine) Session : runtime::HandleSlot {
     std::atomic<ViAddr> data{nullptr};
-    std::mutex mutex; // guards what follows; held for moments only, never while a thread waits for the session's lock
-    std::uint64_t owner = 0; // thread that holds the session's lock; 0: nobody
+    std::mutex mutex;        // guards the following members; never held while a thread waits for the session's lock
+    std::uint64_t owner = 0; // thread that holds the session's lock; 0: none
     std::uint64_t depth = 0;
     unsigned waiting = 0;
     std::condition_variable released;
@@ -84,7 +84,7 @@ ViStatus WithoutExceptions(Body body) noexcept {
     }
 }
 
-/// Runs `body(session, lock)` with the session's mutex held.
+/// Runs `body(session, lock)` with the session's mutex locked.
 template <typename Body>
 ViStatus OnSession(ViSession handle, Body body) noexcept {
     return WithoutExceptions([&]() -> ViStatus {
@@ -97,7 +97,7 @@ ViStatus OnSession(ViSession handle, Body body) noexcept {
     });
 }
 
-/// Runs `body(record)` on the record of the session or, with a null handle, of the thread.
+/// Runs `body(record)` on the record of the session or, with a zero handle, of the thread.
 template <typename Body>
 ViStatus OnRecord(ViSession handle, Body body) noexcept {
     if (handle != VI_NULL) {
@@ -119,7 +119,7 @@ ViStatus _VI_FUNC IviSession_New(ViSession* handle) {
     }
     *handle = VI_NULL;
     return WithoutExceptions([&] {
-        // Release, so that a reader who sees the new pointer also sees that the slot's former handle is gone.
+        // Release: a reader that sees the new pointer also sees that the slot's former handle is invalid.
         *handle = sessions.Issue([](Session& session) { session.data.store(nullptr, std::memory_order_release); });
         return *handle == VI_NULL ? IVI_ERROR_CANNOT_CREATE_LOCK : VI_SUCCESS;
     });
@@ -154,7 +154,7 @@ ViStatus _VI_FUNC IviSession_GetDataPtr(ViSession handle, ViAddr* data) {
         return IVI_ERROR_NULL_POINTER;
     }
     ViAddr found = session->data.load(std::memory_order_acquire);
-    if (!session->Bears(handle)) { // disposed meanwhile: the pointer may be a later session's
+    if (!session->Bears(handle)) { // disposed of meanwhile: the pointer may belong to a later session
         return IVI_ERROR_INVALID_SESSION_HANDLE;
     }
     *data = found;

@@ -1,4 +1,4 @@
-// The moment up to which a call may take, by a clock that nobody sets.
+// A point on the monotonic clock by which a call must finish.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +13,7 @@ class Deadline {
   public:
     using Clock = std::chrono::steady_clock;
 
-    /// VI_TMO_IMMEDIATE has passed at once, VI_TMO_INFINITE never comes.
+    /// VI_TMO_IMMEDIATE has passed at once, VI_TMO_INFINITE never passes.
     explicit Deadline(ViUInt32 milliseconds)
         : at_(milliseconds == VI_TMO_INFINITE ? Clock::time_point::max()
                                               : Clock::now() + std::chrono::milliseconds(milliseconds)) {}
@@ -22,7 +22,7 @@ class Deadline {
     [[nodiscard]] bool HasPassed() const { return !IsInfinite() && Clock::now() >= at_; }
     [[nodiscard]] Clock::time_point At() const { return at_; }
 
-    /// What is left for a wait by poll, rounded up; -1: without end. Longer waits than an int holds come in pieces.
+    /// Returns the remaining time for poll() in ms, rounded up and at most INT_MAX; -1 without a limit.
     [[nodiscard]] int PollTime() const {
         if (IsInfinite()) {
             return -1;
@@ -31,7 +31,7 @@ class Deadline {
         return static_cast<int>(std::clamp<decltype(left)>(left, 0, std::numeric_limits<int>::max()));
     }
 
-    /// The deadline of the first of `parts` equal parts of what is left.
+    /// Returns the end of the first of `parts` equal parts of the remaining time.
     [[nodiscard]] Deadline Share(std::size_t parts) const {
         if (IsInfinite() || parts <= 1) {
             return *this;

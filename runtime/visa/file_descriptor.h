@@ -1,4 +1,4 @@
-// Files of the operating system, closed when their owner goes.
+// Owners of file descriptors.
 #pragma once
 
 #include <fcntl.h>
@@ -29,8 +29,8 @@ class FileDescriptor {
     int number_;
 };
 
-/// Takes a new file over, under a number that is none of the standard streams'. A caller who has closed its standard
-/// output would otherwise print to its instrument from then on.
+/// Takes ownership of a new file and moves it to a number above those of the standard streams. A program that has
+/// closed its standard output would otherwise print to the instrument.
 inline FileDescriptor BesideTheStandardStreams(int number) {
     FileDescriptor file(number);
     if (number >= 0 && number <= STDERR_FILENO) {

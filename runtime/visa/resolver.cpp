@@ -26,7 +26,7 @@ Addresses LookUp(const std::string& host, const std::string& service, int flags)
     return Addresses(::getaddrinfo(host.c_str(), service.c_str(), &hints, &list) == 0 ? list : nullptr);
 }
 
-/// Owned by the thread that asks and the one that looks up; whoever leaves last destroys it.
+/// Shared by the calling thread and the thread of the lookup.
 struct Inquiry {
     std::mutex mutex;
     std::condition_variable answered;
@@ -34,11 +34,11 @@ struct Inquiry {
     Addresses addresses;
 };
 
-/// The signals of the program are not for the threads that start while this lives.
+/// Blocks all signals in the threads that are started while this object exists.
 class SignalsBlocked {
-#ifdef _WIN32 // has none that a thread could catch
+#ifdef _WIN32 // no signals are delivered to threads
   public:
-    SignalsBlocked() {} // not trivial: its objects count as used
+    SignalsBlocked() {} // not trivial, so that the compiler does not report an unused object
 #else
   public:
     SignalsBlocked() {
@@ -72,7 +72,7 @@ Addresses Resolve(const std::string& host, ViUInt16 port, const Deadline& deadli
             Addresses addresses;
             try {
                 addresses = lookup(host, service);
-            } catch (const std::exception&) { // no memory for an answer is no answer
+            } catch (const std::exception&) { // out of memory: the host stays unknown
             }
             const std::lock_guard lock(inquiry->mutex);
             inquiry->addresses = std::move(addresses);

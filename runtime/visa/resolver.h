@@ -1,4 +1,4 @@
-// From a host's name to its addresses, in bounded time.
+// Resolution of host names with a deadline.
 #pragma once
 
 #ifdef _WIN32
@@ -22,14 +22,13 @@ struct FreeAddresses {
 };
 using Addresses = std::unique_ptr<addrinfo, FreeAddresses>;
 
-/// Looks a host up and takes as long as it takes; null when there is no such host.
+/// Looks up a host without a time limit. Returns null when the host is unknown.
 using Lookup = std::function<Addresses(const std::string& host, const std::string& service)>;
 
 Addresses LookUpByName(const std::string& host, const std::string& service);
 
-/// The addresses of `host`, null with VI_ERROR_RSRC_NFOUND or VI_ERROR_TMO in `status`. Numeric addresses are
-/// recognized on the spot. For anything else `lookup` runs on a thread of its own, which is left behind when it does
-/// not come back in time.
+/// Returns the addresses of `host`, or null with VI_ERROR_RSRC_NFOUND or VI_ERROR_TMO in `status`. Numeric addresses
+/// are converted at once. For names `lookup` runs on a thread of its own, which is detached and may outlive the call.
 Addresses Resolve(const std::string& host, ViUInt16 port, const Deadline& deadline, ViStatus& status,
                   const Lookup& lookup = LookUpByName);
 

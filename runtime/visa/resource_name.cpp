@@ -21,8 +21,8 @@ struct Parts {
     [[nodiscard]] std::string_view Last() const { return part[count - 1]; }
 };
 
-/// Cuts at "::" but not inside square brackets, where it belongs to an IPv6 address. None when a part is empty or there
-/// are too many.
+/// Splits at "::", but not inside the square brackets of an IPv6 address. Returns nothing when a part is empty or when
+/// there are too many parts.
 std::optional<Parts> Split(std::string_view text) {
     Parts parts;
     for (;;) {
@@ -57,7 +57,7 @@ bool StartsWithKeyword(std::string_view text, std::string_view keyword) {
     return text::EqualIgnoringCase(text.substr(0, keyword.size()), keyword);
 }
 
-/// `text` is the keyword and perhaps a board number.
+/// Returns whether `text` is the keyword with an optional board number.
 bool IsBoard(std::string_view text, std::string_view keyword) {
     if (!StartsWithKeyword(text, keyword)) {
         return false;
@@ -72,13 +72,13 @@ bool IsPrintable(std::string_view text) {
 }
 
 bool IsIpv6(std::string_view text) {
-    const auto address = text.substr(0, text.find('%')); // what follows names the interface of a link-local address
+    const auto address = text.substr(0, text.find('%')); // the suffix names the interface of a link-local address
     constexpr std::string_view kAllowed = "0123456789abcdefABCDEF:.";
     return std::count(address.begin(), address.end(), ':') >= 2 &&
            address.find_first_not_of(kAllowed) == std::string_view::npos;
 }
 
-/// The host of a socket, without brackets. None when it is no host.
+/// Returns the host of a socket without brackets; nothing when it is malformed.
 std::optional<std::string_view> HostOf(std::string_view part) {
     if (!part.starts_with('[')) {
         const bool plain = part.find_first_of("[]:") == std::string_view::npos;
@@ -96,7 +96,7 @@ std::optional<ResourceName> ParseTcpip(const Parts& parts) {
         return std::nullopt;
     }
     if (!text::EqualIgnoringCase(parts.Last(), "SOCKET")) {
-        // A VXI-11 or HiSLIP instrument: host, perhaps device, perhaps INSTR.
+        // A VXI-11 or HiSLIP instrument: host, optional device, optional INSTR.
         const bool isInstrument =
             parts.count <= 3 || (parts.count == 4 && text::EqualIgnoringCase(parts.Last(), "INSTR"));
         return isInstrument ? std::optional(ResourceName{}) : std::nullopt;

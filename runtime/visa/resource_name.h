@@ -1,4 +1,4 @@
-// Resource strings of VPP-4.3, taken apart.
+// Parser of the resource strings of VPP-4.3.
 #pragma once
 
 #include <cstdint>
@@ -10,18 +10,19 @@ namespace runtime {
 
 enum class Interface {
     Socket, // TCPIP<board>::<host>::<port>::SOCKET
-    Serial, // ASRL<port>::INSTR, or a device path in the port's place
-    Other,  // well-formed, of a kind that nobody here serves
+    Serial, // ASRL<port>::INSTR, or ASRL<device path>::INSTR
+    Other,  // well-formed, of a kind that is not served
 };
 
 struct ResourceName {
     Interface interface = Interface::Other;
     std::string host;       // socket; without the brackets of an IPv6 address
     std::uint16_t port = 0; // socket; never 0
-    std::string device;     // serial: what follows ASRL, in the letter case given
+    std::string device;     // serial: the text after ASRL, in its original letter case
 };
 
-/// None when the text is no resource string. Keywords may have any letter case, board numbers may be left out.
+/// Parses a resource string; nothing when it is malformed. Keywords may have any letter case, board numbers are
+/// optional.
 std::optional<ResourceName> ParseResourceName(std::string_view text);
 
 } // namespace runtime

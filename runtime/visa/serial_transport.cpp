@@ -94,7 +94,7 @@ class SerialTransport final : public Transport {
             return VI_ERROR_SYSTEM_ERROR;
         }
         asio::error_code error;
-        line_.open(device, error); // raw, without waiting for a carrier
+        line_.open(device, error); // in raw mode, without waiting for a carrier
         if (error) {
             return StatusOfOpening(error.value());
         }
@@ -136,7 +136,7 @@ class SerialTransport final : public Transport {
         constexpr ViAttrState kFewestBits = 5;
         constexpr ViAttrState kMostBits = 8;
         switch (name) {
-        case VI_ATTR_ASRL_BAUD: // 0 would hang up
+        case VI_ATTR_ASRL_BAUD: // the system takes 0 as a request to hang up
             return value == 0 || value > std::numeric_limits<ViInt32>::max()
                        ? VI_ERROR_NSUP_ATTR_STATE
                        : Set(Line::baud_rate(static_cast<unsigned>(value)));
@@ -208,8 +208,8 @@ class SerialTransport final : public Transport {
     // numbers of closed standard streams and the line does not.
     asio::io_context context_{1};
     Line line_{context_};
-    std::mutex settingUp_;        // a setting is read, changed and written back
-    const FileDescriptor wakeUp_; // readable from the interruption on
+    std::mutex settingUp_;        // held while a setting is read, changed and written back
+    const FileDescriptor wakeUp_; // readable after Interrupt
     std::atomic<bool> interrupted_{false};
     std::atomic<bool> endsAtTermination_{true};
     std::atomic<ViUInt32> timeout_{0}; // ms

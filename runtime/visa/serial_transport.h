@@ -10,12 +10,12 @@
 
 namespace runtime {
 
-/// The device file that a port of a resource name stands for: the path itself, or the n-th of the system's own ports,
-/// counted from 1. Empty for port 0.
+/// Returns the device file of a port in a resource name: the path itself, or the n-th port of the system, counted
+/// from 1. Empty for port 0.
 std::string SerialDevice(std::string_view port);
 
-/// Opens the line of `name` with 9600 baud, 8 data bits, no parity, one stop bit and no flow control; null with the
-/// reason in `status` when it cannot be had. What it received before is dropped.
+/// Opens the line of `name` with 9600 baud, 8 data bits, no parity, one stop bit and no flow control, and discards
+/// received bytes. Returns null with the reason in `status` on failure.
 std::unique_ptr<Transport> OpenSerialLine(const ResourceName& name, const Deadline& deadline, ViStatus& status);
 
 } // namespace runtime

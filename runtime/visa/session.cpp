@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kNoCharacter = -1;
 
-/// How many of the bytes make a message that the terminator ends; all when it is not among them.
+/// Returns the number of bytes up to and including the terminator; all when it is not among them.
 std::size_t LengthOfMessage(std::span<const ViByte> bytes, int terminator) {
     const void* end = nullptr;
     if (terminator != kNoCharacter && !bytes.empty()) {
@@ -51,7 +51,7 @@ void ResourceManager::Close(ViSession /*handle*/) {
     }
 }
 
-// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): `kept_` holds nothing yet
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): `kept_` is empty
 Instrument::Instrument(std::shared_ptr<ResourceManager> manager, std::unique_ptr<Transport> transport)
     : manager_(std::move(manager)), transport_(std::move(transport)) {
     transport_->TimeoutChanged(kDefaultTimeout);
@@ -84,8 +84,7 @@ ViStatus Instrument::SetAttribute(ViAttr name, ViAttrState value) {
 }
 
 ViStatus Instrument::SetBuffer(ViUInt16 mask) {
-    // Reads and writes go straight to the system, whose buffers have room for whatever size is asked for: there is
-    // nothing to do.
+    // No effect: reads and writes use the system's buffers, which are large enough.
     constexpr ViUInt16 kAll = VI_READ_BUF | VI_WRITE_BUF | VI_IO_IN_BUF | VI_IO_OUT_BUF;
     return mask == 0 || (mask & ~kAll) != 0 ? VI_ERROR_INV_MASK : VI_SUCCESS;
 }
@@ -134,7 +133,7 @@ std::size_t Instrument::TakeKept(std::span<ViByte> into, int terminator) {
     return count;
 }
 
-/// Receives once; nothing is kept at this point. What follows a terminator is kept for the next read.
+/// Receives once, when no bytes are kept. Bytes behind a terminator are kept for the next read.
 Progress Instrument::ReceiveUpTo(std::span<ViByte> into, int terminator, const Deadline& deadline) {
     if (terminator == kNoCharacter) {
         return transport_->Receive(into, deadline);
@@ -149,7 +148,7 @@ Progress Instrument::ReceiveUpTo(std::span<ViByte> into, int terminator, const D
     return {received.status, count};
 }
 
-/// A call that failed because the session was closed says so.
+/// Returns VI_ERROR_INV_OBJECT for a call that failed because the session was closed.
 Progress Instrument::Finish(Progress progress) const {
     if (progress.status < 0 && closed_) {
         progress.status = VI_ERROR_INV_OBJECT;

@@ -1,4 +1,4 @@
-// What a VISA handle stands for.
+// The objects behind VISA handles.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@
 
 namespace runtime {
 
-/// Operations that a session does not have answer VI_ERROR_NSUP_OPER.
+/// Operations that a session does not have return VI_ERROR_NSUP_OPER.
 class Session {
   public:
     Session() = default;
@@ -27,14 +27,14 @@ class Session {
     virtual Progress Write(std::span<const ViByte> /*bytes*/) { return {VI_ERROR_NSUP_OPER, 0}; }
     virtual Progress Read(std::span<ViByte> /*into*/) { return {VI_ERROR_NSUP_OPER, 0}; }
 
-    /// The session's handle, this one, is unknown from now on; calls that are under way end soon.
+    /// Ends the calls that are under way. `handle` is the session's own and has been removed before.
     virtual void Close(ViSession handle) = 0;
 };
 
-/// Knows the handles of the instruments that were opened through it.
+/// Keeps the handles of the instruments that were opened through it.
 class ResourceManager final : public Session {
   public:
-    /// False when it is closed already.
+    /// Returns false when the resource manager is closed.
     bool Adopt(ViSession instrument);
     void Forget(ViSession instrument);
     void Close(ViSession handle) override;
@@ -45,7 +45,7 @@ class ResourceManager final : public Session {
     std::unordered_set<ViSession> instruments_;
 };
 
-/// An instrument behind a stream of bytes. Reading and writing are independent of each other.
+/// An instrument behind a stream of bytes. Thread-safe; reading and writing are independent of each other.
 class Instrument final : public Session {
   public:
     Instrument(std::shared_ptr<ResourceManager> manager, std::unique_ptr<Transport> transport);
@@ -72,10 +72,10 @@ class Instrument final : public Session {
     std::atomic<ViByte> terminationCharacter_{'\n'};
     std::atomic<bool> terminationEnabled_{false};
     TurnTaking writing_;
-    TurnTaking reading_; // guards what follows
+    TurnTaking reading_; // guards the following members
     std::size_t keptFrom_ = 0;
     std::size_t keptTo_ = 0;
-    std::array<ViByte, kReadAhead> kept_; // received together with a termination character and after it
+    std::array<ViByte, kReadAhead> kept_; // received behind a termination character
 };
 
 } // namespace runtime

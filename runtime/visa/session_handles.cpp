@@ -10,7 +10,7 @@ namespace runtime {
 namespace {
 
 struct Slot : runtime::HandleSlot {
-    std::mutex mutex; // guards `session`, for moments only
+    std::mutex mutex; // guards `session`
     std::shared_ptr<Session> session;
 };
 
@@ -19,7 +19,7 @@ runtime::HandleTable<Slot> slots;
 } // namespace
 
 ViSession AddSession(std::shared_ptr<Session> session) {
-    // No lock: nobody looks into a slot that does not bear the handle that they have.
+    // No lock: a lookup checks the slot's generation before it uses the slot.
     return slots.Issue([&](Slot& slot) { slot.session = std::move(session); });
 }
 

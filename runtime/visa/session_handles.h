@@ -8,13 +8,13 @@
 
 namespace runtime {
 
-/// Zero when no handle is left.
+/// Returns zero when no handle is available.
 ViSession AddSession(std::shared_ptr<Session> session);
 
-/// Null when the handle is unknown. The session stays alive while the caller holds it, also when it is closed.
+/// Returns null when the handle is unknown. The session exists while the caller holds the pointer, even after a close.
 std::shared_ptr<Session> FindSession(ViSession handle);
 
-/// The same, and the handle is unknown from now on.
+/// Returns the session as FindSession and invalidates the handle.
 std::shared_ptr<Session> RemoveSession(ViSession handle);
 
 } // namespace runtime

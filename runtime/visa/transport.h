@@ -1,4 +1,4 @@
-// A connection to an instrument as a stream of bytes: what the interface kinds have in common.
+// A connection to an instrument as a stream of bytes: the interface of all interface kinds.
 #pragma once
 
 #include <cstddef>
@@ -9,13 +9,13 @@
 
 namespace runtime {
 
-/// What came of one step of input or output.
+/// The result of one step of input or output.
 struct Progress {
-    ViStatus status = VI_SUCCESS; // with an error, `bytes` still counts
+    ViStatus status = VI_SUCCESS; // `bytes` is valid after an error too
     std::size_t bytes = 0;
 };
 
-/// One thread at a time receives and one sends; Interrupt may be called at any time by any thread.
+/// One thread may receive while another one sends. Interrupt may be called by any thread at any time.
 class Transport {
   public:
     Transport() = default;
@@ -23,22 +23,22 @@ class Transport {
     Transport& operator=(const Transport&) = delete;
     virtual ~Transport() = default; // closes
 
-    /// Receives at least one byte and what else is there, into `into`, which is not empty.
+    /// Receives at least one byte and all other available ones. `into` must not be empty.
     virtual Progress Receive(std::span<ViByte> into, const Deadline& deadline) = 0;
 
-    /// Sends all of `bytes`, unless it fails.
+    /// Sends all of `bytes` or fails.
     virtual Progress Send(std::span<const ViByte> bytes, const Deadline& deadline) = 0;
 
-    /// Calls that are under way, and all later ones, end at once with an error.
+    /// Ends the calls that are under way, and all later ones, with an error.
     virtual void Interrupt() = 0;
 
-    /// The I/O time-out changed; a hint, the deadlines of the calls decide.
+    /// Called when the I/O time-out has changed. A hint: each call has its deadline.
     virtual void TimeoutChanged(ViUInt32 /*milliseconds*/) {}
 
-    /// Reads end at the termination character also while VI_ATTR_TERMCHAR_EN is off.
+    /// Returns whether reads end at the termination character even while VI_ATTR_TERMCHAR_EN is off.
     [[nodiscard]] virtual bool EndsAtTermination() const { return false; }
 
-    /// Attributes of this interface kind alone.
+    /// Sets an attribute of this interface kind.
     virtual ViStatus SetAttribute(ViAttr /*name*/, ViAttrState /*value*/) { return VI_ERROR_NSUP_ATTR; }
 };
 

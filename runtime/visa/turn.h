@@ -1,4 +1,4 @@
-// Threads that use one direction of one connection take turns, and none waits for its turn past its deadline.
+// A lock for one direction of a connection, with a deadline for waiting.
 #pragma once
 
 #include <condition_variable>
@@ -10,7 +10,7 @@ namespace runtime {
 
 class TurnTaking {
   public:
-    /// Held while a thread has its turn.
+    /// Holds the turn while it exists.
     class Turn {
       public:
         Turn(TurnTaking& turns, const Deadline& deadline) : turns_(turns), taken_(turns.Take(deadline)) {}
@@ -22,7 +22,7 @@ class TurnTaking {
             }
         }
 
-        /// False when the deadline came first.
+        /// Returns false when the deadline passed first.
         [[nodiscard]] bool Taken() const { return taken_; }
 
       private:
@@ -34,7 +34,7 @@ class TurnTaking {
     bool Take(const Deadline& deadline) {
         std::unique_lock lock(mutex_);
         const auto isFree = [this] { return !busy_; };
-        if (deadline.IsInfinite()) { // a wait until the end of the clock's range would overflow inside
+        if (deadline.IsInfinite()) { // wait_until would overflow at the end of the clock's range
             free_.wait(lock, isFree);
         } else if (!free_.wait_until(lock, deadline.At(), isFree)) {
             return false;

@@ -19,7 +19,7 @@ namespace {
 
 using namespace runtime;
 
-/// Interface kinds and how they are connected; null with the reason in the status when that fails.
+/// An interface kind and its function to connect, which returns null with the reason in the status on failure.
 struct Connector {
     Interface interface;
     std::unique_ptr<Transport> (*connect)(const ResourceName& name, const Deadline& deadline, ViStatus& status);
@@ -41,7 +41,7 @@ std::unique_ptr<Transport> Connect(const ResourceName& name, const Deadline& dea
     return connector->connect(name, deadline, status);
 }
 
-/// What the standard library throws, here for want of memory or of a thread, ends in a status.
+/// Converts the exceptions of the standard library, for lack of memory or threads, to a status.
 template <typename Body>
 ViStatus WithoutExceptions(Body body) noexcept {
     try {
@@ -60,7 +60,7 @@ ViStatus OnSession(ViSession handle, Body body) noexcept {
     });
 }
 
-/// Runs `transfer(session)` and hands on how many bytes it moved; a null `count` is not filled.
+/// Runs `transfer(session)` and stores the number of moved bytes in `count`, which may be null.
 template <typename Transfer>
 ViStatus OnBuffer(ViSession handle, const ViByte* buffer, ViUInt32 size, ViUInt32* count, Transfer transfer) noexcept {
     return OnSession(handle, [&](Session& session) {

@@ -1,12 +1,11 @@
-// A configuration server whose store is always empty, for the development platform: what the driver asks a store that
-// knows nothing of it. The functions that only a filled store leads to are one function under many names
-// (empty_config_server.def): nobody has a handle for them.
+// A configuration server with an empty store, for the development platform. The functions that need a handle of an
+// object are one function under many names (empty_config_server.def): an empty store has no such handles.
 #include "platform/config_server.h"
 #include "runtime/ivi_buffer.h"
 
 namespace {
 
-/// What every handle points to; there is nothing to tell apart.
+/// The target of every handle.
 char nothing;
 
 ViStatus GiveHandle(IviConfigHandle* handle) {
@@ -50,7 +49,7 @@ ViStatus _VI_FUNC IviConfig_GetSoftwareModuleItemByName(IviConfigHandle /*collec
     return IVI_CONFIG_ERROR_ITEM_NOT_FOUND;
 }
 
-/// Takes whatever arguments the function takes whose name it goes under: on x64 the caller cleans up.
+/// Accepts the arguments of all functions whose name it has: on x64 the caller cleans up.
 ViStatus _VI_FUNC EmptyStoreHasNoSuchHandle() { return IVI_CONFIG_ERROR_INVALID_HANDLE; }
 
 } // extern "C"

@@ -115,7 +115,7 @@ TEST_F(Frame, CreationThatFailsDestroysTheObjectAndGivesNoHandle) {
     EXPECT_EQ(Create(vi), Status(0xBFFA4214));
     EXPECT_EQ(vi, 0U);
     EXPECT_THAT(TakeCalls(), ElementsAre("connect", "identify", "disconnect", "destroy"));
-    EXPECT_EQ(doubles::TheSessionService().OpenHandles(), 1U); // deliberately left to the service
+    EXPECT_EQ(doubles::TheSessionService().OpenHandles(), 1U); // Required: it stays with the service
 }
 
 TEST_F(Frame, CreationThatCannotBindInitializesNothing) {

@@ -210,7 +210,7 @@ class Contender {
 TEST_F(SessionServiceTest, LockExcludesOtherThreads) {
     const Session session;
     constexpr int kRounds = 5000;
-    int inside = 0; // plain on purpose: the lock alone protects them
+    int inside = 0; // not atomic: only the session's lock protects it
     int rounds = 0;
     bool everShared = false;
     const auto work = [&] {
