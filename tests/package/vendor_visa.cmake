@@ -17,7 +17,7 @@ execute_process(COMMAND ${CMAKE_COMMAND} ${build_options} -S ${SOURCE} -B ${SCRA
                         -DCMAKE_FIND_ROOT_PATH=${SCRATCH}/none -DCMAKE_FIND_ROOT_PATH_MODE_LIBRARY=ONLY
                 RESULT_VARIABLE result OUTPUT_QUIET ERROR_VARIABLE output)
 expect_match("${result}" "^1$")
-expect_match("${output}" "There is no libivivisa.so.0")
+expect_match("${output}" "libivivisa.so.0 was not found")
 
 set(driver_options -DTARNEX_VISA=system -DTARNEX_TESTS=OFF -DTARNEX_TOOLS=OFF -DCMAKE_BUILD_TYPE=Debug)
 run(${CMAKE_COMMAND} ${build_options} -S ${SOURCE} -B ${SCRATCH}/build ${driver_options}
