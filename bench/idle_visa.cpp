@@ -31,6 +31,8 @@ ViStatus _VI_FUNC viSetAttribute(ViObject /*vi*/, ViAttr /*name*/, ViAttrState /
 
 ViStatus _VI_FUNC viSetBuf(ViSession /*vi*/, ViUInt16 /*mask*/, ViUInt32 /*size*/) { return VI_SUCCESS; }
 
+ViStatus _VI_FUNC viClear(ViSession /*vi*/) { return VI_SUCCESS; }
+
 ViStatus _VI_FUNC viWrite(ViSession /*vi*/, ViConstBuf buf, ViUInt32 count, ViUInt32* written) {
     identityAsked = buf[0] == '*';
     *written = count;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "driver/session_interface.h"
 #include "framework/driver_session.h"
 
 namespace tarnex {
@@ -13,6 +14,7 @@ inline constexpr nrt2::DriverIdentity kDriverIdentity{
     .supportedModels = "TX4410,TX4520",
     .defaultSimulationModel = "TX4410",
     .checksInterchangeability = false,
+    .sessionTag = kSessionTag,
 };
 
 static_assert(kDriverIdentity.supportedModels.find(kDriverIdentity.defaultSimulationModel) != std::string_view::npos,

@@ -16,6 +16,12 @@ constexpr std::uint32_t kErrorBits = 0x3C;
 
 } // namespace
 
+TARNEXDriverSession::~TARNEXDriverSession() {
+    if (extension_.attachment != nullptr) {
+        extension_.destroy(extension_.attachment);
+    }
+}
+
 ORVA::ConnectionRecord TARNEXDriverSession::ComposeConnectionRecord() const {
     const tarnex::OptionPairs pairs{Flags().simulate, Flags().queryInstrumentStatus, ModelOverride()};
     return {

@@ -23,7 +23,7 @@ ViStatus CreateSession(SessionFactory make, ViConstString resourceName, ViBoolea
         return status;
     }
     auto session = make(vi);
-    status = IviSession_SetDataPtr(vi, session.get());
+    status = IviSession_SetDataPtr(vi, session->Anchor());
     if (status >= 0) {
         status = session->Initialize(std::string(text::ViewOf(resourceName)), wantsIdQuery, wantsReset,
                                      std::string(text::ViewOf(optionString)));

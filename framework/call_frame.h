@@ -16,7 +16,7 @@ namespace nrt2 {
 inline ViStatus GetSession(ViSession vi, DriverSession*& session) {
     ViAddr address = nullptr;
     const auto status = IviSession_GetDataPtr(vi, &address);
-    session = static_cast<DriverSession*>(address);
+    session = address == nullptr ? nullptr : static_cast<SessionAnchor*>(address)->session;
     return status;
 }
 
@@ -43,15 +43,16 @@ class SessionLock {
 /// record to write to. `Session` is the driver's class derived from DriverSession.
 template <typename Session, typename Body>
 ViStatus LockedCall(ViSession vi, const Body& body) {
-    DriverSession* session = nullptr;
-    if (GetSession(vi, session) < 0) {
+    ViAddr address = nullptr;
+    if (IviSession_GetDataPtr(vi, &address) < 0) {
         return IVI_ERROR_INVALID_SESSION_HANDLE;
     }
     const SessionLock lock(vi);
     if (lock.Status() < 0) {
         return lock.Status();
     }
-    // Read again: another thread may have closed the session while this one waited for the lock.
+    // Only now: another thread may have closed the session while this one waited for the lock.
+    DriverSession* session = nullptr;
     const auto status = GetSession(vi, session);
     if (status < 0) {
         return status;

@@ -1,6 +1,7 @@
 // The object behind a session handle: its settings, its configuration and its life cycle.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <set>
@@ -27,6 +28,7 @@ struct DriverIdentity {
     std::string_view supportedModels; ///< separated by commas
     std::string_view defaultSimulationModel;
     bool checksInterchangeability = false;
+    std::uint64_t sessionTag = 0; ///< tells the driver's sessions from those of other drivers
 };
 
 /// A session's handle, with the recording of errors on it.
@@ -62,11 +64,24 @@ struct RepCapNames {
     RepCapNames* next = nullptr;
 };
 
+class DriverSession;
+
+/// The target of a session's data pointer in the session service. A plain C struct, so that another module can
+/// recognise a session of this driver before it uses anything else of it.
+struct SessionAnchor {
+    std::uint64_t tag;      ///< DriverIdentity::sessionTag
+    const void* extension;  ///< the driver's own interface for other modules, null without one
+    DriverSession* session; ///< for the driver's own frames only
+};
+
 /// The base class of a driver's session. The driver implements the operations that reach its instrument.
 /// A negative status of a virtual operation has been recorded on the session, unless the operation says otherwise.
 class DriverSession : public IoSession {
   public:
     DriverSession(ViSession handle, const DriverIdentity& driver) : IoSession(handle), driver_(driver) {}
+
+    /// Returns what the session service's data pointer has to point to.
+    [[nodiscard]] SessionAnchor* Anchor() { return &anchor_; }
 
     /// Resolves configuration and options, connects and identifies the instrument. Disconnects when a later step fails.
     ViStatus Initialize(std::string resourceName, bool idQuery, bool reset, std::string optionString);
@@ -101,6 +116,8 @@ class DriverSession : public IoSession {
     void InvalidateAllAttributes() { caches_.Clear(); }
 
   protected:
+    void SetExtension(const void* extension) { anchor_.extension = extension; }
+
     /// Creates the instrument object and opens the connection to the resource.
     virtual ViStatus InitializeIO() = 0;
     virtual ViStatus CloseIO() = 0;
@@ -145,6 +162,7 @@ class DriverSession : public IoSession {
     ViStatus ReadStoreText(Read read, IviConfigHandle handle, ViInt32 id, std::string& value) const;
 
     const DriverIdentity& driver_;
+    SessionAnchor anchor_{driver_.sessionTag, nullptr, this};
     bool idQuery_ = false;
     bool reset_ = false;
     text::InherentOptions flags_;

@@ -10,6 +10,8 @@ struct Identity {
     std::string model;
     std::string serialNumber;
     std::string firmwareRevision;
+
+    bool operator==(const Identity&) const = default;
 };
 
 } // namespace ORVA

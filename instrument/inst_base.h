@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -220,6 +221,17 @@ class InstBase {
     virtual ViStatus SetAllOutputsOff() = 0;
     // clang-format on
 
+    // --- Recovery. The defaults are those of an instrument without I/O.
+    /// Returns the connection; null for an instrument without I/O. It may be replaced by Reopen.
+    [[nodiscard]] OpenVisa::VisaIO* Connection() const { return connection_.get(); }
+    /// Closes the connection, opens the resource of the last Open again and checks that the same instrument answers.
+    /// Returns 0, VISA's status, or IVI_ERROR_ID_QUERY_FAILED for another instrument.
+    virtual ViStatus Reopen() { return VI_SUCCESS; }
+    /// Sets or removes (no callback) the trace of the traffic, for this and every later connection.
+    virtual void SetTrace(const OpenVisa::Trace& /*trace*/) {}
+    /// Reads the identity and compares it with that of the last Open, skipping late replies to earlier queries.
+    virtual ViStatus VerifyIdentity() { return VI_SUCCESS; }
+
   protected:
     /// `connection` is null for an instrument without I/O.
     InstBase(std::shared_ptr<OpenVisa::VisaIO> connection, std::shared_ptr<Identity> identity);
@@ -291,7 +303,16 @@ class InstBase {
         reply_.clear();
         const auto status = IoStatus(Query(line_, reply_));
         if (status >= 0) {
+            // A malformed reply, for which `store` throws, may be the late reply to an earlier query.
+            auto* const connection = connection_.get();
+            const bool inStep = connection == nullptr || connection->isInStep();
+            if (inStep && connection != nullptr) {
+                connection->setInStep(false);
+            }
             store(std::string_view(reply_));
+            if (inStep && connection != nullptr) {
+                connection->setInStep(true);
+            }
         }
         return status;
     }
@@ -306,21 +327,37 @@ class InstBase {
         return IoStatus(Write(line_));
     }
 
-    static void AnnounceFields(std::size_t expected);
+    virtual void AnnounceFields(std::size_t expected);
 
     static ViStatus IoStatus(ViStatus visaStatus) { return visaStatus < 0 ? DRIVER_ERROR_IO : visaStatus; }
 
-    static void Parse(std::string_view reply, bool& value) { value = Visa::parseBool(reply); }
-    static void Parse(std::string_view reply, std::int32_t& value) { value = Visa::parseInt(reply); }
-    static void Parse(std::string_view reply, double& value) { value = Visa::parseDouble(reply); }
-    static void Parse(std::string_view reply, std::string& value) { value = reply; }
+    /// Whether a reply must be a value as a whole. The driver's instruments accept a value with text behind it and take
+    /// an unknown keyword for the lowest value; strict ones throw std::invalid_argument.
+    [[nodiscard]] virtual bool IsStrict() const { return false; }
+
+    void Parse(std::string_view reply, bool& value) const {
+        value = Visa::parseBool(Checked(reply, Visa::isWholeBool));
+    }
+    void Parse(std::string_view reply, std::int32_t& value) const {
+        value = Visa::parseInt(Checked(reply, Visa::isWholeInt));
+    }
+    void Parse(std::string_view reply, double& value) const {
+        value = Visa::parseDouble(Checked(reply, Visa::isWholeDouble));
+    }
+    void Parse(std::string_view reply, std::string& value) const { value = reply; }
     template <KeywordEnumeration Enumeration>
-    static void Parse(std::string_view reply, Enumeration& value) {
-        value = ValueOf<Enumeration>(reply);
+    void Parse(std::string_view reply, Enumeration& value) const {
+        value = ValueOf<Enumeration>(Checked(reply, IsKeyword<Enumeration>));
     }
     template <typename T>
-    static auto StoreIn(T& value) {
-        return [&value](std::string_view reply) { Parse(reply, value); };
+    auto StoreIn(T& value) const {
+        return [this, &value](std::string_view reply) { Parse(reply, value); };
+    }
+    std::string_view Checked(std::string_view reply, bool (*isWhole)(std::string_view)) const {
+        if (IsStrict() && !isWhole(reply)) {
+            throw std::invalid_argument("malformed reply");
+        }
+        return reply;
     }
 
     // The texts of the current exchange. They are members so that their memory is reused.

@@ -78,6 +78,15 @@ std::string_view TokenOf(Enumeration value) {
     throw std::out_of_range("invalid map<K, T> key");
 }
 
+/// Returns whether `reply` is one of the enumeration's keywords.
+template <KeywordEnumeration Enumeration>
+bool IsKeyword(std::string_view reply) {
+    const auto& table = kKeywords<Enumeration>;
+    return !reply.empty() && std::any_of(table.begin(), table.end(), [reply](const auto& row) {
+        return std::find(row.spellings.begin(), row.spellings.end(), reply) != row.spellings.end();
+    });
+}
+
 /// Returns the value with the keyword `reply`; upper and lower case differ.
 /// Required: an unknown keyword gives the lowest value of the table, which callers cannot tell from a valid reply.
 template <KeywordEnumeration Enumeration>

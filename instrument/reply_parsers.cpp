@@ -19,6 +19,11 @@ constexpr bool IsOfSwitch(char c) { return c == 'O' || c == 'N' || c == 'F' || c
 constexpr bool IsOfInteger(char c) { return text::IsDigit(c) || c == '+' || c == '-'; }
 constexpr bool IsOfReal(char c) { return IsOfInteger(c) || c == '.' || c == 'E' || c == 'e'; }
 
+template <typename Predicate>
+bool IsWhole(std::string_view reply, Predicate accept) {
+    return text::IsBlank(reply.substr(PrefixOf(reply, accept).size()));
+}
+
 } // namespace
 
 bool parseBool(std::string_view reply) {
@@ -35,6 +40,10 @@ bool parseBool(std::string_view reply) {
 std::int32_t parseInt(std::string_view reply) { return text::ToInt(PrefixOf(reply, IsOfInteger)); }
 
 double parseDouble(std::string_view reply) { return text::ToReal(PrefixOf(reply, IsOfReal)); }
+
+bool isWholeBool(std::string_view reply) { return IsWhole(reply, IsOfSwitch); }
+bool isWholeInt(std::string_view reply) { return IsWhole(reply, IsOfInteger); }
+bool isWholeDouble(std::string_view reply) { return IsWhole(reply, IsOfReal); }
 
 std::string toUpper(std::string_view text) {
     std::string upper(text);

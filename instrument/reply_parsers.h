@@ -21,6 +21,11 @@ std::int32_t parseInt(std::string_view reply);
 /// Converts the longest prefix of digits, signs, "." and exponent letters. Throws the exceptions of text::ToReal.
 double parseDouble(std::string_view reply);
 
+// Whether the parsers above convert the whole reply, except for white space at its end.
+bool isWholeBool(std::string_view reply);
+bool isWholeInt(std::string_view reply);
+bool isWholeDouble(std::string_view reply);
+
 /// Returns a copy with ASCII letters in upper case, independent of the locale.
 std::string toUpper(std::string_view text);
 

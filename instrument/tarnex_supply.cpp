@@ -16,6 +16,7 @@ ViStatus TARNEX::Open(const ConnectionRecord& record) {
     idQuery_ = record.idQuery;
     reset_ = record.reset;
     options_ = ParseOptionFlags(record.options);
+    resource_ = record.resource;
     if (OpenVisa::OpenConnection(record.resource, settings_, connection_) < 0) {
         return DRIVER_ERROR_IO;
     }
@@ -44,16 +45,50 @@ ViStatus TARNEX::QueryIdentity() {
     if (status < 0) {
         return status;
     }
+    return ParseIdentity(reply, *identity_) ? status : VI_ERROR_INV_FMT;
+}
+
+bool TARNEX::ParseIdentity(std::string_view reply, Identity& identity) {
     // Not trimmed: a carriage return before the termination character stays in the last field.
     const auto fields = Visa::split(reply, ',', false);
     if (fields.size() != 4) {
-        return VI_ERROR_INV_FMT;
+        return false;
     }
-    identity_->manufacturer = fields[0];
-    identity_->model = fields[1];
-    identity_->serialNumber = fields[2];
-    identity_->firmwareRevision = fields[3];
-    return status;
+    identity = {std::string(fields[0]), std::string(fields[1]), std::string(fields[2]), std::string(fields[3])};
+    return true;
+}
+
+void TARNEX::SetTrace(const OpenVisa::Trace& trace) {
+    settings_.trace = trace;
+    connection_->setTrace(trace);
+}
+
+ViStatus TARNEX::Reopen() {
+    Close();
+    connection_->setInStep(false);
+    const auto status = OpenVisa::OpenConnection(resource_, settings_, connection_);
+    return status < 0 ? status : VerifyIdentity();
+}
+
+ViStatus TARNEX::VerifyIdentity() {
+    // Over a serial line, replies to commands from before a reopening may still arrive.
+    constexpr int kMostLateReplies = 100;
+    connection_->setInStep(false);
+    auto status = Write("*IDN?");
+    bool answered = false;
+    for (int i = 0; status >= 0 && i < kMostLateReplies; ++i) {
+        std::string reply;
+        Identity identity;
+        status = connection_->read(reply);
+        if (status >= 0 && ParseIdentity(reply, identity)) {
+            if (identity == *identity_) {
+                connection_->setInStep(true);
+                return VI_SUCCESS;
+            }
+            answered = true;
+        }
+    }
+    return answered || status >= 0 ? IVI_ERROR_ID_QUERY_FAILED : status;
 }
 
 ViStatus TARNEX::QueryEventStatus(std::uint32_t& value) {

@@ -183,6 +183,10 @@ class TARNEX : public InstBase {
     ViStatus SetAllOutputsOff() override { return Send(":OUTPut:STATe ALL,OFF"); }
     // clang-format on
 
+    void SetTrace(const OpenVisa::Trace& trace) override;
+    ViStatus Reopen() override;
+    ViStatus VerifyIdentity() override;
+
   private:
     /// Runs `send` when the value is within the channel's limits, inclusive. NaN passes: it is neither below nor above.
     template <typename Send>
@@ -198,7 +202,10 @@ class TARNEX : public InstBase {
     }
 
     ViStatus QueryIdentity();
+    /// Returns false, and leaves `identity` unchanged, when the reply has not exactly four fields.
+    static bool ParseIdentity(std::string_view reply, Identity& identity);
 
+    std::string resource_;
     OpenVisa::ConnectionSettings settings_; // of the next open; the time-out is the current one
     bool idQuery_ = false;
     bool reset_ = false;

@@ -1,4 +1,4 @@
-// The seven VISA operations that the driver uses (VPP-4.3), with the attributes and codes of VPP-4.3.2.
+// The VISA operations that the driver and the supply library use (VPP-4.3), with the attributes and codes of VPP-4.3.2.
 //
 // The built-in library serves
 // - raw TCP sockets: "TCPIP[board]::host::port::SOCKET", host a name, an IPv4 address or an IPv6 address in square
@@ -102,5 +102,9 @@ ViStatus _VI_FUNC viWrite(ViSession vi, ViConstBuf buf, ViUInt32 count, ViUInt32
 /// termination character was read (it is part of the data), VI_SUCCESS_MAX_CNT when `count` bytes were read first.
 /// `got` may be null. After VI_ERROR_TMO and VI_ERROR_CONN_LOST, `buf` and `got` hold the bytes that arrived.
 ViStatus _VI_FUNC viRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* got);
+
+/// Clears the device, which then has no reply pending. Returns VI_ERROR_NSUP_OPER on interfaces without a device clear:
+/// raw sockets and serial lines.
+ViStatus _VI_FUNC viClear(ViSession vi);
 
 } // extern "C"

@@ -5,6 +5,13 @@
 
 namespace OpenVisa {
 
+/// Receives a copy of everything that goes over the wire, while the connection is in use.
+struct Trace {
+    /// `sent` is VI_TRUE for a command and VI_FALSE for a reply. `status` is VISA's.
+    void (*callback)(void* context, ViBoolean sent, ViStatus status, const char* text, ViUInt32 size) = nullptr;
+    void* context = nullptr;
+};
+
 struct ConnectionSettings {
     char terminationCharacter = '\n';
     bool terminationEnabled = true; ///< reads end at the termination character
@@ -18,6 +25,7 @@ struct ConnectionSettings {
     ViInt32 flowControl = VI_ASRL_FLOW_NONE;
     ViInt32 parity = VI_ASRL_PAR_NONE;
     ViInt32 stopBits = VI_ASRL_STOP_ONE;
+    Trace trace{};
 };
 
 } // namespace OpenVisa

@@ -46,21 +46,36 @@ ViStatus VisaIO::write(std::string_view command) {
         command = line_;
     }
     ViUInt32 written = 0;
-    return viWrite(instrument_, reinterpret_cast<ViConstBuf>(command.data()), static_cast<ViUInt32>(command.size()),
-                   &written);
+    return finish(VI_TRUE,
+                  viWrite(instrument_, reinterpret_cast<ViConstBuf>(command.data()),
+                          static_cast<ViUInt32>(command.size()), &written),
+                  command);
 }
 
 ViStatus VisaIO::read(std::string& reply) {
     ViUInt32 count = 0;
     const auto status = viRead(instrument_, readBuffer_.get(), kReadBufferSize, &count);
+    std::string_view received(reinterpret_cast<const char*>(readBuffer_.get()), count);
+    finish(VI_FALSE, status, received);
     if (status < 0 || count == 0) {
         return status;
     }
-    std::string_view received(reinterpret_cast<const char*>(readBuffer_.get()), count);
     if (settings_.stripTermination && received.back() == settings_.terminationCharacter) {
         received.remove_suffix(1);
     }
     reply.assign(received);
+    return status;
+}
+
+ViStatus VisaIO::finish(ViBoolean sent, ViStatus status, std::string_view text) {
+    // VI_SUCCESS_MAX_CNT: the rest of a reply that is longer than the buffer would answer the next query.
+    if (status < 0 || status == VI_SUCCESS_MAX_CNT) {
+        inStep_ = false;
+    }
+    if (settings_.trace.callback != nullptr) {
+        settings_.trace.callback(settings_.trace.context, sent, status, text.data(),
+                                 static_cast<ViUInt32>(text.size()));
+    }
     return status;
 }
 

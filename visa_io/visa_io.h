@@ -57,6 +57,16 @@ class VisaIO : public VisaIOBase {
     /// too.
     ViStatus setTimeout(ViUInt32 milliseconds);
 
+    /// Sets or removes (no callback) the trace of the traffic.
+    void setTrace(const Trace& trace) { settings_.trace = trace; }
+
+    /// Returns false after an exchange that failed or was cut: a later reply may then belong to an earlier command.
+    [[nodiscard]] bool isInStep() const { return inStep_; }
+    void setInStep(bool inStep) { inStep_ = inStep; }
+
+    /// Returns VISA's handle of the instrument; VI_NULL when it is not open.
+    [[nodiscard]] ViSession session() const { return instrument_; }
+
     /// Returns the resource string that was opened.
     [[nodiscard]] const std::string& resource() const { return resource_; }
 
@@ -74,7 +84,11 @@ class VisaIO : public VisaIOBase {
     static constexpr ViUInt32 kReadBufferSize = 1024;
     static constexpr ViUInt32 kWriteBufferSize = 1024;
 
+    /// Reports one transfer to the trace and notes whether command and reply still belong together.
+    ViStatus finish(ViBoolean sent, ViStatus status, std::string_view text);
+
     std::string resource_;
+    bool inStep_ = true;
     ConnectionSettings settings_;
     ViSession resourceManager_ = VI_NULL;
     ViSession instrument_ = VI_NULL;

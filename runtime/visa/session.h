@@ -27,6 +27,8 @@ class Session {
     virtual Progress Write(std::span<const ViByte> /*bytes*/) { return {VI_ERROR_NSUP_OPER, 0}; }
     virtual Progress Read(std::span<ViByte> /*into*/) { return {VI_ERROR_NSUP_OPER, 0}; }
 
+    virtual ViStatus Clear() { return VI_ERROR_NSUP_OPER; }
+
     /// Ends the calls that are under way. `handle` is the session's own and has been removed before.
     virtual void Close(ViSession handle) = 0;
 };

@@ -146,6 +146,10 @@ ViStatus _VI_FUNC viWrite(ViSession vi, ViConstBuf buf, ViUInt32 count, ViUInt32
     return OnBuffer(vi, buf, count, written, [&](Session& session) { return session.Write({buf, count}); });
 }
 
+ViStatus _VI_FUNC viClear(ViSession vi) {
+    return OnSession(vi, [](Session& session) { return session.Clear(); });
+}
+
 ViStatus _VI_FUNC viRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* got) {
     return OnBuffer(vi, buf, count, got, [&](Session& session) { return session.Read({buf, count}); });
 }

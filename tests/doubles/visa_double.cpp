@@ -140,6 +140,19 @@ ViStatus VisaLibrary::Read(ViSession vi, ViByte* buffer, ViUInt32 count, ViUInt3
     return instrument->second.endsOnTermChar && reply->ends_with('\n') ? VI_SUCCESS_TERM_CHAR : VI_SUCCESS;
 }
 
+ViStatus VisaLibrary::Clear(ViSession vi) {
+    const std::lock_guard lock(mutex_);
+    const auto instrument = instruments_.find(vi);
+    if (instrument == instruments_.end()) {
+        return VI_ERROR_INV_OBJECT;
+    }
+    if (instrument->second.endsOnTermChar) {
+        return VI_ERROR_NSUP_OPER;
+    }
+    instrument->second.pending.reset();
+    return VI_SUCCESS;
+}
+
 VisaLibrary& TheVisa() {
     static VisaLibrary visa;
     return visa;
@@ -196,6 +209,10 @@ ViStatus _VI_FUNC viWrite(ViSession vi, ViConstBuf buf, ViUInt32 count, ViUInt32
     return Answer("viWrite", [=](VisaLibrary& visa) {
         return visa.Write(vi, std::string(reinterpret_cast<const char*>(buf), count), written);
     });
+}
+
+ViStatus _VI_FUNC viClear(ViSession vi) {
+    return Answer("viClear", [=](VisaLibrary& visa) { return visa.Clear(vi); });
 }
 
 // What had arrived before a failure is in the buffer, and counted.

@@ -57,6 +57,8 @@ class VisaLibrary {
     ViStatus Set(ViObject vi, std::string setting);
     ViStatus Write(ViSession vi, const std::string& bytes, ViUInt32* written);
     ViStatus Read(ViSession vi, ViByte* buffer, ViUInt32 count, ViUInt32* got);
+    /// Discards a pending reply; VI_ERROR_NSUP_OPER on sockets and serial lines.
+    ViStatus Clear(ViSession vi);
 
   private:
     struct Instrument {

@@ -19,7 +19,7 @@ class Getter : public testing::Test {
         doubles::TheSessionService().Reset();
         doubles::TheSessionService().New(&vi_);
         session_ = std::make_unique<TARNEXDriverSession>(vi_);
-        doubles::TheSessionService().SetDataPtr(vi_, static_cast<nrt2::DriverSession*>(session_.get()));
+        doubles::TheSessionService().SetDataPtr(vi_, session_->Anchor());
     }
 
     template <typename T>

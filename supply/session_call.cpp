@@ -1,0 +1,87 @@
+#include "supply/session_call.h"
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <sys/uio.h>
+#include <unistd.h>
+#endif
+
+namespace supply {
+namespace {
+
+/// The beginning of what the session service's data pointer leads to in a session of this driver (nrt2::SessionAnchor).
+struct Anchor {
+    std::uint64_t tag;
+    tarnex::SessionExtension* extension;
+};
+
+/// Copies memory of this process that may not exist.
+bool ReadMemory(const void* from, void* to, std::size_t size) {
+#ifdef _WIN32
+    SIZE_T copied = 0;
+    return ::ReadProcessMemory(::GetCurrentProcess(), from, to, size, &copied) != 0 && copied == size;
+#else
+    iovec local{to, size};
+    iovec remote{const_cast<void*>(from), size}; // NOLINT(cppcoreguidelines-pro-type-const-cast): only read
+    return ::process_vm_readv(::getpid(), &local, 1, &remote, 1, 0) == static_cast<ssize_t>(size);
+#endif
+}
+
+/// Returns the extension of a session of this driver, or null with the reason in `status`. Never follows an address of
+/// another driver's session.
+tarnex::SessionExtension* Recognize(ViSession vi, ViAddr address, ViStatus& status) {
+    // A session that this thread has recognised before costs no system call.
+    struct Known {
+        ViSession vi = VI_NULL;
+        ViAddr address = nullptr;
+    };
+    static thread_local Known known;
+    Anchor anchor{};
+    if (known.vi == vi && known.address == address) {
+        std::memcpy(&anchor, address, sizeof anchor);
+    } else if (!ReadMemory(address, &anchor, sizeof anchor)) {
+        anchor.tag = 0;
+    }
+    if (anchor.tag != tarnex::kSessionTag || anchor.extension == nullptr) {
+        status =
+            nrt2::SetErrorInfoElab(vi, TARNEXSUPPLY_ERROR_OTHER_DRIVER, "The session does not belong to this driver.");
+        return nullptr;
+    }
+    if (anchor.extension->version != tarnex::kSessionInterfaceVersion ||
+        anchor.extension->size != tarnex::kSessionInterfaceSize) {
+        status = nrt2::SetErrorInfoElab(vi, TARNEXSUPPLY_ERROR_OTHER_VERSION,
+                                        "The driver and the supply library are of different versions.");
+        return nullptr;
+    }
+    known = {vi, address};
+    return anchor.extension;
+}
+
+} // namespace
+
+SupplySession* FindSession(ViSession vi, ViStatus& status) {
+    ViAddr address = nullptr;
+    status = IviSession_GetDataPtr(vi, &address);
+    if (status < 0 || address == nullptr) {
+        status = IVI_ERROR_INVALID_SESSION_HANDLE;
+        return nullptr;
+    }
+    auto* const extension = Recognize(vi, address, status);
+    if (extension == nullptr) {
+        return nullptr;
+    }
+    if (extension->attachment == nullptr) {
+        extension->attachment = std::make_unique<SupplySession>(vi, *extension).release();
+        extension->destroy = [](void* attachment) {
+            const std::unique_ptr<SupplySession> owned(static_cast<SupplySession*>(attachment));
+        };
+    }
+    return static_cast<SupplySession*>(extension->attachment);
+}
+
+} // namespace supply

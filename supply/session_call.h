@@ -1,0 +1,84 @@
+// The frame of every function: from a handle to this library's object of the session, under the session's lock, with
+// every exception converted to a status.
+#pragma once
+
+#include <exception>
+#include <new>
+#include <stdexcept>
+
+#include "framework/error_info.h"
+#include "supply/supply_session.h"
+
+namespace supply {
+
+/// Returns the library's object of a session, made at the first call. On failure returns null and the reason in
+/// `status`. The caller must hold the session's lock.
+SupplySession* FindSession(ViSession vi, ViStatus& status);
+
+/// The session's lock while the object exists.
+class Lock {
+  public:
+    explicit Lock(ViSession vi) : vi_(vi), status_(IviSession_Lock(vi, nullptr)) {}
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+    ~Lock() {
+        if (status_ >= 0) {
+            IviSession_Unlock(vi_, nullptr);
+        }
+    }
+    [[nodiscard]] ViStatus Status() const { return status_; }
+
+  private:
+    ViSession vi_;
+    ViStatus status_;
+};
+
+/// Runs `body()` and converts exceptions to statuses, recorded on `vi`.
+template <typename Body>
+ViStatus WithoutExceptions(ViSession vi, const Body& body) noexcept {
+    try {
+        return body();
+    } catch (const std::bad_alloc&) {
+        return nrt2::SetErrorInfo(vi, IVI_ERROR_OUT_OF_MEMORY);
+    } catch (const std::exception&) {
+        return nrt2::SetErrorInfo(vi, IVI_ERROR_CANNOT_RECOVER);
+    }
+}
+
+/// Runs `body(session)` under the session's lock.
+template <typename Body>
+ViStatus OnSession(ViSession vi, const Body& body) noexcept {
+    return WithoutExceptions(vi, [&]() -> ViStatus {
+        const Lock lock(vi);
+        if (lock.Status() < 0) {
+            return lock.Status();
+        }
+        ViStatus status = VI_SUCCESS;
+        auto* const session = FindSession(vi, status);
+        return session == nullptr ? status : body(*session);
+    });
+}
+
+/// Runs `exchange(session)`, which talks to the instrument, over a connection in step. Records its failure; a malformed
+/// reply, for which it throws, becomes IVI_ERROR_UNEXPECTED_RESPONSE. Then checks the instrument's status.
+template <typename Exchange>
+ViStatus ExchangeOn(SupplySession& session, const Exchange& exchange) {
+    auto status = session.EnsureInStep();
+    if (status < 0) {
+        return status;
+    }
+    try {
+        status = exchange(session);
+    } catch (const std::invalid_argument&) {
+        return session.RecordMalformedReply();
+    } catch (const std::out_of_range&) {
+        return session.RecordMalformedReply();
+    }
+    if (status < 0) {
+        return session.RecordFailure(status);
+    }
+    status = session.Driver().checkStatus(session.Object());
+    return status < 0 ? status : VI_SUCCESS;
+}
+
+} // namespace supply
