@@ -1,13 +1,14 @@
-// Every command of the instrument: the bytes that it sends, what is read out of a reply, and what is left alone when
+// Every command of the instrument: the bytes that it sends, the values that it reads from a reply, and its outputs when
 // the exchange fails.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <functional>
 #include <limits>
 #include <memory>
-#include <stdexcept>
+#include <set>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -18,7 +19,10 @@
 #include "instrument/tarnex_supply.h"
 #include "tests/doubles/script.h"
 #include "tests/doubles/visa_double.h"
+#include "tests/unit/instrument/command_list.h"
+#include "tests/unit/instrument/supply_fixture.h"
 
+namespace unit {
 namespace {
 
 using ORVA::ChannelNumber;
@@ -26,80 +30,6 @@ using ORVA::InstBase;
 using testing::ElementsAre;
 
 constexpr auto kIoError = static_cast<ViStatus>(0xBFFA4214);
-
-struct Setting {
-    const char* name;
-    ViStatus (*send)(InstBase& supply);
-    const char* bytes;
-};
-
-// clang-format off
-const std::vector<Setting> kSettings{
-    {"SelectChannel", [](InstBase& supply) { return supply.SelectChannel(1); }, ":INST:SELE CH1\n"},
-    {"SetBleeder", [](InstBase& supply) { return supply.SetBleeder(false); }, ":SOUR:BLE OFF\n"},
-    {"SetVoltage", [](InstBase& supply) { return supply.SetVoltage(1, 0.5); }, ":SOUR1:VOLT 0.500000\n"},
-    {"SetOverVoltageLevel", [](InstBase& supply) { return supply.SetOverVoltageLevel(1, 3.3); }, ":SOUR1:VOLT:PROT 3.300000\n"},
-    {"SetOverVoltageEnabled", [](InstBase& supply) { return supply.SetOverVoltageEnabled(1, true); }, ":SOUR1:VOLT:PROT:STAT ON\n"},
-    {"SetRemoteSense", [](InstBase& supply) { return supply.SetRemoteSense(1, true); }, ":SOUR1:VOLT:SENS ON\n"},
-    {"SetCurrent", [](InstBase& supply) { return supply.SetCurrent(1, 1.25); }, ":SOUR1:CURR 1.250000\n"},
-    {"SetOverCurrentLevel", [](InstBase& supply) { return supply.SetOverCurrentLevel(1, 0.0005); }, ":SOUR1:CURR:PROT 0.000500\n"},
-    {"SetOverCurrentEnabled", [](InstBase& supply) { return supply.SetOverCurrentEnabled(1, true); }, ":SOUR1:CURR:PROT:STAT ON\n"},
-    {"SetOverCurrentDelay", [](InstBase& supply) { return supply.SetOverCurrentDelay(1, 0.5); }, ":SOUR1:CURR:PROT:DEL 0.500000\n"},
-    {"SetOverCurrentDelayMode", [](InstBase& supply) { return supply.SetOverCurrentDelayMode(1, ORVA::ProtectionDelayMode::SettingChange); }, ":SOUR1:CURR:PROT:DEL:MODE SCH\n"},
-    {"SetOutputEnabled", [](InstBase& supply) { return supply.SetOutputEnabled(1, true); }, ":OUTP:STAT CH1,ON\n"},
-    {"SetOvpLevel", [](InstBase& supply) { return supply.SetOvpLevel(2, 0.5); }, ":OUTP:OVP:VAL CH2,0.500000\n"},
-    {"SetOvpEnabled", [](InstBase& supply) { return supply.SetOvpEnabled(2, false); }, ":OUTP:OVP:STAT CH2,OFF\n"},
-    {"SetOcpLevel", [](InstBase& supply) { return supply.SetOcpLevel(2, 5.5); }, ":OUTP:OCP:VAL CH2,5.500000\n"},
-    {"SetOcpEnabled", [](InstBase& supply) { return supply.SetOcpEnabled(2, false); }, ":OUTP:OCP:STAT CH2,OFF\n"},
-    {"SetOcpDelay", [](InstBase& supply) { return supply.SetOcpDelay(2, 1.25); }, ":OUTP:OCP:DEL CH2,1.250000\n"},
-    {"SetOcpDelayMode", [](InstBase& supply) { return supply.SetOcpDelayMode(2, ORVA::ProtectionDelayMode::Any); }, ":OUTP:OCP:DEL:MODE CH2,ANY\n"},
-    {"SetPowerOnState", [](InstBase& supply) { return supply.SetPowerOnState(2, ORVA::PowerOnState::Reset); }, ":OUTP:PONS:STAT CH2,RST\n"},
-    {"SetPairMode", [](InstBase& supply) { return supply.SetPairMode(2, ORVA::PairMode::Parallel); }, ":OUTP:PAIR CH2,PAR\n"},
-    {"SetOutputSense", [](InstBase& supply) { return supply.SetOutputSense(2, false); }, ":OUTP:SENS:STAT CH2,OFF\n"},
-    {"SetTracking", [](InstBase& supply) { return supply.SetTracking(2, false); }, ":OUTP:TRAC:STAT CH2,OFF\n"},
-    {"SetOffMode", [](InstBase& supply) { return supply.SetOffMode(2, ORVA::OffMode::BleederOn); }, ":OUTP:OFFM CH2,BLEON\n"},
-    {"SetCurrentRange", [](InstBase& supply) { return supply.SetCurrentRange(2, ORVA::CurrentRange::High); }, ":MEAS:CURR:RANG CH2,HIGH\n"},
-    {"SetCurrentRate", [](InstBase& supply) { return supply.SetCurrentRate(2, ORVA::CurrentRate::Rate4000); }, ":MEAS:CURR:RATE CH2,4000\n"},
-    {"SetListEnabled", [](InstBase& supply) { return supply.SetListEnabled(true); }, ":LIST:STAT ON\n"},
-    {"SetListCycles", [](InstBase& supply) { return supply.SetListCycles(512); }, ":LIST:CYCLE 512\n"},
-    {"SetListEndState", [](InstBase& supply) { return supply.SetListEndState(ORVA::ListEndState::Off); }, ":LIST:ENDS OFF\n"},
-    {"InsertListGroup", [](InstBase& supply) { return supply.InsertListGroup(0); }, ":LIST:GROUP:INS 0\n"},
-    {"DeleteListGroup", [](InstBase& supply) { return supply.DeleteListGroup(511U); }, ":LIST:GROUP:DEL 511\n"},
-    {"ClearListGroups", [](InstBase& supply) { return supply.ClearListGroups(); }, ":LIST:GROUP:CLE\n"},
-    {"SetListGroup", [](InstBase& supply) { return supply.SetListGroup(1U, 2.0, 0.5, 1.25); }, ":LIST:GROUP:PARA 1,2.000000,0.500000,1.250000\n"},
-    {"SetListTemplate", [](InstBase& supply) { return supply.SetListTemplate(ORVA::ListTemplate::Down); }, ":LIST:TEMP:SEL DN\n"},
-    {"SetListTemplateObject", [](InstBase& supply) { return supply.SetListTemplateObject(ORVA::ListTemplateObject::Voltage, 0.0005); }, ":LIST:TEMP:OBJ V,0.000500\n"},
-    {"SetListTemplateMax", [](InstBase& supply) { return supply.SetListTemplateMax(5.5); }, ":LIST:TEMP:MAXV 5.500000\n"},
-    {"SetListTemplateMin", [](InstBase& supply) { return supply.SetListTemplateMin(2.0); }, ":LIST:TEMP:MINV 2.000000\n"},
-    {"SetListTemplatePeriod", [](InstBase& supply) { return supply.SetListTemplatePeriod(1.25); }, ":LIST:TEMP:PERI 1.250000\n"},
-    {"SetListTemplateInterval", [](InstBase& supply) { return supply.SetListTemplateInterval(0.0005); }, ":LIST:TEMP:INTE 0.000500\n"},
-    {"SetListTemplateCycles", [](InstBase& supply) { return supply.SetListTemplateCycles(7); }, ":LIST:TEMP:CYCLE 7\n"},
-    {"SetListTemplateInverted", [](InstBase& supply) { return supply.SetListTemplateInverted(false); }, ":LIST:TEMP:INVE OFF\n"},
-    {"SetListTemplateWidth", [](InstBase& supply) { return supply.SetListTemplateWidth(3.3); }, ":LIST:TEMP:WIDT 3.300000\n"},
-    {"SetListTemplatePulseCount", [](InstBase& supply) { return supply.SetListTemplatePulseCount(512); }, ":LIST:TEMP:PULSECount 512\n"},
-    {"SetListTemplateSymmetry", [](InstBase& supply) { return supply.SetListTemplateSymmetry(7); }, ":LIST:TEMP:SYMM 7\n"},
-    {"SetListTemplateStairs", [](InstBase& supply) { return supply.SetListTemplateStairs(512); }, ":LIST:TEMP:STAI 512\n"},
-    {"SetListTemplateExpPower", [](InstBase& supply) { return supply.SetListTemplateExpPower(7); }, ":LIST:TEMP:EXPP 7\n"},
-    {"SetListTemplateExpRate", [](InstBase& supply) { return supply.SetListTemplateExpRate(512); }, ":LIST:TEMP:EXPR 512\n"},
-    {"ConstructListTemplate", [](InstBase& supply) { return supply.ConstructListTemplate(511U); }, ":LIST:TEMP:CONSTruct 511\n"},
-    {"SetDelayEnabled", [](InstBase& supply) { return supply.SetDelayEnabled(false); }, ":DELAY:STATe OFF\n"},
-    {"SetDelayCycles", [](InstBase& supply) { return supply.SetDelayCycles(-3); }, ":DELAY:CYCLEs -3\n"},
-    {"SetDelayEndState", [](InstBase& supply) { return supply.SetDelayEndState(ORVA::DelayEndState::Last); }, ":DELAY:ENDState LAST\n"},
-    {"InsertDelayGroup", [](InstBase& supply) { return supply.InsertDelayGroup(512); }, ":DELAY:GROUP:INSert 512\n"},
-    {"DeleteDelayGroup", [](InstBase& supply) { return supply.DeleteDelayGroup(0); }, ":DELAY:GROUP:DELete 0\n"},
-    {"ClearDelayGroups", [](InstBase& supply) { return supply.ClearDelayGroups(); }, ":DELAY:GROUP:CLEar\n"},
-    {"SetDelayGroup", [](InstBase& supply) { return supply.SetDelayGroup(511U, false, 1.25); }, ":DELAY:GROUP:PARAmeter 511,OFF,1.250000\n"},
-    {"SetDelayGenerateMode", [](InstBase& supply) { return supply.SetDelayGenerateMode(ORVA::DelayGenerateMode::Increase); }, ":DELAY:GENerate:SELect INC\n"},
-    {"SetDelayPattern", [](InstBase& supply) { return supply.SetDelayPattern(ORVA::DelayPattern::OnFirst); }, ":DELAY:GENerate:PATT 10P\n"},
-    {"SetDelayGeneratePoints", [](InstBase& supply) { return supply.SetDelayGeneratePoints(0); }, ":DELAY:GENerate:POINTs 0\n"},
-    {"SetDelayOnTime", [](InstBase& supply) { return supply.SetDelayOnTime(0.5); }, ":DELAY:GENerate:TIMe:ON 0.500000\n"},
-    {"SetDelayOffTime", [](InstBase& supply) { return supply.SetDelayOffTime(3.3); }, ":DELAY:GENerate:TIMe:OFF 3.300000\n"},
-    {"SetDelayBaseTime", [](InstBase& supply) { return supply.SetDelayBaseTime(5.5); }, ":DELAY:GENerate:TIMe:BASE 5.500000\n"},
-    {"SetDelayStepTime", [](InstBase& supply) { return supply.SetDelayStepTime(2.0); }, ":DELAY:GENerate:TIMe:STEP 2.000000\n"},
-    {"ConstructDelayGroups", [](InstBase& supply) { return supply.ConstructDelayGroups(3U); }, ":DELAY:GENerate:CONSTruct 3\n"},
-    {"SetTriggerInputEnabled", [](InstBase& supply) { return supply.SetTriggerInputEnabled(ORVA::TriggerInput::D3, true); }, ":TRIG:IN:ENAB D3,ON\n"},
-};
-// clang-format on
 
 /// A query as the tests run it: it returns the status and compares the outputs with what they should be.
 struct QueryCase {
@@ -204,7 +134,7 @@ const std::vector<QueryCase> kQueries{
 };
 // clang-format on
 
-/// A supply whose connection is let go of while an exchange is under way, as a close on another thread would.
+/// A supply that releases its connection during an exchange, as a close on another thread does.
 class LosesItsConnection : public ORVA::TARNEX {
   public:
     LosesItsConnection() { connection_ = std::make_shared<Connection>(*this); }
@@ -254,30 +184,42 @@ class Commands : public testing::Test {
     ORVA::TARNEX supply_;
 };
 
-TEST_F(Commands, AreAllHere) { EXPECT_EQ(kSettings.size() + kQueries.size(), 128U); }
+class SettingCommands : public Commands {};
+class QueryCommands : public Commands {};
 
-TEST_F(Commands, ThatSetSendExactlyTheirBytes) {
+TEST_F(Commands, AreAllListedInTheseTests) {
+    std::set<std::string> tested;
+    for (const auto& setting : kSettings) {
+        EXPECT_TRUE(tested.insert(setting.name).second) << setting.name;
+    }
+    for (const auto& query : kQueries) {
+        EXPECT_TRUE(tested.insert(query.name).second) << query.name;
+    }
+    EXPECT_EQ(tested, DeclaredCommands());
+}
+
+TEST_F(SettingCommands, SendExactlyTheirBytes) {
     for (const auto& setting : kSettings) {
         EXPECT_EQ(setting.send(supply_), 0) << setting.name;
         EXPECT_THAT(TakeWritten(), ElementsAre(setting.bytes)) << setting.name;
     }
 }
 
-TEST_F(Commands, ThatSetReportAFailedWrite) {
+TEST_F(SettingCommands, ReportAFailedWrite) {
     for (const auto& setting : kSettings) {
         doubles::TheScript().Fail("viWrite", VI_ERROR_TMO);
         EXPECT_EQ(setting.send(supply_), kIoError) << setting.name;
     }
 }
 
-TEST_F(Commands, ThatSetPassAPositiveStatusOn) {
+TEST_F(SettingCommands, ReturnAPositiveStatusUnchanged) {
     for (const auto& setting : kSettings) {
         doubles::TheScript().Fail("viWrite", VI_WARN_NSUP_BUF);
         EXPECT_EQ(setting.send(supply_), VI_WARN_NSUP_BUF) << setting.name;
     }
 }
 
-TEST_F(Commands, ThatQuerySendExactlyTheirBytesAndReadTheReply) {
+TEST_F(QueryCommands, SendExactlyTheirBytesAndReadTheReply) {
     for (const auto& query : kQueries) {
         SCOPED_TRACE(query.name);
         doubles::TheVisa().Reply(query.line, query.reply + "\n");
@@ -286,7 +228,7 @@ TEST_F(Commands, ThatQuerySendExactlyTheirBytesAndReadTheReply) {
     }
 }
 
-TEST_F(Commands, ThatQueryPassAPositiveStatusOnWithTheirValues) {
+TEST_F(QueryCommands, ReturnAPositiveStatusUnchangedWithTheirValues) {
     ORVA::TARNEX supply;
     EXPECT_EQ(supply.Open({.resource = "TCPIP0::192.0.2.7::5025::SOCKET"}), VI_SUCCESS_TERM_CHAR);
     for (const auto& query : kQueries) {
@@ -296,7 +238,7 @@ TEST_F(Commands, ThatQueryPassAPositiveStatusOnWithTheirValues) {
     }
 }
 
-TEST_F(Commands, ThatQueryReportAFailedWriteAndLeaveTheirOutputs) {
+TEST_F(QueryCommands, ReportAFailedWriteAndLeaveTheirOutputs) {
     for (const auto& query : kQueries) {
         if (query.name != "GetSelectedChannel") {
             SCOPED_TRACE(query.name);
@@ -306,7 +248,7 @@ TEST_F(Commands, ThatQueryReportAFailedWriteAndLeaveTheirOutputs) {
     }
 }
 
-TEST_F(Commands, ThatQueryReportAFailedReadAndLeaveTheirOutputs) {
+TEST_F(QueryCommands, ReportAFailedReadAndLeaveTheirOutputs) {
     for (const auto& query : kQueries) {
         if (query.name != "GetSelectedChannel") {
             SCOPED_TRACE(query.name);
@@ -316,13 +258,13 @@ TEST_F(Commands, ThatQueryReportAFailedReadAndLeaveTheirOutputs) {
     }
 }
 
-TEST_F(Commands, SelectedChannelIsTheLowestAfterAFailedExchange) {
+TEST_F(QueryCommands, ReadTheSelectedChannelAsTheLowestAfterAFailedExchange) {
     ChannelNumber channel = 77;
     EXPECT_EQ(supply_.GetSelectedChannel(channel), kIoError);
     EXPECT_EQ(channel, 1U);
 }
 
-TEST_F(Commands, KeepTheirConnectionUntilTheExchangeIsOver) {
+TEST_F(Commands, KeepTheirConnectionUntilTheExchangeEnds) {
     LosesItsConnection supply;
     double volts = 0.0;
     EXPECT_EQ(supply.GetVoltage(1, volts), 0);
@@ -338,71 +280,84 @@ TEST_F(Commands, KeepTheirConnectionUntilTheExchangeIsOver) {
     EXPECT_EQ(written.SetVoltage(1, 5.0), kIoError);
 }
 
-TEST_F(Commands, WithARangeTakeBothBoundsAndNothingBeyondThem) {
-    using Setter = ViStatus (InstBase::*)(ChannelNumber, double);
-    struct Range {
-        ChannelNumber channel;
-        double maximum;
-        double beyond;
-    };
-    const auto check = [&](Setter set, const Range& range) {
-        EXPECT_EQ((supply_.*set)(range.channel, 0.0), 0);
-        EXPECT_EQ((supply_.*set)(range.channel, range.maximum), 0);
-        EXPECT_EQ((supply_.*set)(range.channel, std::nan("")), 0);
-        EXPECT_EQ(TakeWritten().size(), 3U);
-        for (const double value : {-0.000001, range.beyond, 1e300, std::numeric_limits<double>::infinity()}) {
-            EXPECT_EQ((supply_.*set)(range.channel, value), static_cast<ViStatus>(0xBFFA4217)) << value;
+using RealSetter = ViStatus (InstBase::*)(ChannelNumber, double);
+
+/// A setter with a range, and the largest value of each channel.
+struct RangedSetter {
+    const char* name;
+    RealSetter set;
+    double first;
+    double second;
+};
+constexpr std::array kRangedSetters{
+    RangedSetter{"SetVoltage", &InstBase::SetVoltage, 22.0, 5.5},
+    RangedSetter{"SetOverVoltageLevel", &InstBase::SetOverVoltageLevel, 22.0, 5.5},
+    RangedSetter{"SetOvpLevel", &InstBase::SetOvpLevel, 22.0, 5.5},
+    RangedSetter{"SetCurrent", &InstBase::SetCurrent, 5.5, 16.8},
+    RangedSetter{"SetOverCurrentLevel", &InstBase::SetOverCurrentLevel, 5.5, 16.8},
+    RangedSetter{"SetOcpLevel", &InstBase::SetOcpLevel, 5.5, 16.8},
+};
+
+TEST_F(Commands, SendLevelsUpToTheLimitsAndNan) {
+    for (const auto& [name, set, first, second] : kRangedSetters) {
+        for (const auto& [channel, value] :
+             {std::pair{1U, 0.0}, {1U, -0.0}, {1U, first}, {2U, 0.0}, {2U, second}, {2U, 1e-9}}) {
+            EXPECT_EQ((supply_.*set)(channel, value), 0) << name << ' ' << value;
+            EXPECT_EQ(TakeWritten().size(), 1U);
         }
-        EXPECT_THAT(TakeWritten(), testing::IsEmpty());
-        EXPECT_THROW((supply_.*set)(3, 1.0), std::out_of_range);
-        EXPECT_THROW((supply_.*set)(0, 1.0), std::out_of_range);
-        EXPECT_THAT(TakeWritten(), testing::IsEmpty());
-    };
-    for (const auto set : {&InstBase::SetVoltage, &InstBase::SetOverVoltageLevel, &InstBase::SetOvpLevel}) {
-        check(set, {1, 22.0, 22.000001});
-        check(set, {2, 5.5, 5.500001});
-    }
-    for (const auto set : {&InstBase::SetCurrent, &InstBase::SetOverCurrentLevel, &InstBase::SetOcpLevel}) {
-        check(set, {1, 5.5, 5.500001});
-        check(set, {2, 16.8, 16.800001});
+        EXPECT_EQ((supply_.*set)(2, -0.0), 0) << name;
+        EXPECT_THAT(TakeWritten(), ElementsAre(testing::EndsWith("-0.000000\n"))) << name;
+        for (const double value : {std::nan(""), -std::nan("")}) {
+            EXPECT_EQ((supply_.*set)(2, value), 0) << name;
+            EXPECT_THAT(TakeWritten(), ElementsAre(testing::EndsWith("nan\n"))) << name;
+        }
     }
 }
 
-TEST_F(Commands, ForDelaysHaveNoRange) {
+TEST_F(Commands, RefuseLevelsOutsideTheLimitsAndSendNothing) {
+    constexpr auto kInfinity = std::numeric_limits<double>::infinity();
+    for (const auto& [name, set, first, second] : kRangedSetters) {
+        for (const auto& [channel, value] : {std::pair{1U, first + 0.000001},
+                                             {2U, second + 0.000001},
+                                             {1U, -0.000001},
+                                             {2U, -1e-300},
+                                             {1U, 1e300},
+                                             {1U, kInfinity},
+                                             {2U, -kInfinity}}) {
+            EXPECT_EQ((supply_.*set)(channel, value), static_cast<ViStatus>(0xBFFA4217)) << name << ' ' << value;
+        }
+    }
+    EXPECT_THAT(TakeWritten(), testing::IsEmpty());
+}
+
+TEST_F(Commands, SendDelaysOfAnyValue) {
     EXPECT_EQ(supply_.SetOverCurrentDelay(1, 1e9), 0);
     EXPECT_EQ(supply_.SetOcpDelay(2, -1.0), 0);
     EXPECT_THAT(TakeWritten(),
                 ElementsAre(":SOUR1:CURR:PROT:DEL 1000000000.000000\n", ":OUTP:OCP:DEL CH2,-1.000000\n"));
 }
 
-TEST_F(Commands, WithAnUnknownChannelOrValueThrowBeforeAnythingIsSent) {
-    const auto throws = [](const auto& call) {
-        try {
-            call();
-            ADD_FAILURE() << "no exception";
-        } catch (const std::out_of_range& exception) {
-            EXPECT_STREQ(exception.what(), "invalid map<K, T> key");
-        }
-    };
+TEST_F(Commands, ThrowForAnUnknownChannelOrValueBeforeAnythingIsSent) {
     bool on = false;
-    throws([&] { supply_.SelectChannel(3); });
-    throws([&] { supply_.SetOutputEnabled(0, true); });
-    throws([&] { supply_.GetOutputEnabled(3, on); });
-    throws([&] { supply_.SetListTemplate(static_cast<ORVA::ListTemplate>(8)); });
-    throws([&] { supply_.SetOverCurrentDelayMode(1, static_cast<ORVA::ProtectionDelayMode>(2)); });
-    throws([&] { supply_.SetTriggerInputEnabled(static_cast<ORVA::TriggerInput>(0), true); });
-    throws([&] { supply_.GetTriggerInputEnabled(static_cast<ORVA::TriggerInput>(5), on); });
+    for (const auto channel : {0U, 3U, 4294967295U}) {
+        for (const auto& setter : kRangedSetters) {
+            EXPECT_EQ(ThrownBy([&] { (supply_.*setter.set)(channel, 1.0); }), kInvalidKey) << setter.name;
+        }
+        EXPECT_EQ(ThrownBy([&] { supply_.SelectChannel(channel); }), kInvalidKey);
+        EXPECT_EQ(ThrownBy([&] { supply_.SetOutputEnabled(channel, true); }), kInvalidKey);
+        EXPECT_EQ(ThrownBy([&] { supply_.GetOutputEnabled(channel, on); }), kInvalidKey);
+        EXPECT_EQ(ThrownBy([&] { static_cast<void>(supply_.GetChannelLimits(channel)); }), kInvalidKey);
+    }
+    using ORVA::TriggerInput;
+    EXPECT_EQ(ThrownBy([&] { supply_.SetListTemplate(static_cast<ORVA::ListTemplate>(8)); }), kInvalidKey);
+    EXPECT_EQ(ThrownBy([&] { supply_.SetOverCurrentDelayMode(1, static_cast<ORVA::ProtectionDelayMode>(2)); }),
+              kInvalidKey);
+    EXPECT_EQ(ThrownBy([&] { supply_.SetTriggerInputEnabled(static_cast<TriggerInput>(0), true); }), kInvalidKey);
+    EXPECT_EQ(ThrownBy([&] { supply_.GetTriggerInputEnabled(static_cast<TriggerInput>(5), on); }), kInvalidKey);
     EXPECT_THAT(TakeWritten(), testing::IsEmpty());
 }
 
-TEST_F(Commands, WithAKeywordReplyThatMatchesNothingGiveTheLowestValue) {
-    doubles::TheVisa().Reply(":OUTP:PAIR? CH1", "par\n");
-    auto mode = ORVA::PairMode::Series;
-    EXPECT_EQ(supply_.GetPairMode(1, mode), 0);
-    EXPECT_EQ(mode, ORVA::PairMode::Off);
-}
-
-TEST_F(Commands, WithSeveralFieldsAnnounceTheirNumberOnStandardOutput) {
+TEST_F(QueryCommands, PrintTheNumberOfFieldsWhenTheyReadSeveral) {
     for (const auto& [query, announced] :
          std::vector<std::pair<std::string, std::string>>{{"MeasureAll", "3"},
                                                           {"GetListStatus", "4"},
@@ -421,27 +376,5 @@ TEST_F(Commands, WithSeveralFieldsAnnounceTheirNumberOnStandardOutput) {
     }
 }
 
-TEST_F(Commands, WithSeveralFieldsTrimLineEndsAndIgnoreWhatIsTooMuch) {
-    doubles::TheVisa().Reply(":MEAS:ALL? CH1", "1.0,\t2.0\t,3.0\r,4.0\r\n");
-    double volts = 0.0;
-    double amperes = 0.0;
-    double watts = 0.0;
-    EXPECT_EQ(supply_.MeasureAll(1, volts, amperes, watts), 0);
-    EXPECT_EQ(std::make_tuple(volts, amperes, watts), std::make_tuple(1.0, 2.0, 3.0));
-}
-
-TEST_F(Commands, WithSeveralFieldsWriteTheOutputsBeforeAMissingField) {
-    doubles::TheVisa().Reply(":MEAS:ALL? CH1", "1.0,2.0\n");
-    double volts = 77.0;
-    double amperes = 77.0;
-    double watts = 77.0;
-    try {
-        supply_.MeasureAll(1, volts, amperes, watts);
-        ADD_FAILURE() << "no exception";
-    } catch (const std::out_of_range& exception) {
-        EXPECT_STREQ(exception.what(), "invalid vector subscript");
-    }
-    EXPECT_EQ(std::make_tuple(volts, amperes, watts), std::make_tuple(1.0, 2.0, 77.0));
-}
-
 } // namespace
+} // namespace unit
