@@ -12,7 +12,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     fuzz::Require(name->interface != runtime::Interface::kSocket || (name->port != 0 && !name->host.empty()),
                   "a socket has host and port");
-    fuzz::Require(name->interface != runtime::Interface::kSerial || !name->device.empty(), "a serial line has a device");
+    fuzz::Require(name->interface != runtime::Interface::kSerial || !name->device.empty(),
+                  "a serial line has a device");
     fuzz::Require(name->host.size() + name->device.size() <= text.size(), "nothing is made up");
     return 0;
 }
