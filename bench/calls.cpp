@@ -39,7 +39,7 @@ void Repeat(benchmark::State& state, const Call& call) {
     }
 }
 
-/// Levels that change from call to call, so that nobody formats the same number twice.
+/// Levels that change from call to call, so that no text can be reused.
 double NextLevel() {
     static thread_local int step = 0;
     step = step == 2000 ? 0 : step + 1;

@@ -24,7 +24,7 @@ using bench::Quantile;
 
 constexpr const char* kFirst = "OutputChannel1";
 
-/// Ends the bench: figures of failing calls are none.
+/// Ends the bench when a call fails: its figures are meaningless.
 void Expect(bool succeeded, const char* what) {
     if (!succeeded) {
         std::fprintf(stderr, "network: %s failed\n", what);

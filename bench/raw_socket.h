@@ -6,7 +6,7 @@
 extern "C" {
 #endif
 
-/* A connection to 127.0.0.1, small packets sent at once; -1 when there is none. */
+/* Returns a connection to 127.0.0.1 that sends small packets at once, or -1 on failure. */
 int raw_connect(unsigned short port);
 void raw_close(int connection);
 

@@ -11,7 +11,7 @@
  *
  * The driver returns VISA's positive statuses unchanged. Over a raw socket a query that succeeds returns 0x3FFF0005
  * (VI_SUCCESS_TERM_CHAR: the termination character was read). Over a serial line it returns 0x3FFF0005 or 0, which
- * depends on the VISA library. Over other interfaces it returns 0. A positive status ends a function at once: a
+ * depends on the VISA library. Over other interfaces it usually returns 0. A positive status ends a function at once: a
  * function that queries several channels returns after the first one, and @ref status_check "status checking" is left
  * out. #TARNEX_error_query is the exception: it returns 0 over every interface.
  *
@@ -21,7 +21,8 @@
  * reads it or #TARNEX_ClearError clears it; later errors do not replace it. These failures are returned without being
  * recorded: an invalid session handle, a null newVi, and failures of the session service itself.
  *
- * @section common_errors Errors of every function with a session handle
+ * @section common_errors Common errors
+ * Every function with a session handle returns:
  * - #TARNEX_ERROR_INVALID_SESSION_HANDLE: the handle is not open. Exceptions: #TARNEX_error_message with a known code,
  * and #TARNEX_GetAttributeViString with size 0.
  * - #TARNEX_ERROR_NULL_POINTER: a pointer is null that must not be null. The description names the parameter.
@@ -338,7 +339,8 @@ ViStatus _VI_FUNC TARNEX_InitWithOptions(ViRsrc resourceName, ViBoolean idQuery,
  * Closes the session and its connection. The outputs stay as they are.
  *
  * @param vi  Session handle. The handle is invalid afterwards.
- * @return 0 on success, also when disconnecting fails. Otherwise one of the @ref common_errors.
+ * @return 0 on success, also when disconnecting fails. Otherwise one of the @ref common_errors "common errors", or a
+ * failure of the session service.
  * @pre No other call on this session is running or starts later: this function does not take the session's lock.
  */
 ViStatus _VI_FUNC TARNEX_close(ViSession vi);
@@ -354,7 +356,7 @@ ViStatus _VI_FUNC TARNEX_close(ViSession vi);
  * Resets the instrument ("*RST"). Sends nothing in simulation.
  *
  * @param vi  Session handle.
- * @return 0 on success. Otherwise #TARNEX_ERROR_IO or one of the @ref common_errors.
+ * @return 0 on success. Otherwise #TARNEX_ERROR_IO or one of the @ref common_errors "common errors".
  */
 ViStatus _VI_FUNC TARNEX_reset(ViSession vi);
 
@@ -372,7 +374,7 @@ ViStatus _VI_FUNC TARNEX_ResetWithDefaults(ViSession vi);
  * @param vi                Session handle.
  * @param[out] testResult   Not written. Not null.
  * @param[out] testMessage  Not written. Not null.
- * @return #TARNEX_WARN_NSUP_SELF_TEST, which is positive. Otherwise one of the @ref common_errors.
+ * @return #TARNEX_WARN_NSUP_SELF_TEST, which is positive. Otherwise one of the @ref common_errors "common errors".
  */
 ViStatus _VI_FUNC TARNEX_self_test(ViSession vi, ViInt16* testResult, ViChar testMessage[]);
 
@@ -419,7 +421,7 @@ ViStatus _VI_FUNC TARNEX_revision_query(ViSession vi, ViChar driverRev[], ViChar
  * Switches all outputs off (":OUTPut:STATe ALL,OFF"). Sends nothing in simulation.
  *
  * @param vi  Session handle.
- * @return 0 on success. Otherwise #TARNEX_ERROR_IO or one of the @ref common_errors.
+ * @return 0 on success. Otherwise #TARNEX_ERROR_IO or one of the @ref common_errors "common errors".
  */
 ViStatus _VI_FUNC TARNEX_Disable(ViSession vi);
 
@@ -427,7 +429,7 @@ ViStatus _VI_FUNC TARNEX_Disable(ViSession vi);
  * Has no effect: the driver does not cache attribute values.
  *
  * @param vi  Session handle.
- * @return 0 on success. Otherwise one of the @ref common_errors.
+ * @return 0 on success. Otherwise one of the @ref common_errors "common errors".
  */
 ViStatus _VI_FUNC TARNEX_InvalidateAllAttributes(ViSession vi);
 
@@ -438,7 +440,7 @@ ViStatus _VI_FUNC TARNEX_InvalidateAllAttributes(ViSession vi);
  * @param vi                     Session handle.
  * @param[in,out] callerHasLock  May be null. VI_FALSE: take the lock and set it to VI_TRUE. Any other value: do
  * nothing.
- * @return 0 on success. Otherwise one of the @ref common_errors.
+ * @return 0 on success. Otherwise one of the @ref common_errors "common errors".
  */
 ViStatus _VI_FUNC TARNEX_LockSession(ViSession vi, ViBoolean* callerHasLock);
 
@@ -448,7 +450,8 @@ ViStatus _VI_FUNC TARNEX_LockSession(ViSession vi, ViBoolean* callerHasLock);
  * @param vi                     Session handle.
  * @param[in,out] callerHasLock  May be null. VI_FALSE: do nothing. Any other value: release the lock and set it to
  *                               VI_FALSE.
- * @return 0 on success, also when the calling thread does not hold the lock. Otherwise one of the @ref common_errors.
+ * @return 0 on success, also when the calling thread does not hold the lock. Otherwise one of the @ref common_errors
+ * "common errors".
  */
 ViStatus _VI_FUNC TARNEX_UnlockSession(ViSession vi, ViBoolean* callerHasLock);
 
@@ -461,7 +464,7 @@ ViStatus _VI_FUNC TARNEX_UnlockSession(ViSession vi, ViBoolean* callerHasLock);
  *                          nothing. Negative: copy the whole text.
  * @param[out] description  Description of the error. Text that does not fit is cut. May be null when bufferSize is 0.
  * @return 0 when the text fits, the size needed when it was cut or bufferSize is 0. Otherwise one of the
- * @ref common_errors.
+ * @ref common_errors "common errors".
  */
 ViStatus _VI_FUNC TARNEX_GetError(ViSession vi, ViStatus* errorCode, ViInt32 bufferSize, ViChar description[]);
 
@@ -477,7 +480,7 @@ ViStatus _VI_FUNC TARNEX_ClearError(ViSession vi);
 /**
  * @defgroup attribute_access Attribute access
  * IVI-3.2, section 6. Functions return 0, or for a channel attribute a positive status, on success. On failure they
- * return one of the @ref common_errors or:
+ * return one of the @ref common_errors "common errors" or:
  * - #TARNEX_ERROR_INVALID_ATTRIBUTE: unknown attribute.
  * - #TARNEX_ERROR_TYPES_DO_NOT_MATCH: the attribute has another type.
  * - #TARNEX_ERROR_ATTR_NOT_WRITABLE: the attribute is read-only.
@@ -494,7 +497,7 @@ ViStatus _VI_FUNC TARNEX_ClearError(ViSession vi);
  * @param vi                   Session handle.
  * @param repCapName           One channel for a channel attribute; otherwise ignored.
  * @param attributeId          Attribute of type ViInt32.
- * @param[out] attributeValue  The value. Not null. Unchanged on failure.
+ * @param[out] attributeValue  The value. Not null.
  * @return See @ref attribute_access.
  */
 ViStatus _VI_FUNC TARNEX_GetAttributeViInt32(ViSession vi, ViConstString repCapName, ViAttr attributeId,
@@ -506,7 +509,7 @@ ViStatus _VI_FUNC TARNEX_GetAttributeViInt32(ViSession vi, ViConstString repCapN
  * @param vi                   Session handle.
  * @param repCapName           One channel for a channel attribute; otherwise ignored.
  * @param attributeId          Attribute of type ViReal64.
- * @param[out] attributeValue  The value, in V or A. Not null. Unchanged on failure.
+ * @param[out] attributeValue  The value, in V or A. Not null. Unchanged when the query fails.
  * @return See @ref attribute_access.
  */
 ViStatus _VI_FUNC TARNEX_GetAttributeViReal64(ViSession vi, ViConstString repCapName, ViAttr attributeId,
@@ -518,7 +521,7 @@ ViStatus _VI_FUNC TARNEX_GetAttributeViReal64(ViSession vi, ViConstString repCap
  * @param vi                   Session handle.
  * @param repCapName           One channel for a channel attribute; otherwise ignored.
  * @param attributeId          Attribute of type ViBoolean.
- * @param[out] attributeValue  VI_TRUE or VI_FALSE. Not null. Unchanged on failure.
+ * @param[out] attributeValue  VI_TRUE or VI_FALSE. Not null. Unchanged when the query fails.
  * @return See @ref attribute_access.
  */
 ViStatus _VI_FUNC TARNEX_GetAttributeViBoolean(ViSession vi, ViConstString repCapName, ViAttr attributeId,
@@ -531,7 +534,8 @@ ViStatus _VI_FUNC TARNEX_GetAttributeViBoolean(ViSession vi, ViConstString repCa
  * @param repCapName           Ignored.
  * @param attributeId          Any attribute.
  * @param[out] attributeValue  Not written. Not null.
- * @return One of the @ref common_errors, #TARNEX_ERROR_INVALID_ATTRIBUTE or #TARNEX_ERROR_TYPES_DO_NOT_MATCH.
+ * @return One of the @ref common_errors "common errors", #TARNEX_ERROR_INVALID_ATTRIBUTE or
+ * #TARNEX_ERROR_TYPES_DO_NOT_MATCH.
  */
 ViStatus _VI_FUNC TARNEX_GetAttributeViSession(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                                ViSession* attributeValue);
@@ -601,7 +605,8 @@ ViStatus _VI_FUNC TARNEX_SetAttributeViBoolean(ViSession vi, ViConstString repCa
  * @param repCapName      Ignored.
  * @param attributeId     Any attribute.
  * @param attributeValue  Ignored.
- * @return One of the @ref common_errors, #TARNEX_ERROR_INVALID_ATTRIBUTE or #TARNEX_ERROR_TYPES_DO_NOT_MATCH.
+ * @return One of the @ref common_errors "common errors", #TARNEX_ERROR_INVALID_ATTRIBUTE or
+ * #TARNEX_ERROR_TYPES_DO_NOT_MATCH.
  */
 ViStatus _VI_FUNC TARNEX_SetAttributeViSession(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                                ViSession attributeValue);
@@ -613,8 +618,8 @@ ViStatus _VI_FUNC TARNEX_SetAttributeViSession(ViSession vi, ViConstString repCa
  * @param repCapName      Ignored.
  * @param attributeId     Any attribute.
  * @param attributeValue  Ignored.
- * @return One of the @ref common_errors, #TARNEX_ERROR_INVALID_ATTRIBUTE, #TARNEX_ERROR_TYPES_DO_NOT_MATCH or
- * #TARNEX_ERROR_ATTR_NOT_WRITABLE.
+ * @return One of the @ref common_errors "common errors", #TARNEX_ERROR_INVALID_ATTRIBUTE,
+ * #TARNEX_ERROR_TYPES_DO_NOT_MATCH or #TARNEX_ERROR_ATTR_NOT_WRITABLE.
  */
 ViStatus _VI_FUNC TARNEX_SetAttributeViString(ViSession vi, ViConstString repCapName, ViAttr attributeId,
                                               ViConstString attributeValue);
@@ -623,8 +628,8 @@ ViStatus _VI_FUNC TARNEX_SetAttributeViString(ViSession vi, ViConstString repCap
 /**
  * @defgroup configure Configuring the outputs
  * IVI-4.4, group IviDCPwrBase. Functions return 0, or a positive status, on success. On failure they return one of the
- * @ref common_errors or the errors of a @ref channels "channel selector". Those that send something also return
- * #TARNEX_ERROR_INVALID_PARAMETER for @ref level_check "levels", #TARNEX_ERROR_IO, and the errors of
+ * @ref common_errors "common errors" or the errors of a @ref channels "channel selector". Those that send something
+ * also return #TARNEX_ERROR_INVALID_PARAMETER for @ref level_check "levels", #TARNEX_ERROR_IO, and the errors of
  * @ref status_check "status checking".
  * @{
  */
@@ -698,9 +703,9 @@ ViStatus _VI_FUNC TARNEX_ResetOutputProtection(ViSession vi, ViConstString chann
 /**
  * @defgroup query Querying the outputs
  * IVI-4.4, groups IviDCPwrBase and IviDCPwrMeasurement. Functions with a channel selector return 0, or a positive
- * status, on success. On failure they return one of the @ref common_errors, the errors of a @ref channels "channel
- * selector" or those of @ref status_check "status checking". With several channels selected, the output parameter gets
- * the value of the last channel that was processed.
+ * status, on success. On failure they return one of the @ref common_errors "common errors", the errors of a @ref
+ * channels "channel selector" or those of @ref status_check "status checking". With several channels selected, the
+ * output parameter gets the value of the last channel that was processed.
  * @{
  */
 
@@ -711,7 +716,7 @@ ViStatus _VI_FUNC TARNEX_ResetOutputProtection(ViSession vi, ViConstString chann
  * @param index       1 or 2.
  * @param bufferSize  Size of name in bytes, by the rules of #TARNEX_GetAttributeViString.
  * @param[out] name   The name. Not null, also when bufferSize is 0.
- * @return As #TARNEX_GetAttributeViString on success. Otherwise one of the @ref common_errors.
+ * @return As #TARNEX_GetAttributeViString on success. Otherwise one of the @ref common_errors "common errors".
  * @retval TARNEX_ERROR_INVALID_VALUE  index is out of range. The description shows index - 1.
  */
 ViStatus _VI_FUNC TARNEX_GetChannelName(ViSession vi, ViInt32 index, ViInt32 bufferSize, ViChar name[]);
@@ -764,8 +769,8 @@ ViStatus _VI_FUNC TARNEX_QueryOutputState(ViSession vi, ViConstString channelNam
  * @param vi                Session handle.
  * @param channelName       @ref channels "Channel selector".
  * @param measurementType   #TARNEX_VAL_MEASURE_CURRENT or #TARNEX_VAL_MEASURE_VOLTAGE.
- * @param[out] measurement  Programmed current in A, or programmed voltage in V. Not null. Unchanged when the first
- *                          channel fails.
+ * @param[out] measurement  Programmed current in A, or programmed voltage in V. Not null. Unchanged when the query
+ *                          of the first channel fails.
  * @return See @ref query.
  * @retval TARNEX_ERROR_INVALID_PARAMETER  measurementType is unknown.
  * @retval TARNEX_ERROR_IO                 The exchange failed.

@@ -222,7 +222,7 @@ class Play {
         // One at a time: a service that fails to dispose of a handle and then fails to clear it as well leaves the
         // driver no way to make the handle harmless.
         doubles::TheScript().Reset();
-        // Success without the output that goes with it is no answer of the others.
+        // The other platform functions never succeed without writing their output.
         static constexpr std::array kMayWarn{"viRead", "viWrite", "viSetAttribute", "viSetBuf", "viClose"};
         if (source_.Flag()) {
             const auto status = kErrors.at(source_.Below(kErrors.size()));

@@ -45,7 +45,7 @@ TEST(Command, FormatsEachArgumentByItsType) {
     EXPECT_EQ(Command("X", std::string("a b")), "X a b");
     EXPECT_EQ(Command("X", std::string_view("%s,\"")), "X %s,\"");
     EXPECT_EQ(Command("X", Channel::CH2), "X CH2");
-    EXPECT_EQ(Command("X", Rate::kMiddle), "X 4000");
+    EXPECT_EQ(Command("X", Rate::Middle), "X 4000");
 }
 
 TEST(Command, FormatsRealsWithSixDecimals) {

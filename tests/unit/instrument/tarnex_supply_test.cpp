@@ -66,7 +66,7 @@ TEST_F(Supply, DoesNotTrimTheFieldsOfItsIdentity) {
     ASSERT_EQ(Open(), Status(0U));
     EXPECT_EQ(Identity(), "<a><b><c><d\n>");
     Reply("*IDN?", "a,b,c,d,\n");
-    ASSERT_EQ(Open(), Status(0U)); // nothing after the last comma is no field
+    ASSERT_EQ(Open(), Status(0U)); // the empty text after the last comma is not a field
     EXPECT_EQ(Identity(), "<a><b><c><d>");
 }
 

@@ -43,7 +43,7 @@ TEST_F(TypedHelpers, WriteHeaderAndValueForSet) {
     EXPECT_EQ(Line(), ":LIST:TEMP:MAXV 1.250000");
     supply_.Set(":NAME", std::string("x"));
     EXPECT_EQ(Line(), ":NAME x");
-    supply_.Set(":MEAS:CURR:RATE", Rate::kMiddle);
+    supply_.Set(":MEAS:CURR:RATE", Rate::Middle);
     EXPECT_EQ(Line(), ":MEAS:CURR:RATE 4000");
 }
 
@@ -67,16 +67,16 @@ TEST_F(TypedHelpers, ParseAReplyByTheTypeOfTheVariable) {
     supply_.Get(":X", text);
     EXPECT_EQ(text, " as it is\r");
     Reply(":X?", "8K\n");
-    Rate rate = Rate::kSlow;
+    Rate rate = Rate::Slow;
     supply_.Get(":X", rate);
-    EXPECT_EQ(rate, Rate::kFast);
+    EXPECT_EQ(rate, Rate::Fast);
 }
 
 TEST_F(TypedHelpers, ReadAnUnknownKeywordAsTheLowestValue) {
     Reply(":X?", "8K\r\n"); // the carriage return stays
-    Rate rate = Rate::kFast;
+    Rate rate = Rate::Fast;
     EXPECT_EQ(Status(supply_.Get(":X", rate)), Status(0U));
-    EXPECT_EQ(rate, Rate::kSlow);
+    EXPECT_EQ(rate, Rate::Slow);
 }
 
 TEST_F(TypedHelpers, WriteTheChannelIntoTheHeaderForSource) {
@@ -92,7 +92,7 @@ TEST_F(TypedHelpers, WriteTheChannelIntoTheHeaderForSource) {
 TEST_F(TypedHelpers, WriteTheChannelBeforeTheArgumentsForChannel) {
     supply_.SetForChannel(":OUTP:STAT", 1, true);
     EXPECT_EQ(Line(), ":OUTP:STAT CH1,ON");
-    supply_.SetForChannel(":OUTP:PAIR", 2, Rate::kFast);
+    supply_.SetForChannel(":OUTP:PAIR", 2, Rate::Fast);
     EXPECT_EQ(Line(), ":OUTP:PAIR CH2,UPDN");
     Reply(":OUTP:STAT? CH2", "OFF\n");
     bool on = true;
@@ -111,14 +111,14 @@ TEST_F(TypedHelpers, WriteAnyNumberOfArguments) {
 TEST_F(TypedHelpers, QueryWithAnArgumentForGetIndexed) {
     Reply(":TRIG:IN:ENAB? UPDN", "ON\n");
     bool on = false;
-    EXPECT_EQ(Status(supply_.GetIndexed(":TRIG:IN:ENAB", Rate::kFast, on)), Status(0U));
+    EXPECT_EQ(Status(supply_.GetIndexed(":TRIG:IN:ENAB", Rate::Fast, on)), Status(0U));
     EXPECT_EQ(Line(), ":TRIG:IN:ENAB? UPDN");
     EXPECT_TRUE(on);
 }
 
 TEST_F(TypedHelpers, ParseFieldsInOrderAndIgnoreFurtherOnes) {
     Reply(":X? 3,CH2", "8K, extra\r,-5,2.5\t,ON,more\n");
-    Rate rate = Rate::kSlow;
+    Rate rate = Rate::Slow;
     std::string text;
     std::int32_t integer = 0;
     double real = 0.0;
@@ -128,7 +128,7 @@ TEST_F(TypedHelpers, ParseFieldsInOrderAndIgnoreFurtherOnes) {
               Status(0U));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "5");
     EXPECT_EQ(Line(), ":X? 3,CH2");
-    EXPECT_EQ(rate, Rate::kFast);
+    EXPECT_EQ(rate, Rate::Fast);
     EXPECT_EQ(text, " extra");
     EXPECT_EQ(integer, -5);
     EXPECT_EQ(real, 2.5);
