@@ -7,13 +7,13 @@ extern "C" {
 #endif
 
 /* Returns a connection to 127.0.0.1 that sends small packets at once, or -1 on failure. */
-int raw_connect(unsigned short port);
-void raw_close(int connection);
+int RawConnect(unsigned short port);
+void RawClose(int connection);
 
 /* Each returns 0, or -1 when the connection fails. */
-int raw_set_voltage(int connection, int channel, double level);
-int raw_get_voltage(int connection, int channel, double* level);
-int raw_identify(int connection);
+int RawSetVoltage(int connection, int channel, double level);
+int RawGetVoltage(int connection, int channel, double* level);
+int RawIdentify(int connection);
 
 #ifdef __cplusplus
 }
