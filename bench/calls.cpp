@@ -39,7 +39,7 @@ void Repeat(benchmark::State& state, const Call& call) {
     }
 }
 
-/// Levels that change from call to call, so that nobody formats the same number twice.
+/// Levels that change from call to call, so that no text can be reused.
 double NextLevel() {
     static thread_local int step = 0;
     step = step == 2000 ? 0 : step + 1;
@@ -47,12 +47,12 @@ double NextLevel() {
 }
 
 void HandwrittenSet(benchmark::State& state) {
-    Repeat(state, [] { return handwritten_set_voltage(1, NextLevel()); });
+    Repeat(state, [] { return HandwrittenSetVoltage(1, NextLevel()); });
 }
 
 void HandwrittenGet(benchmark::State& state) {
     double value = 0.0;
-    Repeat(state, [&] { return handwritten_get_voltage(1, &value); });
+    Repeat(state, [&] { return HandwrittenGetVoltage(1, &value); });
 }
 
 void Configure(benchmark::State& state) {
@@ -219,7 +219,7 @@ double SlowestLongSelector(std::string& slowest) {
 
 int main() {
     setenv("IVI_CONFIG_STORE", "/nonexistent/store.xml", 1); // there is one thread yet
-    handwritten_open();
+    HandwrittenOpen();
     bench::Report report;
     bench::Progress("calls over a VISA that does nothing");
     Medians medians;

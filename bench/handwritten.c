@@ -8,14 +8,14 @@
 
 /* As VISA declares them. */
 int32_t viOpenDefaultRM(uint32_t* rm);
-int32_t viOpen(uint32_t rm, const char* name, uint32_t mode, uint32_t timeout_ms, uint32_t* vi);
+int32_t viOpen(uint32_t rm, const char* name, uint32_t mode, uint32_t timeoutMs, uint32_t* vi);
 int32_t viWrite(uint32_t vi, const unsigned char* buf, uint32_t count, uint32_t* written);
 int32_t viRead(uint32_t vi, unsigned char* buf, uint32_t count, uint32_t* got);
 
 static pthread_mutex_t mutex;
 static uint32_t instrument;
 
-void handwritten_open(void) {
+void HandwrittenOpen(void) {
     uint32_t manager = 0;
     pthread_mutexattr_t recursive;
     pthread_mutexattr_init(&recursive);
@@ -26,7 +26,7 @@ void handwritten_open(void) {
     viOpen(manager, "TCPIP0::192.0.2.7::5025::SOCKET", 0, 2000, &instrument);
 }
 
-int handwritten_set_voltage(int channel, double level) {
+int HandwrittenSetVoltage(int channel, double level) {
     char line[64];
     uint32_t written = 0;
     int32_t status = 0;
@@ -38,7 +38,7 @@ int handwritten_set_voltage(int channel, double level) {
     return status;
 }
 
-int handwritten_get_voltage(int channel, double* level) {
+int HandwrittenGetVoltage(int channel, double* level) {
     char line[64];
     char reply[1025];
     uint32_t count = 0;

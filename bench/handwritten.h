@@ -7,11 +7,11 @@
 extern "C" {
 #endif
 
-void handwritten_open(void);
+void HandwrittenOpen(void);
 
 /* Both return VISA's status. */
-int handwritten_set_voltage(int channel, double level);
-int handwritten_get_voltage(int channel, double* level);
+int HandwrittenSetVoltage(int channel, double level);
+int HandwrittenGetVoltage(int channel, double* level);
 
 #ifdef __cplusplus
 }

@@ -1,4 +1,4 @@
-// A VISA that does nothing: what remains of a call is the driver's own. Every query is answered with the same number.
+// A VISA that does nothing, so that only the driver's part of a call is measured. Every query gets the same number.
 #include <cstring>
 #include <string_view>
 
@@ -8,7 +8,7 @@ namespace {
 constexpr std::string_view kIdentity = "Keltor Technology,TX4410,SN1,1.00\n";
 constexpr std::string_view kNumber = "3.300000\n";
 
-// Only the identity is told apart, by the line it answers. Per thread: sessions of several threads share nothing.
+// The identity query is recognized by its command line. Per thread, because sessions of several threads share nothing.
 thread_local bool identityAsked = false;
 } // namespace
 

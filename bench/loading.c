@@ -12,15 +12,15 @@
 
 enum { SAMPLES = 201 };
 
-static double now_ms(void) {
+static double NowMs(void) {
     struct timespec time;
     clock_gettime(CLOCK_MONOTONIC, &time);
     return (double)time.tv_sec * 1e3 + (double)time.tv_nsec * 1e-6;
 }
 
 /* Loads a library and, when it is the driver, calls its first function; ms, negative when that failed. */
-static double load(const char* library, const char* function) {
-    const double begin = now_ms();
+static double Load(const char* library, const char* function) {
+    const double begin = NowMs();
     void* handle = dlopen(library, RTLD_NOW);
     if (handle == NULL) {
         fprintf(stderr, "loading: %s\n", dlerror());
@@ -35,10 +35,10 @@ static double load(const char* library, const char* function) {
             return -1.0;
         }
     }
-    return now_ms() - begin;
+    return NowMs() - begin;
 }
 
-static double in_new_process(const char* library, const char* function) {
+static double InNewProcess(const char* library, const char* function) {
     int ends[2];
     double time = -1.0;
     pid_t child = 0;
@@ -47,7 +47,7 @@ static double in_new_process(const char* library, const char* function) {
         exit(1);
     }
     if (child == 0) {
-        time = load(library, function);
+        time = Load(library, function);
         _exit(write(ends[1], &time, sizeof time) == sizeof time ? 0 : 1);
     }
     close(ends[1]);
@@ -59,7 +59,7 @@ static double in_new_process(const char* library, const char* function) {
     return time;
 }
 
-static int ascending(const void* a, const void* b) {
+static int Ascending(const void* a, const void* b) {
     const double difference = *(const double*)a - *(const double*)b;
     return (difference > 0.0) - (difference < 0.0);
 }
@@ -72,11 +72,11 @@ int main(void) {
     double above = 0.0;
     fputs("  loading the library ...\n", stderr);
     for (i = 0; i < SAMPLES; ++i) {
-        driver[i] = in_new_process(DRIVER, "TARNEX_ClearError");
-        runtime[i] = in_new_process("libstdc++.so.6", NULL);
+        driver[i] = InNewProcess(DRIVER, "TARNEX_ClearError");
+        runtime[i] = InNewProcess("libstdc++.so.6", NULL);
     }
-    qsort(driver, SAMPLES, sizeof *driver, ascending);
-    qsort(runtime, SAMPLES, sizeof *runtime, ascending);
+    qsort(driver, SAMPLES, sizeof *driver, Ascending);
+    qsort(runtime, SAMPLES, sizeof *runtime, Ascending);
     above = driver[SAMPLES / 2] - runtime[SAMPLES / 2];
     met = above <= 1.0;
     printf("dlopen and first call\t%.2f ms\tthe C++ runtime alone: %.2f ms\t%.2f ms above\tat most 1.00 ms\t%s\n",

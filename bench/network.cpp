@@ -24,7 +24,7 @@ using bench::Quantile;
 
 constexpr const char* kFirst = "OutputChannel1";
 
-/// Ends the bench: figures of failing calls are none.
+/// Ends the bench when a call fails: its figures are meaningless.
 void Expect(bool succeeded, const char* what) {
     if (!succeeded) {
         std::fprintf(stderr, "network: %s failed\n", what);
@@ -51,14 +51,14 @@ double Query(ViSession vi) {
 double RawQuery(int connection) {
     double level = 0.0;
     int status = 0;
-    const auto time = Microseconds([&] { status = raw_get_voltage(connection, 1, &level); });
+    const auto time = Microseconds([&] { status = RawGetVoltage(connection, 1, &level); });
     Expect(status == 0, "the raw query");
     return time;
 }
 
 void CompareQueries(const virtual_supply::ForkedSupply& supply, bench::Report& report) {
     const auto vi = Open(supply);
-    const int connection = raw_connect(supply.Port());
+    const int connection = RawConnect(supply.Port());
     for (int warmUp = 0; warmUp < 500; ++warmUp) {
         Query(vi);
         RawQuery(connection);
@@ -68,13 +68,13 @@ void CompareQueries(const virtual_supply::ForkedSupply& supply, bench::Report& r
     report.AtMostTimes("Query over TCP, median", Median(driver), "raw socket", Median(raw), "us", 1.05);
     report.AtMostTimes("Query over TCP, 99th percentile", Quantile(driver, 0.99), "raw socket", Quantile(raw, 0.99),
                        "us", 1.10);
-    raw_close(connection);
+    RawClose(connection);
     TARNEX_close(vi);
 }
 
 void CompareWrites(const virtual_supply::ForkedSupply& supply, bench::Report& report) {
     const auto vi = Open(supply);
-    const int connection = raw_connect(supply.Port());
+    const int connection = RawConnect(supply.Port());
     double level = 0.0;
     // Each write is followed by a query whose time does not count: the supply is idle when the next one is sent.
     auto [driver, raw] = Interleave(
@@ -89,13 +89,13 @@ void CompareWrites(const virtual_supply::ForkedSupply& supply, bench::Report& re
         },
         [&] {
             int status = 0;
-            const auto time = Microseconds([&] { status = raw_set_voltage(connection, 1, level); });
+            const auto time = Microseconds([&] { status = RawSetVoltage(connection, 1, level); });
             Expect(status == 0, "the raw write");
             RawQuery(connection);
             return time;
         });
     report.AtMostAbove("Write over TCP, median", Median(driver), "raw socket", Median(raw), "us", 0.3);
-    raw_close(connection);
+    RawClose(connection);
     TARNEX_close(vi);
 }
 
@@ -109,9 +109,9 @@ void CompareOpening(const virtual_supply::ForkedSupply& supply, bench::Report& r
         1000, [&] { return OpenAndClose(supply); },
         [&] {
             return Microseconds([&] {
-                const int connection = raw_connect(supply.Port());
-                Expect(connection >= 0 && raw_identify(connection) == 0, "the raw opening");
-                raw_close(connection);
+                const int connection = RawConnect(supply.Port());
+                Expect(connection >= 0 && RawIdentify(connection) == 0, "the raw opening");
+                RawClose(connection);
             });
         });
     const double baseline = Median(raw) * 1.10;
@@ -191,7 +191,7 @@ void CompareManySessions(const virtual_supply::ForkedSupply& supply, bench::Repo
     auto oneOfMany = queryFirst();
     std::vector<int> connections;
     while (connections.size() < kSessions) {
-        connections.push_back(raw_connect(supply.Port()));
+        connections.push_back(RawConnect(supply.Port()));
         RawQuery(connections.back());
     }
     std::size_t turn = 0;
@@ -199,7 +199,7 @@ void CompareManySessions(const virtual_supply::ForkedSupply& supply, bench::Repo
         kQueries, [&] { return Query(sessions[turn % kSessions]); },
         [&] { return RawQuery(connections[turn++ % kSessions]); });
     for (const int connection : connections) {
-        raw_close(connection);
+        RawClose(connection);
     }
     while (sessions.size() > 1) {
         TARNEX_close(sessions.back());

@@ -10,7 +10,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-int raw_connect(unsigned short port) {
+int RawConnect(unsigned short port) {
     const int on = 1;
     struct sockaddr_in address;
     const int connection = socket(AF_INET, SOCK_STREAM, 0);
@@ -26,14 +26,14 @@ int raw_connect(unsigned short port) {
     return connection;
 }
 
-void raw_close(int connection) { close(connection); }
+void RawClose(int connection) { close(connection); }
 
-static int send_line(int connection, const char* line, int length) {
+static int SendLine(int connection, const char* line, int length) {
     return send(connection, line, (size_t)length, MSG_NOSIGNAL) == length ? 0 : -1;
 }
 
 /* One line into reply, a NUL behind it. */
-static int receive_line(int connection, char* reply, size_t size) {
+static int ReceiveLine(int connection, char* reply, size_t size) {
     size_t got = 0;
     while (got < size - 1) {
         const ssize_t count = recv(connection, reply + got, size - 1 - got, 0);
@@ -49,23 +49,23 @@ static int receive_line(int connection, char* reply, size_t size) {
     return -1;
 }
 
-int raw_set_voltage(int connection, int channel, double level) {
+int RawSetVoltage(int connection, int channel, double level) {
     char line[64];
-    return send_line(connection, line, snprintf(line, sizeof line, ":SOUR%d:VOLT %f\n", channel, level));
+    return SendLine(connection, line, snprintf(line, sizeof line, ":SOUR%d:VOLT %f\n", channel, level));
 }
 
-int raw_get_voltage(int connection, int channel, double* level) {
+int RawGetVoltage(int connection, int channel, double* level) {
     char line[64];
     char reply[1025];
-    if (send_line(connection, line, snprintf(line, sizeof line, ":SOUR%d:VOLT?\n", channel)) != 0 ||
-        receive_line(connection, reply, sizeof reply) != 0) {
+    if (SendLine(connection, line, snprintf(line, sizeof line, ":SOUR%d:VOLT?\n", channel)) != 0 ||
+        ReceiveLine(connection, reply, sizeof reply) != 0) {
         return -1;
     }
     *level = strtod(reply, NULL);
     return 0;
 }
 
-int raw_identify(int connection) {
+int RawIdentify(int connection) {
     char reply[1025];
-    return send_line(connection, "*IDN?\n", 6) != 0 ? -1 : receive_line(connection, reply, sizeof reply);
+    return SendLine(connection, "*IDN?\n", 6) != 0 ? -1 : ReceiveLine(connection, reply, sizeof reply);
 }

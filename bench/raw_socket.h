@@ -6,14 +6,14 @@
 extern "C" {
 #endif
 
-/* A connection to 127.0.0.1, small packets sent at once; -1 when there is none. */
-int raw_connect(unsigned short port);
-void raw_close(int connection);
+/* Returns a connection to 127.0.0.1 that sends small packets at once, or -1 on failure. */
+int RawConnect(unsigned short port);
+void RawClose(int connection);
 
 /* Each returns 0, or -1 when the connection fails. */
-int raw_set_voltage(int connection, int channel, double level);
-int raw_get_voltage(int connection, int channel, double* level);
-int raw_identify(int connection);
+int RawSetVoltage(int connection, int channel, double level);
+int RawGetVoltage(int connection, int channel, double* level);
+int RawIdentify(int connection);
 
 #ifdef __cplusplus
 }

@@ -1,4 +1,4 @@
-"""Reads the project's Markdown and its public header: what the scripts about documents share."""
+"""Reads the project's Markdown and the names of its public header, for the scripts about documents."""
 
 import re
 from pathlib import Path
@@ -12,7 +12,6 @@ HEADING = re.compile(r"^(#{1,6})\s+(.*?)\s*#*\s*$")
 # A link's text may hold code spans; its target holds no blank.
 LINK = re.compile(r"(?<!!)\[((?:[^\[\]`]|`[^`]*`)*)\]\(([^()\s]+)\)")
 IMAGE = re.compile(r"!\[([^\[\]]*)\]\(([^()\s]+)\)")
-DEFINITION = re.compile(r"^#define (TARNEX_\w+)\s+(.+?)\s*/\*\s*(.*?)\s*\*/\s*$")
 
 
 def pages():
@@ -58,8 +57,6 @@ def exported_names():
     return EXPORTED_NAMES.read_text().split()
 
 
-def definitions(prefix, header=None):
-    """(name, value, comment) of the header's #defines whose names begin so."""
-    text = HEADER.read_text() if header is None else header
-    found = (DEFINITION.match(line) for line in text.splitlines())
-    return [match.groups() for match in found if match and match.group(1).startswith(prefix)]
+def documented_names():
+    """The names that the header offers to callers: functions, attributes, values and statuses."""
+    return exported_names() + re.findall(r"^#define (TARNEX_\w+) +\S", HEADER.read_text(), re.M)

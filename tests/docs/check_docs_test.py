@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Gives check-docs pages and references with something wrong and expects it to say what.
+"""Runs check-docs on pages and references with errors and compares its messages.
 
 Usage: check_docs_test.py CHECK_DOCS SCRATCH_FOLDER
 """
@@ -13,8 +13,8 @@ check_docs, scratch = sys.argv[1], Path(sys.argv[2])
 shutil.rmtree(scratch, ignore_errors=True)
 scratch.mkdir(parents=True)
 
-OTHER = "# Other\n\n## In `code`, twice!\n\n## In code twice\n\n```sh\n## no heading\n```\n"
-PAGES = {  # a page: what is to be said of it, None when it is good
+OTHER = "# Other\n\n## In `code`, twice!\n\n## In code twice\n\n```sh\n## not a heading\n```\n"
+PAGES = {  # a page: the expected message, None without an error
     "[a](other.md) [b](other.md#in-code-twice) [c](other.md#in-code-twice-1) [d](#top)\n# Top\n": None,
     "[a](https://example.org/x.md#y) and `[not](a-link.md)`\n\n```md\n[nor](this.md)\n```\n": None,
     "[a](missing.md)\n": "page.md:1: there is no missing.md",
@@ -44,15 +44,30 @@ for text, said in PAGES.items():
     page.write_text(text)
     expect(said, [page], text)
 
-# A reference that mentions a function in another's text only.
+# A reference in which one function is documented and another is mentioned in its text only.
 page.write_text("# Page\n")
 folder = scratch / "html"
 folder.mkdir()
-(folder / "x.html").write_text('<td class="memname">ViStatus TARNEX_init </td>\n<p>as TARNEX_close</p>\n')
-expect("TARNEX_close is not documented", ["--html", folder, page], "a function that is mentioned only")
-expect("TARNEX_ATTR_VOLTAGE_LEVEL is not documented", ["--html", folder, page], "an attribute that is missing")
-expect("functions.html: TARNEX_init has no row", ["--html", folder, page], "a table that is missing")
-expect("no page 'Security'", ["--html", folder, page], "a page that is missing")
+(folder / "x.html").write_text('<div class="title">Concepts</div>\n')
+(scratch / "xml").mkdir()
+(scratch / "xml" / "x.xml").write_text(
+    "<doxygen><memberdef><name>TARNEX_init</name><briefdescription/><detaileddescription><para>See TARNEX_close.</para>"
+    "</detaileddescription></memberdef><memberdef><name>TARNEX_reset</name><briefdescription/><detaileddescription/>"
+    "</memberdef></doxygen>\n"
+)
+REFERENCE = {  # a part of the message: whether it is expected
+    "TARNEX_init is": False,
+    "TARNEX_close is not documented": True,
+    "TARNEX_reset is not documented": True,
+    "TARNEX_ATTR_VOLTAGE_LEVEL is not documented": True,
+    "no page 'Concepts'": False,
+    "no page 'Security'": True,
+}
+done = subprocess.run([sys.executable, check_docs, "--html", folder, page], capture_output=True, text=True)
+for part, expected in REFERENCE.items():
+    if done.returncode != 1 or (part in done.stderr) != expected:
+        failures += 1
+        print(f"!! {'missing' if expected else 'wrong'}: {part}\n   said: {done.stdout}{done.stderr}")
 
-print(f"{len(PAGES) + 4} cases, {failures} failures")
+print(f"{len(PAGES) + len(REFERENCE)} cases, {failures} failures")
 sys.exit(1 if failures else 0)

@@ -1,4 +1,4 @@
-// Decisions made from a fuzzer's bytes. When they are used up, every number is 0 and every text empty.
+// Decisions made from a fuzzer's bytes. After the last byte every number is 0 and every text empty.
 #pragma once
 
 #include <algorithm>
@@ -40,7 +40,7 @@ class ByteSource {
         return number;
     }
 
-    /// A text of at most 255 bytes, NULs among them.
+    /// A text of at most 255 bytes, which may include NULs.
     std::string Text() {
         const std::size_t wanted = Byte();
         const auto size = std::min(wanted, rest_.size());
@@ -48,7 +48,7 @@ class ByteSource {
         rest_ = rest_.subspan(size);
         return text;
     }
-    /// All that is left.
+    /// The bytes that are left.
     std::string Rest() {
         const std::string text(reinterpret_cast<const char*>(rest_.data()), rest_.size());
         rest_ = {};
@@ -59,7 +59,7 @@ class ByteSource {
     std::span<const std::uint8_t> rest_;
 };
 
-/// Ends the run: what must never happen has happened.
+/// Ends the run when `holds` is false.
 inline void Require(bool holds, const char* what) {
     if (!holds) {
         std::fprintf(stderr, "fuzz: violated: %s\n", what);

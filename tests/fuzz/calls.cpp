@@ -1,5 +1,5 @@
 // Sequences of the exported functions with arguments, replies and platform failures of a fuzzer's choice: every call
-// ends in a status or in one of the exceptions that callers are told of, and in the end nothing is left behind.
+// ends in a status or in one of the documented exceptions, and no resource is left open at the end.
 #include <array>
 #include <map>
 #include <new>
@@ -222,7 +222,7 @@ class Play {
         // One at a time: a service that fails to dispose of a handle and then fails to clear it as well leaves the
         // driver no way to make the handle harmless.
         doubles::TheScript().Reset();
-        // Success without the output that goes with it is no answer of the others.
+        // The other platform functions never succeed without writing their output.
         static constexpr std::array kMayWarn{"viRead", "viWrite", "viSetAttribute", "viSetBuf", "viClose"};
         if (source_.Flag()) {
             const auto status = kErrors.at(source_.Below(kErrors.size()));
@@ -250,8 +250,8 @@ class Play {
 
     ViSession Handle() {
         if (sessions_.empty() || source_.Below(16) == 0) {
-            // Closed, zero or never given out by the service: the handles of failed creations, which the driver leaves
-            // with the service, are told to nobody.
+            // A handle that is closed, zero or never issued. No caller gets the handle of a failed creation, which the
+            // driver leaves with the service.
             return source_.Flag() ? lastClosed_ : source_.Bits<ViSession>() | 0x40000000U;
         }
         return std::next(sessions_.begin(), static_cast<std::ptrdiff_t>(source_.Below(sessions_.size())))->first;

@@ -1,5 +1,5 @@
-// Runs a fuzzer without libFuzzer: each file of the folders given as it is and in some thousand mutations, always the
-// same ones. Usage: fuzz_... FOLDER...
+// Runs a fuzzer without libFuzzer on each file of the folders and on some thousand mutations, the same ones in every
+// run. Usage: fuzz_... FOLDER...
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>

@@ -1,6 +1,9 @@
-// Replies of any bytes to every query of the command layer: a value, a status, or one of the exceptions that say how a
-// reply is malformed.
+// Replies of any bytes to every query of the command layer. Each ends in a value, a status, or an exception with one of
+// the texts for malformed replies. An input is the name of a query, a line feed and the reply.
+#include <algorithm>
+#include <array>
 #include <cstdio>
+#include <numeric>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -37,83 +40,105 @@ ViStatus Query(InstBase& supply) {
     return CallWithOnes(supply, kQuery);
 }
 
-// clang-format off
-constexpr ViStatus (*kQueries[])(InstBase&) = {Query<&InstBase::QueryEventStatus>,
-                                               Query<&InstBase::QueryQuestionableCondition>,
-                                               Query<&InstBase::QueryQuestionableEvent>,
-                                               Query<&InstBase::QueryError>,
-                                               Query<&InstBase::GetSelectedChannel>,
-                                               Query<&InstBase::GetBleeder>,
-                                               Query<&InstBase::GetVoltage>,
-                                               Query<&InstBase::GetOverVoltageLevel>,
-                                               Query<&InstBase::GetOverVoltageEnabled>,
-                                               Query<&InstBase::GetRemoteSense>,
-                                               Query<&InstBase::GetCurrent>,
-                                               Query<&InstBase::GetOverCurrentLevel>,
-                                               Query<&InstBase::GetOverCurrentEnabled>,
-                                               Query<&InstBase::GetOverCurrentDelay>,
-                                               Query<&InstBase::GetOverCurrentDelayMode>,
-                                               Query<&InstBase::GetOutputEnabled>,
-                                               Query<&InstBase::GetRegulationMode>,
-                                               Query<&InstBase::GetOvpLevel>,
-                                               Query<&InstBase::GetOvpEnabled>,
-                                               Query<&InstBase::GetOcpLevel>,
-                                               Query<&InstBase::GetOcpEnabled>,
-                                               Query<&InstBase::GetOcpDelay>,
-                                               Query<&InstBase::GetOcpDelayMode>,
-                                               Query<&InstBase::GetPowerOnState>,
-                                               Query<&InstBase::GetPairMode>,
-                                               Query<&InstBase::GetOutputSense>,
-                                               Query<&InstBase::GetTracking>,
-                                               Query<&InstBase::GetOffMode>,
-                                               Query<&InstBase::MeasureAll>,
-                                               Query<&InstBase::MeasureVoltage>,
-                                               Query<&InstBase::MeasureCurrent>,
-                                               Query<&InstBase::MeasurePower>,
-                                               Query<&InstBase::GetCurrentRange>,
-                                               Query<&InstBase::GetCurrentRate>,
-                                               Query<&InstBase::GetListEnabled>,
-                                               Query<&InstBase::GetListStatus>,
-                                               Query<&InstBase::GetListCycles>,
-                                               Query<&InstBase::GetListEndState>,
-                                               Query<&InstBase::GetListGroupCount>,
-                                               Query<&InstBase::GetListGroup>,
-                                               Query<&InstBase::GetListTemplate>,
-                                               Query<&InstBase::GetListTemplateObject>,
-                                               Query<&InstBase::GetListTemplateMax>,
-                                               Query<&InstBase::GetListTemplateMin>,
-                                               Query<&InstBase::GetListTemplatePeriod>,
-                                               Query<&InstBase::GetListTemplateInterval>,
-                                               Query<&InstBase::GetListTemplateCycles>,
-                                               Query<&InstBase::GetListTemplateInverted>,
-                                               Query<&InstBase::GetListTemplateWidth>,
-                                               Query<&InstBase::GetListTemplatePulseCount>,
-                                               Query<&InstBase::GetListTemplateSymmetry>,
-                                               Query<&InstBase::GetListTemplateStairs>,
-                                               Query<&InstBase::GetListTemplateExpPower>,
-                                               Query<&InstBase::GetListTemplateExpRate>,
-                                               Query<&InstBase::GetListTemplatePoints>,
-                                               Query<&InstBase::GetDelayEnabled>,
-                                               Query<&InstBase::GetDelayStatus>,
-                                               Query<&InstBase::GetDelayCycles>,
-                                               Query<&InstBase::GetDelayEndState>,
-                                               Query<&InstBase::GetDelayGroupCount>,
-                                               Query<&InstBase::GetDelayGroup>,
-                                               Query<&InstBase::GetDelayGenerateMode>,
-                                               Query<&InstBase::GetDelayPattern>,
-                                               Query<&InstBase::GetDelayGeneratePoints>,
-                                               Query<&InstBase::GetDelayOnTime>,
-                                               Query<&InstBase::GetDelayOffTime>,
-                                               Query<&InstBase::GetDelayBaseTime>,
-                                               Query<&InstBase::GetDelayStepTime>,
-                                               Query<&InstBase::GetTriggerInputEnabled>};
+struct NamedQuery {
+    std::string_view name;
+    ViStatus (*call)(InstBase& supply);
+};
 
-bool IsMalformedInteger(std::string_view text) {
+// clang-format off
+#define QUERY(name) NamedQuery{#name, Query<&InstBase::name>}
+// clang-format on
+constexpr std::array kQueries{
+    QUERY(QueryEventStatus),
+    QUERY(QueryQuestionableCondition),
+    QUERY(QueryQuestionableEvent),
+    QUERY(QueryError),
+    QUERY(GetSelectedChannel),
+    QUERY(GetBleeder),
+    QUERY(GetVoltage),
+    QUERY(GetOverVoltageLevel),
+    QUERY(GetOverVoltageEnabled),
+    QUERY(GetRemoteSense),
+    QUERY(GetCurrent),
+    QUERY(GetOverCurrentLevel),
+    QUERY(GetOverCurrentEnabled),
+    QUERY(GetOverCurrentDelay),
+    QUERY(GetOverCurrentDelayMode),
+    QUERY(GetOutputEnabled),
+    QUERY(GetRegulationMode),
+    QUERY(GetOvpLevel),
+    QUERY(GetOvpEnabled),
+    QUERY(GetOcpLevel),
+    QUERY(GetOcpEnabled),
+    QUERY(GetOcpDelay),
+    QUERY(GetOcpDelayMode),
+    QUERY(GetPowerOnState),
+    QUERY(GetPairMode),
+    QUERY(GetOutputSense),
+    QUERY(GetTracking),
+    QUERY(GetOffMode),
+    QUERY(MeasureAll),
+    QUERY(MeasureVoltage),
+    QUERY(MeasureCurrent),
+    QUERY(MeasurePower),
+    QUERY(GetCurrentRange),
+    QUERY(GetCurrentRate),
+    QUERY(GetListEnabled),
+    QUERY(GetListStatus),
+    QUERY(GetListCycles),
+    QUERY(GetListEndState),
+    QUERY(GetListGroupCount),
+    QUERY(GetListGroup),
+    QUERY(GetListTemplate),
+    QUERY(GetListTemplateObject),
+    QUERY(GetListTemplateMax),
+    QUERY(GetListTemplateMin),
+    QUERY(GetListTemplatePeriod),
+    QUERY(GetListTemplateInterval),
+    QUERY(GetListTemplateCycles),
+    QUERY(GetListTemplateInverted),
+    QUERY(GetListTemplateWidth),
+    QUERY(GetListTemplatePulseCount),
+    QUERY(GetListTemplateSymmetry),
+    QUERY(GetListTemplateStairs),
+    QUERY(GetListTemplateExpPower),
+    QUERY(GetListTemplateExpRate),
+    QUERY(GetListTemplatePoints),
+    QUERY(GetDelayEnabled),
+    QUERY(GetDelayStatus),
+    QUERY(GetDelayCycles),
+    QUERY(GetDelayEndState),
+    QUERY(GetDelayGroupCount),
+    QUERY(GetDelayGroup),
+    QUERY(GetDelayGenerateMode),
+    QUERY(GetDelayPattern),
+    QUERY(GetDelayGeneratePoints),
+    QUERY(GetDelayOnTime),
+    QUERY(GetDelayOffTime),
+    QUERY(GetDelayBaseTime),
+    QUERY(GetDelayStepTime),
+    QUERY(GetTriggerInputEnabled),
+};
+#undef QUERY
+
+/// The query of this name. Any other text selects a query too, so that a mutated name still reaches one.
+const NamedQuery& QueryOf(std::string_view text) {
+    const auto* const named =
+        std::find_if(kQueries.begin(), kQueries.end(), [=](const NamedQuery& query) { return query.name == text; });
+    if (named != kQueries.end()) {
+        return *named;
+    }
+    const auto sum = std::accumulate(text.begin(), text.end(), std::size_t{0},
+                                     [](std::size_t all, char c) { return all + static_cast<unsigned char>(c); });
+    return kQueries[sum % kQueries.size()];
+}
+
+bool IsMalformed(std::string_view text) {
     return text == "invalid stoi argument" || text == "invalid stol argument" || text == "invalid stod argument" ||
            text.starts_with("Visa::parseBool Unknown ret:");
 }
 
-bool IsBeyondItsType(std::string_view text) {
+bool IsOutOfRange(std::string_view text) {
     return text == "stoi argument out of range" || text == "stol argument out of range" ||
            text == "stod argument out of range" || text == "invalid vector subscript";
 }
@@ -121,25 +146,26 @@ bool IsBeyondItsType(std::string_view text) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // The command layer announces the fields that it expects; nobody wants to read that here.
-    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): standard output is the process's
+    // The command layer prints the number of fields that it expects.
+    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the process owns standard output
     [[maybe_unused]] static auto* const silenced = std::freopen("/dev/null", "w", stdout);
-    fuzz::ByteSource source(data, size);
-    doubles::TheScript().Reset();
-    doubles::TheVisa().Reset();
-    ORVA::TARNEX supply;
-    const bool socket = source.Flag();
-    const auto query = source.Below(std::size(kQueries));
-    const auto reply = source.Rest();
-    const auto opened = supply.Open({.resource = socket ? "TCPIP0::192.0.2.7::5025::SOCKET" : "USB0::1::2::3::INSTR"});
-    fuzz::Require(opened >= 0, "the supply opens");
-    doubles::TheVisa().ReplyToAll(reply);
-    try {
-        kQueries[query](supply);
-    } catch (const std::invalid_argument& error) {
-        fuzz::Require(IsMalformedInteger(error.what()), "an invalid argument is told of in its text");
-    } catch (const std::out_of_range& error) {
-        fuzz::Require(IsBeyondItsType(error.what()), "a value out of range is told of in its text");
+    const auto input = fuzz::ByteSource(data, size).Rest();
+    const auto lineEnd = std::min(input.find('\n'), input.size());
+    const auto& query = QueryOf(std::string_view(input).substr(0, lineEnd));
+    const auto reply = input.substr(std::min(lineEnd + 1, input.size()));
+    for (const auto* resource : {"USB0::1::2::3::INSTR", "TCPIP0::192.0.2.7::5025::SOCKET"}) {
+        doubles::TheScript().Reset();
+        doubles::TheVisa().Reset();
+        ORVA::TARNEX supply;
+        fuzz::Require(supply.Open({.resource = resource}) >= 0, "the supply opens");
+        doubles::TheVisa().ReplyToAll(reply);
+        try {
+            query.call(supply);
+        } catch (const std::invalid_argument& error) {
+            fuzz::Require(IsMalformed(error.what()), "an invalid argument has one of the known texts");
+        } catch (const std::out_of_range& error) {
+            fuzz::Require(IsOutOfRange(error.what()), "a value out of range has one of the known texts");
+        }
     }
     return 0;
 }

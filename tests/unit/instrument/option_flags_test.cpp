@@ -14,12 +14,12 @@ std::string Flags(std::string_view options) {
            (flags.recordCoercions ? "1" : "0") + (flags.simulate ? "1" : "0");
 }
 
-TEST(OptionFlags, ThatAreNotGivenAreFalse) {
+TEST(OptionFlags, AreFalseWhenTheyAreNotGiven) {
     EXPECT_EQ(Flags(""), "000000");
     EXPECT_EQ(Flags("Model=TX4410"), "000000");
 }
 
-TEST(OptionFlags, AreSetByTheirOwnName) {
+TEST(OptionFlags, AreSetByTheirNames) {
     EXPECT_EQ(Flags("Cache=1"), "100000");
     EXPECT_EQ(Flags("InterchangeCheck=true"), "010000");
     EXPECT_EQ(Flags("QueryInstrStatus=VI_TRUE"), "001000");
@@ -38,7 +38,7 @@ TEST(OptionFlags, SkipUnknownNamesAndValues) {
     EXPECT_EQ(Flags("Cache,=1,Simulate:1"), "000000");
 }
 
-TEST(OptionFlags, EndWhereTheDriverSetupBegins) {
+TEST(OptionFlags, AreNotReadBehindTheDriverSetupClause) {
     EXPECT_EQ(Flags("Cache=1, DriverSetup=Model:TX4410, Simulate=1"), "100000");
     EXPECT_EQ(Flags("driversetup=, Simulate=1"), "000000");
 }

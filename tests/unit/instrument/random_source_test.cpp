@@ -26,7 +26,7 @@ double Unit(std::mt19937& engine) {
     return static_cast<double>(integer) / 9007199254740992.0;
 }
 
-TEST(RandomSource, RealsOfASeedAreThoseOfTheFormula) {
+TEST(RandomSource, DrawsTheRealsOfTheFormula) {
     ORVA::RandomSource source(kSeed);
     auto engine = EngineOf(kSeed);
     for (int i = 0; i < kDraws; ++i) {
@@ -39,13 +39,13 @@ TEST(RandomSource, RealsOfASeedAreThoseOfTheFormula) {
     }
 }
 
-TEST(RandomSource, FirstRealOfTheStandardsDefaultSeed) {
+TEST(RandomSource, DrawsTheFirstRealOfTheDefaultSeed) {
     // 3499211612 and 581869302 are the first two outputs of MT19937 for the seed 5489.
     ORVA::RandomSource source(5489);
     EXPECT_EQ(source.Real(0.0, 1.0), (581869302.0 * 2097152.0 + 1708599.0) / 9007199254740992.0);
 }
 
-TEST(RandomSource, BooleansAreTheRealsBelowOneHalf) {
+TEST(RandomSource, DrawsABooleanAsARealBelowOneHalf) {
     ORVA::RandomSource source(kSeed);
     auto engine = EngineOf(kSeed);
     int yes = 0;
@@ -75,7 +75,7 @@ void ExpectIntegersOfTheFormula(std::int64_t low, std::int64_t high) {
     }
 }
 
-TEST(RandomSource, IntegersOfASeedAreThoseOfTheFormula) {
+TEST(RandomSource, DrawsTheIntegersOfTheFormula) {
     ExpectIntegersOfTheFormula(0, 1);
     ExpectIntegersOfTheFormula(1, 2);
     ExpectIntegersOfTheFormula(0, 2);
@@ -84,13 +84,13 @@ TEST(RandomSource, IntegersOfASeedAreThoseOfTheFormula) {
     ExpectIntegersOfTheFormula(5, 5);
 }
 
-TEST(RandomSource, IntegersOfWideRangesAreThoseOfTheFormulaToo) {
+TEST(RandomSource, DrawsTheIntegersOfTheFormulaInWideRanges) {
     ExpectIntegersOfTheFormula(0, 1610612735);           // rejects a quarter
     ExpectIntegersOfTheFormula(-1610612736, 1610612735); // likewise
     ExpectIntegersOfTheFormula(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
 }
 
-TEST(RandomSource, DrawsReachBothEndsOfIntegersAndStayWithinTheirBounds) {
+TEST(RandomSource, DrawsBothEndsOfARangeAndNothingOutside) {
     ORVA::RandomSource source(kSeed);
     std::vector<int> drawn(3);
     for (int i = 0; i < kDraws; ++i) {
@@ -107,13 +107,13 @@ TEST(RandomSource, DrawsReachBothEndsOfIntegersAndStayWithinTheirBounds) {
     }
 }
 
-TEST(RandomSource, OfOnePointIsThatPoint) {
+TEST(RandomSource, DrawsThePointOfARangeOfOnePoint) {
     ORVA::RandomSource source(kSeed);
     EXPECT_EQ(source.Real(2.5, 2.5), 2.5);
     EXPECT_EQ(source.Integer(-4, -4), -4);
 }
 
-TEST(RandomSource, DrawsOfOneThreadAreNotTornByAnothers) {
+TEST(RandomSource, DrawsWholeRealsWhenTwoThreadsDraw) {
     // Each real takes two outputs: whatever the order, all reals of both threads are reals of one engine.
     ORVA::RandomSource source(kSeed);
     std::vector<double> first;
@@ -148,9 +148,9 @@ std::string FirstDraw() {
     return line.data();
 }
 
-TEST(RandomSource, DrawsOtherNumbersInEveryProcess) { EXPECT_NE(FirstDraw(), FirstDraw()); }
+TEST(RandomSource, DrawsOtherNumbersInEachProcess) { EXPECT_NE(FirstDraw(), FirstDraw()); }
 
-TEST(RandomSource, OfTheProcessIsOneForAllAndMayBeUsedByMany) {
+TEST(RandomSource, IsOneForTheProcessAndThreadSafe) {
     EXPECT_EQ(&ORVA::RandomSource::OfProcess(), &ORVA::RandomSource::OfProcess());
     constexpr int kThreads = 4;
     std::vector<std::thread> threads;

@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(ParseBool, TakesTheWordThatTheReplyBeginsWith) {
+TEST(ParseBool, ReadsTheWordAtTheBeginningOfTheReply) {
     for (const auto* reply : {"ON", "1", "ON\n", "1\r\n", "ONX", "ON OFF", "ON,OFF", "1 V", "1.0"}) {
         EXPECT_TRUE(Visa::parseBool(reply)) << reply;
     }
@@ -22,7 +22,7 @@ TEST(ParseBool, TakesTheWordThatTheReplyBeginsWith) {
     }
 }
 
-TEST(ParseBool, ThrowsOnAnythingElseWithTheWholeReply) {
+TEST(ParseBool, ThrowsWithTheWholeReplyWhenThereIsNoSuchWord) {
     for (const auto* reply : {"", "NO", "on", "off", " ON", "\nON", "TRUE", "10", "11", "00", "01", "ONON", "ON1", "OF",
                               "O", "OFFF", "+1", "%s", "2"}) {
         EXPECT_EQ(ThrownBy([&] { Visa::parseBool(reply); }),
@@ -41,7 +41,7 @@ TEST(ParseInt, ConvertsThePrefixOfDigitsAndSigns) {
     EXPECT_EQ(Visa::parseInt("-2147483648"), -2147483647 - 1);
 }
 
-TEST(ParseInt, ThrowsWhereNoIntegerStands) {
+TEST(ParseInt, ThrowsWhenThereIsNoInteger) {
     for (const auto* reply : {"", " 12", "\n12", "V", "+", "-", "+-1", "--1", ".5"}) {
         EXPECT_EQ(ThrownBy([&] { Visa::parseInt(reply); }), "invalid_argument: invalid stoi argument") << reply;
     }
@@ -62,7 +62,7 @@ TEST(ParseDouble, ConvertsThePrefixOfNumberCharacters) {
     EXPECT_EQ(Visa::parseDouble("0x1F"), 0.0);
 }
 
-TEST(ParseDouble, ThrowsWhereNoRealStands) {
+TEST(ParseDouble, ThrowsWhenThereIsNoReal) {
     for (const auto* reply : {"", " 1.5", "\n1.5", "E5", ".", "+", "-.", "nan", "NAN", "inf", "-inf", "INF", "V"}) {
         EXPECT_EQ(ThrownBy([&] { Visa::parseDouble(reply); }), "invalid_argument: invalid stod argument") << reply;
     }
@@ -74,14 +74,14 @@ TEST(ParseDouble, ThrowsWhereNoRealStands) {
     }
 }
 
-TEST(Split, GivesTheFieldsBetweenTheSeparators) {
+TEST(Split, ReturnsTheFieldsBetweenTheSeparators) {
     EXPECT_THAT(Visa::split("a,b,c", ',', false), ElementsAre("a", "b", "c"));
     EXPECT_THAT(Visa::split("a;b,c", ';', false), ElementsAre("a", "b,c"));
     EXPECT_THAT(Visa::split("a", ',', false), ElementsAre("a"));
     EXPECT_THAT(Visa::split(",a,,b", ',', false), ElementsAre("", "a", "", "b"));
 }
 
-TEST(Split, GivesNoEmptyFieldAfterTheLastSeparator) {
+TEST(Split, ReturnsNoEmptyFieldAfterTheLastSeparator) {
     EXPECT_THAT(Visa::split("", ',', false), IsEmpty());
     EXPECT_THAT(Visa::split("a,", ',', false), ElementsAre("a"));
     EXPECT_THAT(Visa::split(",", ',', false), ElementsAre(""));
@@ -89,19 +89,19 @@ TEST(Split, GivesNoEmptyFieldAfterTheLastSeparator) {
     EXPECT_THAT(Visa::split("a,\n", ',', true), ElementsAre("a", ""));
 }
 
-TEST(Split, TrimsLineEndsAndTabsButNoBlanks) {
+TEST(Split, TrimsLineEndsAndTabsButNotBlanks) {
     EXPECT_THAT(Visa::split("1.0, 2.0\r\n", ',', true), ElementsAre("1.0", " 2.0"));
     EXPECT_THAT(Visa::split("\t\r\n a\tb \n\t,\r\n\t,\v\f", ',', true), ElementsAre(" a\tb ", "", "\v\f"));
     EXPECT_THAT(Visa::split("1.0, 2.0\r\n", ',', false), ElementsAre("1.0", " 2.0\r\n"));
 }
 
-TEST(ToUpper, RaisesAsciiLettersAlone) {
+TEST(ToUpper, ChangesAsciiLettersOnly) {
     EXPECT_EQ(Visa::toUpper("sour:Volt?_9 az{`"), "SOUR:VOLT?_9 AZ{`");
     EXPECT_EQ(Visa::toUpper("\xE4\xFF"), "\xE4\xFF");
     EXPECT_EQ(Visa::toUpper(""), "");
 }
 
-TEST(StartsWithAnyCase, GivesTheFirstElementWhoseRaisedTextBeginsSo) {
+TEST(StartsWithAnyCase, ReturnsTheFirstElementWhoseUpperCaseTextHasThePrefix) {
     const std::vector<std::string_view> list{"SOU", "outp", "sOuRce", "SOUR"};
     EXPECT_EQ(Visa::startsWithAnyCase(list, "SOUR"), &list[2]);
     EXPECT_EQ(Visa::startsWithAnyCase(list, "SO"), &list[0]);

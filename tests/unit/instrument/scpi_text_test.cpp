@@ -26,18 +26,18 @@ std::string Query(const Header& header, const Arguments&... arguments) {
     return line;
 }
 
-TEST(Command, WithoutArgumentsIsItsHeader) {
+TEST(Command, IsItsHeaderWithoutArguments) {
     EXPECT_EQ(Command("*RST"), "*RST");
     EXPECT_EQ(Command(":OUTPut:STATe ALL,OFF"), ":OUTPut:STATe ALL,OFF");
 }
 
-TEST(Command, HasOneBlankAndItsArgumentsJoinedByCommas) {
+TEST(Command, HasOneBlankThenItsArgumentsJoinedByCommas) {
     EXPECT_EQ(Command(":OUTP:STAT", "CH1", true), ":OUTP:STAT CH1,ON");
     EXPECT_EQ(Command(":LIST:GROUP:PARA", 3, 5.0, 1.0, 0.5), ":LIST:GROUP:PARA 3,5.000000,1.000000,0.500000");
     EXPECT_EQ(Command(":DELAY:GROUP:PARAmeter", 2, true, 0.25), ":DELAY:GROUP:PARAmeter 2,ON,0.250000");
 }
 
-TEST(Command, WritesEachTypeInItsOwnWay) {
+TEST(Command, FormatsEachArgumentByItsType) {
     EXPECT_EQ(Command("X", true), "X ON");
     EXPECT_EQ(Command("X", false), "X OFF");
     EXPECT_EQ(Command("X", std::int32_t{-12}), "X -12");
@@ -45,10 +45,10 @@ TEST(Command, WritesEachTypeInItsOwnWay) {
     EXPECT_EQ(Command("X", std::string("a b")), "X a b");
     EXPECT_EQ(Command("X", std::string_view("%s,\"")), "X %s,\"");
     EXPECT_EQ(Command("X", Channel::CH2), "X CH2");
-    EXPECT_EQ(Command("X", Rate::kMiddle), "X 4000");
+    EXPECT_EQ(Command("X", Rate::Middle), "X 4000");
 }
 
-TEST(Command, WritesRealsWithSixDecimals) {
+TEST(Command, FormatsRealsWithSixDecimals) {
     EXPECT_EQ(Command("X", 1.5), "X 1.500000");
     EXPECT_EQ(Command("X", 0.0005), "X 0.000500");
     EXPECT_EQ(Command("X", 30.0), "X 30.000000");
@@ -59,13 +59,13 @@ TEST(Command, WritesRealsWithSixDecimals) {
     EXPECT_EQ(Command("X", 1e300).size(), 2U + 301U + 7U);
 }
 
-TEST(Command, WhoseArgumentsAreEmptyTextIsItsHeader) {
+TEST(Command, IsItsHeaderWhenItsArgumentsAreEmpty) {
     EXPECT_EQ(Command("X", ""), "X");
     EXPECT_EQ(Command("X", "", ""), "X ,");
     EXPECT_EQ(Command("X", "", "a"), "X ,a");
 }
 
-TEST(Command, ForAValueWithoutAKeywordThrows) {
+TEST(Command, ThrowsForAValueWithoutAKeyword) {
     EXPECT_EQ(ThrownBy([] { Command("X", static_cast<Channel>(3)); }), kInvalidKey);
 }
 
@@ -80,7 +80,7 @@ TEST(Query, HasOneQuestionMarkAfterItsHeader) {
     EXPECT_EQ(Query(""), "?");
 }
 
-TEST(SourceHeader, CarriesTheChannelInItsFirstNode) {
+TEST(SourceHeader, HasTheChannelInItsFirstNode) {
     EXPECT_EQ(Command(SourceHeader{":SOUR:VOLT", 1}), ":SOUR1:VOLT");
     EXPECT_EQ(Command(SourceHeader{":SOUR:VOLT:PROT", 1}), ":SOUR1:VOLT:PROT");
     EXPECT_EQ(Command(SourceHeader{":SOUR:CURR", 2}, 1.5), ":SOUR2:CURR 1.500000");
@@ -95,24 +95,24 @@ TEST(SourceHeader, ReplacesItsFirstNodeInAnyLetterCaseAndLength) {
     EXPECT_EQ(Command(SourceHeader{"SOUR:VOLT", 2}), ":SOUR2:VOLT");
 }
 
-TEST(SourceHeader, GoesInFrontOfAnyOtherNode) {
+TEST(SourceHeader, PrecedesAnyOtherNode) {
     EXPECT_EQ(Command(SourceHeader{":MEAS:VOLT", 1}), ":SOUR1:MEAS:VOLT");
     EXPECT_EQ(Command(SourceHeader{":SOU:VOLT", 1}), ":SOUR1:SOU:VOLT");
     EXPECT_EQ(Command(SourceHeader{":MEAS:SOUR", 1}), ":SOUR1:MEAS:SOUR");
 }
 
-TEST(SourceHeader, HasNoEmptyNodes) {
+TEST(SourceHeader, DropsEmptyNodes) {
     EXPECT_EQ(Command(SourceHeader{"::SOUR:::VOLT:", 1}), ":SOUR1:VOLT");
     EXPECT_EQ(Command(SourceHeader{"", 1}), "");
     EXPECT_EQ(Command(SourceHeader{":::", 1}), "");
 }
 
-TEST(SourceHeader, TakesEveryNumber) {
+TEST(SourceHeader, AcceptsEveryNumber) {
     EXPECT_EQ(Command(SourceHeader{":SOUR:VOLT", 0}), ":SOUR0:VOLT");
     EXPECT_EQ(Command(SourceHeader{":SOUR:VOLT", 4294967295U}), ":SOUR4294967295:VOLT");
 }
 
-TEST(NumberedHeader, CarriesTheChannelInside) {
+TEST(NumberedHeader, HasTheChannelInside) {
     EXPECT_EQ(Query(NumberedHeader{":STATus:ISUMmary", 2, ":CONDition?"}), ":STATus:ISUMmary2:CONDition?");
     EXPECT_EQ(Query(NumberedHeader{":A", 12, ":B"}), ":A12:B?");
 }

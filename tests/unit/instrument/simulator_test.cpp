@@ -1,7 +1,6 @@
 #include "instrument/simulator.h"
 
 #include <algorithm>
-#include <random>
 
 #include "tests/unit/instrument/supply_fixture.h"
 
@@ -16,14 +15,6 @@ class Simulator : public testing::Test {
     Simulator(const Simulator&) = delete;
     Simulator& operator=(const Simulator&) = delete;
     ~Simulator() override { EXPECT_TRUE(doubles::TheScript().Calls().empty()) << "the simulator called VISA"; }
-
-    /// What a seed's first real between 0 and `high` is.
-    static double FirstReal(std::uint32_t seed, double high) {
-        std::mt19937 engine(seed);
-        const auto a = static_cast<std::uint32_t>(engine());
-        const auto b = static_cast<std::uint32_t>(engine());
-        return (static_cast<double>(b) * 2097152.0 + static_cast<double>(a >> 11U)) / 9007199254740992.0 * high;
-    }
 
     static constexpr std::uint32_t kSeed = 7;
     ORVA::RandomSource random_{kSeed};
@@ -48,13 +39,13 @@ TEST_F(Simulator, HasOneIdentity) {
     EXPECT_EQ(simulator_.GetIdentity(), identity);
 }
 
-TEST_F(Simulator, KeepsItsTimeoutWhateverIsSet) {
+TEST_F(Simulator, KeepsItsTimeoutWhenAnotherIsSet) {
     EXPECT_EQ(simulator_.GetTimeout(), 2000U);
     EXPECT_EQ(Status(simulator_.SetTimeout(5)), Status(0U));
     EXPECT_EQ(simulator_.GetTimeout(), 2000U);
 }
 
-TEST_F(Simulator, AnswersStatusAndErrorQueriesWithNothingWrong) {
+TEST_F(Simulator, AnswersStatusAndErrorQueriesWithoutAnError) {
     std::uint32_t eventStatus = 7;
     EXPECT_EQ(Status(simulator_.QueryEventStatus(eventStatus)), Status(0U));
     EXPECT_EQ(eventStatus, 0U);
@@ -71,14 +62,14 @@ TEST_F(Simulator, AnswersStatusAndErrorQueriesWithNothingWrong) {
     EXPECT_EQ(message, "No error");
 }
 
-TEST_F(Simulator, TakesRawTextsWithoutAnAnswer) {
+TEST_F(Simulator, AcceptsRawTextsAndLeavesTheReply) {
     std::string reply = "before";
     EXPECT_EQ(Status(simulator_.WriteRaw("x")), Status(0U));
     EXPECT_EQ(Status(simulator_.QueryRaw("x?", reply)), Status(0U));
     EXPECT_EQ(reply, "before");
 }
 
-TEST_F(Simulator, AcceptsEverySetting) {
+TEST_F(Simulator, AcceptsEverySettingOutsideTheLimitsAndChannels) {
     for (const auto channel : {1U, 2U, 3U}) {
         EXPECT_EQ(Status(simulator_.SetVoltage(channel, 1e300)), Status(0U));
         EXPECT_EQ(Status(simulator_.SetOverVoltageLevel(channel, -1.0)), Status(0U));
@@ -97,7 +88,7 @@ using RealQuery = ViStatus (ORVA::InstBase::*)(ORVA::ChannelNumber, double&);
 constexpr std::array<RealQuery, 4> kLevels{&ORVA::InstBase::GetVoltage, &ORVA::InstBase::GetOverVoltageLevel,
                                            &ORVA::InstBase::GetCurrent, &ORVA::InstBase::GetOverCurrentLevel};
 
-TEST_F(Simulator, DrawsEveryLevelCurrentsIncludedFromTheVoltageBounds) {
+TEST_F(Simulator, DrawsVoltagesAndCurrentsFromTheVoltageLimits) {
     for (const auto query : kLevels) {
         for (const auto& [channel, high] : {std::pair{1U, 22.0}, {2U, 5.5}}) {
             double largest = 0.0;
@@ -113,39 +104,15 @@ TEST_F(Simulator, DrawsEveryLevelCurrentsIncludedFromTheVoltageBounds) {
     }
 }
 
-TEST_F(Simulator, DrawsTheSeedsReal) {
-    for (const auto query : kLevels) {
-        ORVA::RandomSource random(kSeed);
-        ORVA::TARNEXSimulator simulator(random);
-        double level = -1.0;
-        EXPECT_EQ((simulator.*query)(1, level), VI_SUCCESS);
-        EXPECT_EQ(level, FirstReal(kSeed, 22.0));
-    }
-}
-
-TEST_F(Simulator, KnowsTwoChannels) {
+TEST_F(Simulator, ThrowsForAnUnknownChannel) {
     double level = -1.0;
     for (const auto query : kLevels) {
         EXPECT_EQ(ThrownBy([&] { (simulator_.*query)(0, level); }), kInvalidKey);
         EXPECT_EQ(ThrownBy([&] { (simulator_.*query)(3, level); }), kInvalidKey);
     }
+    EXPECT_EQ(ThrownBy([&] { simulator_.MeasurePower(0, level); }), kInvalidKey);
     EXPECT_EQ(level, -1.0);
     EXPECT_EQ(simulator_.GetChannelLimits(2).maximumCurrent, 16.8);
-}
-
-TEST_F(Simulator, DrawsSwitchesBothWays) {
-    using Query = ViStatus (ORVA::InstBase::*)(ORVA::ChannelNumber, bool&);
-    for (const Query query : {&ORVA::InstBase::GetOverVoltageEnabled, &ORVA::InstBase::GetOverCurrentEnabled,
-                              &ORVA::InstBase::GetOutputEnabled}) {
-        int on = 0;
-        for (int i = 0; i < kDraws; ++i) {
-            bool enabled = false;
-            ASSERT_EQ(Status((simulator_.*query)(1, enabled)), Status(0U));
-            on += enabled ? 1 : 0;
-        }
-        EXPECT_GT(on, kDraws / 3);
-        EXPECT_LT(on, kDraws * 2 / 3);
-    }
 }
 
 } // namespace

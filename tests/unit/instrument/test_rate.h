@@ -5,7 +5,7 @@
 
 namespace unit {
 
-enum class Rate : std::int32_t { kSlow = -3, kMiddle = 1, kFast = 7, kIdle = 9 };
+enum class Rate : std::int32_t { Slow = -3, Middle = 1, Fast = 7, Idle = 9 };
 
 } // namespace unit
 
@@ -13,10 +13,10 @@ namespace ORVA {
 
 template <>
 inline constexpr auto kKeywords<unit::Rate> = std::to_array<Keywords<unit::Rate>>({
-    {unit::Rate::kSlow, {"UP", "SLOW"}},
-    {unit::Rate::kMiddle, {"4000", "4K"}},
-    {unit::Rate::kFast, {"UPDN", "8K"}},
-    {unit::Rate::kIdle, {"IDLE"}},
+    {unit::Rate::Slow, {"UP", "SLOW"}},
+    {unit::Rate::Middle, {"4000", "4K"}},
+    {unit::Rate::Fast, {"UPDN", "8K"}},
+    {unit::Rate::Idle, {"IDLE"}},
 });
 
 } // namespace ORVA

@@ -34,7 +34,7 @@ class TypedHelpers : public SupplyTest<OpenSupply> {
     void SetUp() override { Connect(); }
 };
 
-TEST_F(TypedHelpers, SetWritesHeaderAndValue) {
+TEST_F(TypedHelpers, WriteHeaderAndValueForSet) {
     EXPECT_EQ(Status(supply_.Set(":SOUR:BLE", true)), Status(0U));
     EXPECT_EQ(Line(), ":SOUR:BLE ON");
     supply_.Set(":LIST:CYCLE", std::int32_t{-5});
@@ -43,11 +43,11 @@ TEST_F(TypedHelpers, SetWritesHeaderAndValue) {
     EXPECT_EQ(Line(), ":LIST:TEMP:MAXV 1.250000");
     supply_.Set(":NAME", std::string("x"));
     EXPECT_EQ(Line(), ":NAME x");
-    supply_.Set(":MEAS:CURR:RATE", Rate::kMiddle);
+    supply_.Set(":MEAS:CURR:RATE", Rate::Middle);
     EXPECT_EQ(Line(), ":MEAS:CURR:RATE 4000");
 }
 
-TEST_F(TypedHelpers, GetParsesByTheTypeOfItsVariable) {
+TEST_F(TypedHelpers, ParseAReplyByTheTypeOfTheVariable) {
     Reply(":X?", "ON\n");
     bool boolean = false;
     EXPECT_EQ(Status(supply_.Get(":X", boolean)), Status(0U));
@@ -67,19 +67,19 @@ TEST_F(TypedHelpers, GetParsesByTheTypeOfItsVariable) {
     supply_.Get(":X", text);
     EXPECT_EQ(text, " as it is\r");
     Reply(":X?", "8K\n");
-    Rate rate = Rate::kSlow;
+    Rate rate = Rate::Slow;
     supply_.Get(":X", rate);
-    EXPECT_EQ(rate, Rate::kFast);
+    EXPECT_EQ(rate, Rate::Fast);
 }
 
-TEST_F(TypedHelpers, GetTakesAKeywordThatIsNoneForTheLowestValue) {
+TEST_F(TypedHelpers, ReadAnUnknownKeywordAsTheLowestValue) {
     Reply(":X?", "8K\r\n"); // the carriage return stays
-    Rate rate = Rate::kFast;
+    Rate rate = Rate::Fast;
     EXPECT_EQ(Status(supply_.Get(":X", rate)), Status(0U));
-    EXPECT_EQ(rate, Rate::kSlow);
+    EXPECT_EQ(rate, Rate::Slow);
 }
 
-TEST_F(TypedHelpers, SourceHelpersPutTheChannelIntoTheHeader) {
+TEST_F(TypedHelpers, WriteTheChannelIntoTheHeaderForSource) {
     supply_.SetSource(":SOUR:CURR", 2, 1.5);
     EXPECT_EQ(Line(), ":SOUR2:CURR 1.500000");
     Reply(":SOUR1:VOLT?", "2.5\n");
@@ -89,10 +89,10 @@ TEST_F(TypedHelpers, SourceHelpersPutTheChannelIntoTheHeader) {
     EXPECT_EQ(volts, 2.5);
 }
 
-TEST_F(TypedHelpers, ChannelHelpersPutTheChannelInFrontOfTheArguments) {
+TEST_F(TypedHelpers, WriteTheChannelBeforeTheArgumentsForChannel) {
     supply_.SetForChannel(":OUTP:STAT", 1, true);
     EXPECT_EQ(Line(), ":OUTP:STAT CH1,ON");
-    supply_.SetForChannel(":OUTP:PAIR", 2, Rate::kFast);
+    supply_.SetForChannel(":OUTP:PAIR", 2, Rate::Fast);
     EXPECT_EQ(Line(), ":OUTP:PAIR CH2,UPDN");
     Reply(":OUTP:STAT? CH2", "OFF\n");
     bool on = true;
@@ -101,24 +101,24 @@ TEST_F(TypedHelpers, ChannelHelpersPutTheChannelInFrontOfTheArguments) {
     EXPECT_FALSE(on);
 }
 
-TEST_F(TypedHelpers, SendAndSetArgsTakeNoneAndAny) {
+TEST_F(TypedHelpers, WriteAnyNumberOfArguments) {
     supply_.Send(":LIST:GROUP:CLE");
     EXPECT_EQ(Line(), ":LIST:GROUP:CLE");
     supply_.SetArgs(":LIST:GROUP:PARA", 3, 5.0, 1.0, 0.5);
     EXPECT_EQ(Line(), ":LIST:GROUP:PARA 3,5.000000,1.000000,0.500000");
 }
 
-TEST_F(TypedHelpers, GetIndexedAsksWithAnArgument) {
+TEST_F(TypedHelpers, QueryWithAnArgumentForGetIndexed) {
     Reply(":TRIG:IN:ENAB? UPDN", "ON\n");
     bool on = false;
-    EXPECT_EQ(Status(supply_.GetIndexed(":TRIG:IN:ENAB", Rate::kFast, on)), Status(0U));
+    EXPECT_EQ(Status(supply_.GetIndexed(":TRIG:IN:ENAB", Rate::Fast, on)), Status(0U));
     EXPECT_EQ(Line(), ":TRIG:IN:ENAB? UPDN");
     EXPECT_TRUE(on);
 }
 
-TEST_F(TypedHelpers, GetFieldsParsesTheFieldsInOrderAndIgnoresFurtherOnes) {
+TEST_F(TypedHelpers, ParseFieldsInOrderAndIgnoreFurtherOnes) {
     Reply(":X? 3,CH2", "8K, extra\r,-5,2.5\t,ON,more\n");
-    Rate rate = Rate::kSlow;
+    Rate rate = Rate::Slow;
     std::string text;
     std::int32_t integer = 0;
     double real = 0.0;
@@ -128,14 +128,14 @@ TEST_F(TypedHelpers, GetFieldsParsesTheFieldsInOrderAndIgnoresFurtherOnes) {
               Status(0U));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "5");
     EXPECT_EQ(Line(), ":X? 3,CH2");
-    EXPECT_EQ(rate, Rate::kFast);
+    EXPECT_EQ(rate, Rate::Fast);
     EXPECT_EQ(text, " extra");
     EXPECT_EQ(integer, -5);
     EXPECT_EQ(real, 2.5);
     EXPECT_TRUE(on);
 }
 
-TEST_F(TypedHelpers, GetFieldsOfAReplyThatIsTooShortThrowsAfterTheFieldsThatAreThere) {
+TEST_F(TypedHelpers, ThrowForAMissingFieldAfterParsingTheFieldsBeforeIt) {
     Reply(":X?", "1.0,2.0\n");
     double first = 0.0;
     double second = 0.0;
@@ -150,23 +150,13 @@ TEST_F(TypedHelpers, GetFieldsOfAReplyThatIsTooShortThrowsAfterTheFieldsThatAreT
               "out_of_range: invalid vector subscript");
 }
 
-TEST_F(TypedHelpers, GetFieldsOfAFailedExchangeParsesAndPrintsNothing) {
+TEST_F(TypedHelpers, ParseAndPrintNothingWhenAnExchangeOfFieldsFails) {
     double value = 7.0;
     Fail("viRead", 0xBFFF0015);
     testing::internal::CaptureStdout();
     EXPECT_EQ(Status(supply_.GetFields(":X", OpenSupply::With(), value)), Status(0xBFFA4214));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(value, 7.0);
-}
-
-TEST_F(TypedHelpers, UnknownChannelsAndValuesThrowBeforeAnythingIsSent) {
-    bool on = false;
-    EXPECT_EQ(ThrownBy([&] { supply_.SetForChannel(":OUTP:STAT", 0, true); }), kInvalidKey);
-    EXPECT_EQ(ThrownBy([&] { supply_.SetForChannel(":OUTP:STAT", 3, true); }), kInvalidKey);
-    EXPECT_EQ(ThrownBy([&] { supply_.SetForChannel(":OUTP:STAT", 4294967295U, true); }), kInvalidKey);
-    EXPECT_EQ(ThrownBy([&] { supply_.GetForChannel(":OUTP:STAT", 3, on); }), kInvalidKey);
-    EXPECT_EQ(ThrownBy([&] { supply_.Set(":RATE", static_cast<Rate>(2)); }), kInvalidKey);
-    EXPECT_THAT(TakeWritten(), IsEmpty());
 }
 
 TEST_F(TypedHelpers, TurnEveryNegativeStatusIntoTheIoErrorAndKeepTheVariable) {
@@ -185,7 +175,7 @@ TEST_F(TypedHelpers, TurnEveryNegativeStatusIntoTheIoErrorAndKeepTheVariable) {
     EXPECT_EQ(Status(supply_.Send(":X")), Status(0xBFFA4214));
 }
 
-TEST_F(TypedHelpers, PassPositiveStatusesOn) {
+TEST_F(TypedHelpers, ReturnPositiveStatusesUnchanged) {
     Reply(":X?", "7\n");
     Fail("viWrite", 0x3FFF0001);
     EXPECT_EQ(Status(supply_.Set(":X", 1)), Status(0x3FFF0001));
@@ -195,15 +185,7 @@ TEST_F(TypedHelpers, PassPositiveStatusesOn) {
     EXPECT_EQ(value, 0);
 }
 
-TEST_F(TypedHelpers, ReturnTheSocketsPositiveStatusOfAQuery) {
-    Connect(kSocket);
-    Reply(":X?", "7\n");
-    std::int32_t value = 5;
-    EXPECT_EQ(Status(supply_.Get(":X", value)), Status(0x3FFF0005));
-    EXPECT_EQ(value, 7);
-}
-
-TEST_F(TypedHelpers, TakeAnEmptyReplyForAnEmptyTextAndNotForTheOneBefore) {
+TEST_F(TypedHelpers, ReadAnEmptyReplyAsEmptyTextAndNotAsThePreviousReply) {
     Reply(":X?", "7\n");
     std::int32_t value = 5;
     EXPECT_EQ(Status(supply_.Get(":X", value)), Status(0U));
@@ -215,7 +197,7 @@ TEST_F(TypedHelpers, TakeAnEmptyReplyForAnEmptyTextAndNotForTheOneBefore) {
     EXPECT_EQ(text, "");
 }
 
-TEST_F(TypedHelpers, LetParseErrorsPassAndKeepTheVariable) {
+TEST_F(TypedHelpers, ThrowForAMalformedReplyAndKeepTheVariable) {
     Reply(":X?", "NO\n");
     bool on = true;
     EXPECT_EQ(ThrownBy([&] { supply_.Get(":X", on); }), "invalid_argument: Visa::parseBool Unknown ret:NO");
@@ -225,7 +207,7 @@ TEST_F(TypedHelpers, LetParseErrorsPassAndKeepTheVariable) {
     EXPECT_EQ(real, 5.0);
 }
 
-TEST_F(TypedHelpers, WithoutAConnectionSendNothingAndFail) {
+TEST_F(TypedHelpers, FailWithoutAConnectionAndSendNothing) {
     supply_.LoseConnection();
     Forget();
     std::int32_t value = 5;
@@ -250,7 +232,7 @@ TEST_F(TypedHelpers, WithoutAConnectionSendNothingAndFail) {
     EXPECT_THAT(doubles::TheScript().Calls(), IsEmpty());
 }
 
-TEST_F(TypedHelpers, PrimitivesReturnVisasOwnStatuses) {
+TEST_F(TypedHelpers, ReturnVisaStatusesUnchangedForWriteAndQuery) {
     std::string reply = "before";
     Fail("viWrite", 0xBFFF0015);
     EXPECT_EQ(Status(supply_.Write("x")), Status(0xBFFF0015));

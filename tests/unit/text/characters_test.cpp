@@ -28,20 +28,20 @@ std::vector<std::string> Elements(std::string_view list) {
     return elements;
 }
 
-TEST(Characters, WhiteSpaceIsTheSixOfAsciiAmongAllBytes) {
+TEST(Characters, AreWhiteSpaceOnlyForTheSixOfAscii) {
     EXPECT_EQ(BytesOf([](char c) { return text::IsSpace(c); }), "\t\n\v\f\r ");
 }
 
-TEST(Characters, DigitsAreTheTenOfAsciiAmongAllBytes) {
+TEST(Characters, AreDigitsOnlyForTheTenOfAscii) {
     EXPECT_EQ(BytesOf([](char c) { return text::IsDigit(c); }), "0123456789");
 }
 
-TEST(Characters, WordCharactersAreTheLettersDigitsAndUnderscoreOfAsciiAmongAllBytes) {
+TEST(Characters, AreWordCharactersOnlyForAsciiLettersDigitsAndUnderscore) {
     EXPECT_EQ(BytesOf([](char c) { return text::IsWord(c); }),
               "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz");
 }
 
-TEST(Characters, ChangeCaseOnlyAsAsciiLetters) {
+TEST(Characters, ChangeCaseOnlyWhenTheyAreAsciiLetters) {
     EXPECT_EQ(BytesOf([](char c) { return text::ToLower(c) != c; }), "ABCDEFGHIJKLMNOPQRSTUVWXYZ");
     EXPECT_EQ(BytesOf([](char c) { return text::ToUpper(c) != c; }), "abcdefghijklmnopqrstuvwxyz");
     EXPECT_EQ(text::ToLower('A'), 'a');
@@ -50,12 +50,12 @@ TEST(Characters, ChangeCaseOnlyAsAsciiLetters) {
     EXPECT_EQ(text::ToUpper('z'), 'Z');
 }
 
-TEST(Characters, TextInLowerCaseKeepsEveryOtherByte) {
+TEST(Characters, StayTheSameInLowerCaseTextWhenTheyAreNotLetters) {
     EXPECT_EQ(text::ToLower(std::string_view("AbZ[@`{\xC4\xD6_09", 12)), "abz[@`{\xC4\xD6_09");
     EXPECT_EQ(text::ToLower(std::string_view("A\0B", 3)), std::string("a\0b", 3));
 }
 
-TEST(Characters, BlankTextIsEmptyOrWhiteSpaceOnly) {
+TEST(Characters, MakeTextBlankWhenAllAreWhiteSpace) {
     EXPECT_TRUE(text::IsBlank(""));
     EXPECT_TRUE(text::IsBlank(" \t\n\v\f\r"));
     EXPECT_FALSE(text::IsBlank(" . "));
@@ -63,7 +63,7 @@ TEST(Characters, BlankTextIsEmptyOrWhiteSpaceOnly) {
     EXPECT_FALSE(text::IsBlank("\xA0"));
 }
 
-TEST(Characters, ComparisonWithoutCaseComparesLengthsToo) {
+TEST(Characters, CompareWithoutCaseOnlyWhenLengthsAreEqual) {
     EXPECT_TRUE(text::EqualIgnoringCase("Model", "mODEL"));
     EXPECT_TRUE(text::EqualIgnoringCase("", ""));
     EXPECT_FALSE(text::EqualIgnoringCase("Model", "Mode"));
@@ -72,19 +72,19 @@ TEST(Characters, ComparisonWithoutCaseComparesLengthsToo) {
     EXPECT_FALSE(text::EqualIgnoringCase("@", "`"));
 }
 
-TEST(Characters, TrimTakesOuterWhiteSpaceOnly) {
+TEST(Characters, AreTrimmedOnlyAtTheEndsOfAText) {
     EXPECT_EQ(text::Trim(" \t\n\v\f\ra b\r\f\v\n\t "), "a b");
     EXPECT_EQ(text::Trim(" \r\n"), "");
     EXPECT_EQ(text::Trim(""), "");
     EXPECT_EQ(text::Trim("--a-b-", [](char c) { return c == '-'; }), "a-b");
 }
 
-TEST(Characters, NullPointerIsEmptyText) {
+TEST(Characters, AreNoneInTheTextOfANullPointer) {
     EXPECT_EQ(text::ViewOf(nullptr), "");
     EXPECT_EQ(text::ViewOf("abc"), "abc");
 }
 
-TEST(Characters, ListHasOneElementMoreThanSeparators) {
+TEST(Characters, SeparateAListIntoOneElementMoreThanSeparators) {
     EXPECT_THAT(Elements(""), ElementsAre(""));
     EXPECT_THAT(Elements("a"), ElementsAre("a"));
     EXPECT_THAT(Elements("a,"), ElementsAre("a", ""));

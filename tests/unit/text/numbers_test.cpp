@@ -45,7 +45,7 @@ INSTANTIATE_TEST_SUITE_P(Locale, Numbers, testing::Values("C", tests::kDecimalCo
 constexpr auto kSmallest = std::numeric_limits<std::int32_t>::min();
 constexpr auto kLargest = std::numeric_limits<std::int32_t>::max();
 
-TEST_P(Numbers, IntegerIsTheLongestPrefixOfDigits) {
+TEST_P(Numbers, ReadTheLongestPrefixOfDigitsAsAnInteger) {
     EXPECT_EQ(text::ToInt("0"), 0);
     EXPECT_EQ(text::ToInt("12"), 12);
     EXPECT_EQ(text::ToInt("+12 V"), 12);
@@ -60,12 +60,12 @@ TEST_P(Numbers, IntegerIsTheLongestPrefixOfDigits) {
     EXPECT_EQ(text::ToInt(std::string_view("123", 2)), 12);
 }
 
-TEST_P(Numbers, IntegerMayFollowWhiteSpaceOfEveryKind) {
+TEST_P(Numbers, SkipWhiteSpaceBeforeAnInteger) {
     EXPECT_EQ(text::ToInt(" \t\n\v\f\r-5"), -5);
     EXPECT_EQ(text::ToLong(" \t\n\v\f\r+5"), 5);
 }
 
-TEST_P(Numbers, IntegerHas32Bits) {
+TEST_P(Numbers, LimitIntegersTo32Bits) {
     EXPECT_EQ(text::ToInt("2147483647"), kLargest);
     EXPECT_EQ(text::ToInt("-2147483648"), kSmallest);
     EXPECT_EQ(text::ToInt("000000000002147483647"), kLargest);
@@ -75,7 +75,7 @@ TEST_P(Numbers, IntegerHas32Bits) {
     }
 }
 
-TEST_P(Numbers, LongHas32BitsAsWell) {
+TEST_P(Numbers, LimitLongsTo32Bits) {
     EXPECT_EQ(text::ToLong("2147483647"), kLargest);
     EXPECT_EQ(text::ToLong("-2147483648"), kSmallest);
     for (const auto* text : {"2147483648", "-2147483649", "4294967295", "99999999999999999999999"}) {
@@ -83,7 +83,7 @@ TEST_P(Numbers, LongHas32BitsAsWell) {
     }
 }
 
-TEST_P(Numbers, TextThatBeginsWithoutANumberIsInvalid) {
+TEST_P(Numbers, RefuseATextThatDoesNotBeginWithANumber) {
     for (const auto* text :
          {"", " ", "\n", "+", "-", "+-5", "-+5", "--5", "++5", "- 5", "+ 5", "V5", ".5", ",5", "\xC2\xA0-5"}) {
         EXPECT_EQ(ThrownBy(text::ToInt, text), "invalid_argument: invalid stoi argument") << text;
@@ -96,7 +96,7 @@ TEST_P(Numbers, TextThatBeginsWithoutANumberIsInvalid) {
     EXPECT_EQ(ThrownBy(text::ToInt, std::string_view("\0005", 2)), "invalid_argument: invalid stoi argument");
 }
 
-TEST_P(Numbers, RealIsTheLongestPrefixWithADecimalPoint) {
+TEST_P(Numbers, ReadTheLongestPrefixWithADecimalPointAsAReal) {
     EXPECT_EQ(text::ToReal("1.5"), 1.5);
     EXPECT_EQ(text::ToReal("+1.5"), 1.5);
     EXPECT_EQ(text::ToReal("-1.5"), -1.5);
@@ -116,7 +116,7 @@ TEST_P(Numbers, RealIsTheLongestPrefixWithADecimalPoint) {
     EXPECT_EQ(text::ToReal("12345678901234567890"), 12345678901234567890.0);
 }
 
-TEST_P(Numbers, RealKeepsTheSignOfZero) {
+TEST_P(Numbers, KeepTheSignOfZeroWhenTheyReadAReal) {
     EXPECT_EQ(text::ToReal("0"), 0.0);
     EXPECT_FALSE(std::signbit(text::ToReal("0")));
     EXPECT_TRUE(std::signbit(text::ToReal("-0.0")));
@@ -124,7 +124,7 @@ TEST_P(Numbers, RealKeepsTheSignOfZero) {
     EXPECT_EQ(text::ToReal("0.000e-999999"), 0.0);
 }
 
-TEST_P(Numbers, RealOverflowsOnBothSides) {
+TEST_P(Numbers, RefuseRealsThatOverflow) {
     EXPECT_EQ(text::ToReal("1.7976931348623157e308"), std::numeric_limits<double>::max());
     EXPECT_EQ(text::ToReal("-1.7976931348623157e308"), std::numeric_limits<double>::lowest());
     const auto digits = std::string(400, '9');
@@ -134,7 +134,7 @@ TEST_P(Numbers, RealOverflowsOnBothSides) {
     }
 }
 
-TEST_P(Numbers, RealThatVanishesIsOutOfRangeAndASubnormalIsNot) {
+TEST_P(Numbers, RefuseRealsThatBecomeZeroButNotSubnormals) {
     EXPECT_EQ(text::ToReal("2.2250738585072014e-308"), std::numeric_limits<double>::min());
     EXPECT_EQ(text::ToReal("1e-310"), 1e-310);
     EXPECT_EQ(text::ToReal("5e-324"), std::numeric_limits<double>::denorm_min());
@@ -146,7 +146,7 @@ TEST_P(Numbers, RealThatVanishesIsOutOfRangeAndASubnormalIsNot) {
     }
 }
 
-TEST_P(Numbers, IntegerTextIsDecimalWithoutGrouping) {
+TEST_P(Numbers, FormatIntegersInDecimalWithoutGrouping) {
     EXPECT_EQ(text::IntegerText(0).View(), "0");
     EXPECT_EQ(text::IntegerText(-1).View(), "-1");
     EXPECT_EQ(text::IntegerText(1234567).View(), "1234567");
@@ -155,7 +155,7 @@ TEST_P(Numbers, IntegerTextIsDecimalWithoutGrouping) {
     EXPECT_EQ(text::IntegerText(std::numeric_limits<std::int64_t>::min()).View(), "-9223372036854775808");
 }
 
-TEST_P(Numbers, RealTextHasSixDecimalsAndAPoint) {
+TEST_P(Numbers, FormatRealsWithSixDecimalsAndAPoint) {
     EXPECT_EQ(text::RealText(1.5).View(), "1.500000");
     EXPECT_EQ(text::RealText(0.0005).View(), "0.000500");
     EXPECT_EQ(text::RealText(30).View(), "30.000000");
@@ -169,13 +169,13 @@ TEST_P(Numbers, RealTextHasSixDecimalsAndAPoint) {
     EXPECT_EQ(text::RealText(5e-324).View(), "0.000000");
 }
 
-TEST_P(Numbers, RealTextKeepsTheSignOfZero) {
+TEST_P(Numbers, KeepTheSignOfZeroWhenTheyFormatAReal) {
     EXPECT_EQ(text::RealText(0.0).View(), "0.000000");
     EXPECT_EQ(text::RealText(-0.0).View(), "-0.000000");
     EXPECT_EQ(text::RealText(-1e-9).View(), "-0.000000");
 }
 
-TEST_P(Numbers, RealTextNeverHasAnExponent) {
+TEST_P(Numbers, FormatRealsWithoutAnExponent) {
     EXPECT_EQ(text::RealText(1e22).View(), "10000000000000000000000.000000");
     EXPECT_EQ(text::RealText(std::ldexp(1.0, 80)).View(), "1208925819614629174706176.000000");
     EXPECT_EQ(text::RealText(1e300).View(),
@@ -191,7 +191,7 @@ TEST_P(Numbers, RealTextNeverHasAnExponent) {
     EXPECT_EQ(text::RealText(std::numeric_limits<double>::lowest()).View().size(), 317U);
 }
 
-TEST_P(Numbers, RealTextOfWhatHasNoDigits) {
+TEST_P(Numbers, FormatInfinitiesAndNan) {
     const auto nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(text::RealText(nan).View(), "nan");
     EXPECT_EQ(text::RealText(std::copysign(nan, -1.0)).View(), "nan");

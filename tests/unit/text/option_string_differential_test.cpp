@@ -53,7 +53,7 @@ class OptionStringScanners : public testing::TestWithParam<std::uint32_t> {
 
 INSTANTIATE_TEST_SUITE_P(Shard, OptionStringScanners, testing::Range(0U, 8U));
 
-TEST_P(OptionStringScanners, SplitAsTheRegularExpressionDoes) {
+TEST_P(OptionStringScanners, SplitLikeTheRegularExpression) {
     const std::regex expression(R"(\s*DriverSetup\s*=(.*))", std::regex::ECMAScript | std::regex::icase);
     int clauses = 0;
     OverRandomTexts([&](const std::string& text) {

@@ -37,30 +37,30 @@ std::string Clause(std::string_view options) {
     return std::string(text::SplitOptionString(options).driverSetup.value_or("none"));
 }
 
-TEST(OptionStringSplit, WithoutAClauseIsInherentAltogether) {
+TEST(OptionStringSplit, TakesEverythingAsInherentWithoutAClause) {
     EXPECT_EQ(Inherent(" Simulate=1 "), " Simulate=1 ");
     EXPECT_EQ(Clause(" Simulate=1 "), "none");
     EXPECT_EQ(Inherent(""), "");
     EXPECT_EQ(Clause(""), "none");
 }
 
-TEST(OptionStringSplit, ClauseRunsToTheEnd) {
+TEST(OptionStringSplit, ExtendsTheClauseToTheEnd) {
     EXPECT_EQ(Inherent("Simulate=1, DriverSetup=Model:TX4410, Cache=1"), "Simulate=1,");
     EXPECT_EQ(Clause("Simulate=1, DriverSetup=Model:TX4410, Cache=1"), "Model:TX4410, Cache=1");
     EXPECT_EQ(Clause("DriverSetup=a=b=DriverSetup=c"), "a=b=DriverSetup=c");
 }
 
-TEST(OptionStringSplit, KeywordMayBeInAnyLetterCaseAndHaveBlanksAroundIt) {
+TEST(OptionStringSplit, FindsTheKeywordInAnyLetterCaseAndBetweenBlanks) {
     EXPECT_EQ(Inherent("Cache=1 \t\n\v\f\rdRIVERsETUP \t\n\v\f\r= x "), "Cache=1");
     EXPECT_EQ(Clause("Cache=1 \t\n\v\f\rdRIVERsETUP \t\n\v\f\r= x "), " x ");
 }
 
-TEST(OptionStringSplit, KeywordMayEndAnotherWord) {
+TEST(OptionStringSplit, FindsTheKeywordAtTheEndOfAnotherWord) {
     EXPECT_EQ(Inherent("MyDriverSetup=x"), "My");
     EXPECT_EQ(Clause("MyDriverSetup=x"), "x");
 }
 
-TEST(OptionStringSplit, KeywordNeedsItsEqualsSign) {
+TEST(OptionStringSplit, FindsNoKeywordWithoutItsEqualsSign) {
     EXPECT_EQ(Clause("DriverSetup"), "none");
     EXPECT_EQ(Clause("DriverSetup  "), "none");
     EXPECT_EQ(Clause("DriverSetup:x"), "none");
@@ -71,12 +71,12 @@ TEST(OptionStringSplit, KeywordNeedsItsEqualsSign) {
     EXPECT_EQ(Clause("DriverDriverSetup=x"), "x");
 }
 
-TEST(OptionStringSplit, EmptyClauseIsAClause) {
+TEST(OptionStringSplit, ReturnsAnEmptyClause) {
     EXPECT_EQ(text::SplitOptionString("DriverSetup=").driverSetup, std::string_view(""));
     EXPECT_EQ(text::SplitOptionString("DriverSetup=\nx").driverSetup, std::string_view(""));
 }
 
-TEST(OptionStringSplit, ClauseEndsAtALineBreakAndWhatFollowsIsDropped) {
+TEST(OptionStringSplit, EndsTheClauseAtALineBreakAndDropsTheRest) {
     EXPECT_EQ(Clause("Cache=1 DriverSetup=a\nb"), "a");
     EXPECT_EQ(Inherent("Cache=1 DriverSetup=a\nb"), "Cache=1");
     EXPECT_EQ(Clause("DriverSetup=a\rb"), "a");
@@ -90,21 +90,21 @@ TEST(DriverSetupPairs, AreSeparatedByEqualsSignOrColon) {
     EXPECT_THAT(SetupPairs("a=b:c=d"), ElementsAre(Pair("a", "b:c=d")));
 }
 
-TEST(DriverSetupPairs, NamesAreWordCharactersAndPlusSigns) {
+TEST(DriverSetupPairs, HaveNamesOfWordCharactersAndPlusSigns) {
     EXPECT_THAT(SetupPairs("_a+9=1,b-c=2,d e=3"), ElementsAre(Pair("_a+9", "1"), Pair("c", "2"), Pair("e", "3")));
     EXPECT_THAT(SetupPairs("\xC3\xA4x=1"), ElementsAre(Pair("x", "1")));
 }
 
-TEST(DriverSetupPairs, ValuesKeepTheirTrailingBlanks) {
+TEST(DriverSetupPairs, KeepTheTrailingBlanksOfTheirValues) {
     EXPECT_THAT(SetupPairs("a = b c \t,d"), ElementsAre(Pair("a", "b c \t")));
 }
 
-TEST(DriverSetupPairs, ValuesOfBlanksAloneAreTheLastBlank) {
+TEST(DriverSetupPairs, HaveTheLastBlankAsValueWhenTheValueIsBlank) {
     EXPECT_THAT(SetupPairs("Model: ,x=1"), ElementsAre(Pair("Model", " "), Pair("x", "1")));
     EXPECT_THAT(SetupPairs("Model: \t"), ElementsAre(Pair("Model", "\t")));
 }
 
-TEST(DriverSetupPairs, ThatDoNotFitAreSkipped) {
+TEST(DriverSetupPairs, AreSkippedWhenTheyAreMalformed) {
     EXPECT_THAT(SetupPairs("a=,b:,=c,:d,e,,f=1"), ElementsAre(Pair("f", "1")));
     EXPECT_THAT(SetupPairs("a="), IsEmpty());
     EXPECT_THAT(SetupPairs("a"), IsEmpty());
@@ -116,11 +116,11 @@ TEST(InherentPairs, MayHaveBlanksOfEveryKindAroundEveryToken) {
     EXPECT_THAT(InherentPairs(" \ta\n=\v1\f ,\r b = 2 "), ElementsAre(Pair("a", "1"), Pair("b", "2")));
 }
 
-TEST(InherentPairs, NeedNoCommaBetweenThem) {
+TEST(InherentPairs, AreReadWithoutACommaBetweenThem) {
     EXPECT_THAT(InherentPairs("a=1 b=2;c=3"), ElementsAre(Pair("a", "1"), Pair("b", "2"), Pair("c", "3")));
 }
 
-TEST(InherentPairs, ThatDoNotFitAreSkipped) {
+TEST(InherentPairs, AreSkippedWhenTheyAreMalformed) {
     EXPECT_THAT(InherentPairs("x, a=, b==1, =2, c:3, d e=4, f=-5, g=6"), ElementsAre(Pair("e", "4"), Pair("g", "6")));
     EXPECT_THAT(InherentPairs("a=b=c"), ElementsAre(Pair("a", "b")));
     EXPECT_THAT(InherentPairs("a= b=c"), ElementsAre(Pair("a", "b")));
@@ -155,7 +155,7 @@ std::string Repeated(std::string_view piece) {
     return text;
 }
 
-TEST(OptionStringOfAMebibyte, EndsOnASmallStackWhateverItsShape) {
+TEST(OptionStringOfAMebibyte, IsScannedOnASmallStackInEveryShape) {
     unit::RunOnSmallStack([] {
         for (const std::string_view piece : {"a", " ", "=", ",", "DriverSetup", "DriverSetup ", "a ", "a= ", "a=,", "+",
                                              ":", "\n", "\xFF", "d", "= ", "a\t=\t"}) {
@@ -167,7 +167,7 @@ TEST(OptionStringOfAMebibyte, EndsOnASmallStackWhateverItsShape) {
     });
 }
 
-TEST(OptionStringOfAMebibyte, GivesEveryPair) {
+TEST(OptionStringOfAMebibyte, IsSplitIntoEveryPair) {
     unit::RunOnSmallStack([] {
         const auto text = Repeated("ab=c,");
         EXPECT_EQ(SetupPairs(text).size(), text.size() / 5);
@@ -176,7 +176,7 @@ TEST(OptionStringOfAMebibyte, GivesEveryPair) {
     });
 }
 
-TEST(OptionStringOfAMebibyte, GivesALongNameALongValueAndALongClause) {
+TEST(OptionStringOfAMebibyte, KeepsALongNameALongValueAndALongClause) {
     unit::RunOnSmallStack([] {
         const auto letters = Repeated("a");
         EXPECT_THAT(SetupPairs(letters + "=x"), ElementsAre(Pair(letters, "x")));

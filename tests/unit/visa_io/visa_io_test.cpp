@@ -84,7 +84,7 @@ bool IsExactly(const OpenVisa::VisaIO& connection) {
     return typeid(connection) == typeid(Class);
 }
 
-TEST_F(VisaConnection, IsOfTheClassThatTheResourceNames) {
+TEST_F(VisaConnection, HasTheClassOfItsResource) {
     struct Case {
         const char* resource;
         bool (*is)(const OpenVisa::VisaIO&);
@@ -131,7 +131,7 @@ TEST_F(VisaConnection, IsOfTheClassThatTheResourceNames) {
     }
 }
 
-TEST_F(VisaConnection, IsOpenedUnderTheNameAsGivenWithoutALockAndWithTheOpenTimeout) {
+TEST_F(VisaConnection, OpensTheResourceAsGivenWithoutALockAndWithTheOpenTimeout) {
     OpenVisa::ConnectionSettings settings;
     settings.openTimeout = 1234;
     EXPECT_EQ(Open("tcpip0::Host::5025::Socket", settings), Status(0U));
@@ -164,7 +164,7 @@ TEST_F(VisaConnection, TakesItsSettingsFromTheRecord) {
                                             "viSetBuf 16 1024", "viSetBuf 32 1024"));
 }
 
-TEST(ConnectionSettings, AreLineFeedBothWaysTwoSecondsAndAPlainSerialLineByDefault) {
+TEST(ConnectionSettings, DefaultToLineFeedsTwoSecondsAndAPlainSerialLine) {
     const auto [character, enabled, openTimeout, ioTimeout, append, strip, baudRate, dataBits, flowControl, parity,
                 stopBits] = OpenVisa::ConnectionSettings{};
     EXPECT_EQ(character, 10);
@@ -200,14 +200,14 @@ const std::vector<Configuration> kConfigurations{
       "viSetAttribute 3FFF0023 0", "viSetAttribute 3FFF0025 0"}},
 };
 
-TEST_F(VisaConnection, IsConfiguredStepByStepAfterItsInterfaceKind) {
+TEST_F(VisaConnection, IsConfiguredInTheStepsOfItsInterface) {
     for (const auto& [resource, steps] : kConfigurations) {
         EXPECT_EQ(Open(resource), Status(0U)) << resource;
         EXPECT_EQ(TakeSettings(), steps) << resource;
     }
 }
 
-TEST_F(VisaConnection, IsClosedAgainAtTheFirstStepThatFails) {
+TEST_F(VisaConnection, IsClosedWhenAStepOfItsOpeningFails) {
     for (const auto& [resource, steps] : kConfigurations) {
         std::vector<std::string> calls{"viOpenDefaultRM", "viOpen"};
         for (std::size_t failing = 0; failing < steps.size(); ++failing) {
@@ -225,7 +225,7 @@ TEST_F(VisaConnection, IsClosedAgainAtTheFirstStepThatFails) {
     }
 }
 
-TEST_F(VisaConnection, PassesATerminationCharacterBeyondAsciiAsAByte) {
+TEST_F(VisaConnection, SendsATerminationCharacterBeyondAsciiAsAByte) {
     OpenVisa::ConnectionSettings settings;
     settings.terminationCharacter = '\xFF';
     EXPECT_EQ(Open(kSocket, settings), Status(0U));
@@ -235,7 +235,7 @@ TEST_F(VisaConnection, PassesATerminationCharacterBeyondAsciiAsAByte) {
     EXPECT_THAT(TakeWritten(), ElementsAre("a\xFF", "a\xFF"));
 }
 
-TEST_F(VisaConnection, ReturnsTheLastStepsWarning) {
+TEST_F(VisaConnection, ReturnsTheWarningOfTheLastStep) {
     Fail("viSetBuf", 0x3FFF0088, 2);
     EXPECT_EQ(Open(), Status(0x3FFF0088));
     EXPECT_TRUE(connection_->isOpen());
@@ -243,7 +243,7 @@ TEST_F(VisaConnection, ReturnsTheLastStepsWarning) {
     EXPECT_EQ(Open(), Status(0xBFFF000E));
 }
 
-TEST_F(VisaConnection, ThatFailsToOpenLeavesThePreviousOneInPlaceAndNothingOpen) {
+TEST_F(VisaConnection, KeepsThePreviousOneAndLeavesNothingOpenWhenOpeningFails) {
     ASSERT_EQ(Open(), Status(0U));
     const auto* const previous = connection_.get();
     const auto open = doubles::TheVisa().OpenSessions();
@@ -261,7 +261,7 @@ TEST_F(VisaConnection, ThatFailsToOpenLeavesThePreviousOneInPlaceAndNothingOpen)
     EXPECT_EQ(Write("still here"), Status(0U));
 }
 
-TEST_F(VisaConnection, ThatOpensReplacesThePreviousOneWhichIsClosedWithItsLastHolder) {
+TEST_F(VisaConnection, ReplacesThePreviousOneWhichIsClosedWithItsLastHolder) {
     ASSERT_EQ(Open(), Status(0U));
     auto previous = connection_;
     ASSERT_EQ(Open(kSocket), Status(0U));
@@ -287,7 +287,7 @@ TEST_F(VisaConnection, AppendsTheTerminationCharacterOnce) {
     EXPECT_EQ(doubles::TheScript().Count("viWrite"), 8U);
 }
 
-TEST_F(VisaConnection, WritesATextAsItIsWhenNothingIsToBeAppended) {
+TEST_F(VisaConnection, WritesATextUnchangedWhenNothingIsAppended) {
     OpenVisa::ConnectionSettings settings;
     settings.appendTermination = false;
     ASSERT_EQ(Open(kUsb, settings), Status(0U));
@@ -297,7 +297,7 @@ TEST_F(VisaConnection, WritesATextAsItIsWhenNothingIsToBeAppended) {
     EXPECT_THAT(TakeWritten(), ElementsAre("*IDN?", "*IDN?\n", ""));
 }
 
-TEST_F(VisaConnection, AppendsAlsoWhereReadsDoNotEndAtTheTermination) {
+TEST_F(VisaConnection, AppendsTheTerminationAlsoWhenReadsDoNotEndAtIt) {
     OpenVisa::ConnectionSettings settings;
     settings.terminationEnabled = false;
     settings.terminationCharacter = ';';
@@ -314,7 +314,7 @@ TEST_F(VisaConnection, WritesALongTextInOneCall) {
     EXPECT_THAT(TakeWritten(), ElementsAre(text + "\n", "short\n"));
 }
 
-TEST_F(VisaConnection, ReturnsWhatAWriteReturns) {
+TEST_F(VisaConnection, ReturnsTheStatusOfAWrite) {
     ASSERT_EQ(Open(), Status(0U));
     for (const auto status : {0xBFFF0015U, 0xBFFF00A6U, 0x3FFF0001U}) {
         Fail("viWrite", status);
@@ -340,7 +340,7 @@ TEST_F(VisaConnection, StripsOneTerminationCharacterFromAReply) {
     EXPECT_EQ(read_, std::string("a\0b", 3));
 }
 
-TEST_F(VisaConnection, KeepsTheTerminationCharacterWhenNothingIsToBeStripped) {
+TEST_F(VisaConnection, KeepsTheTerminationCharacterWhenStrippingIsOff) {
     OpenVisa::ConnectionSettings settings;
     settings.stripTermination = false;
     ASSERT_EQ(Open(kUsb, settings), Status(0U));
@@ -348,13 +348,13 @@ TEST_F(VisaConnection, KeepsTheTerminationCharacterWhenNothingIsToBeStripped) {
     EXPECT_EQ(read_, "1.5\n");
 }
 
-TEST_F(VisaConnection, PassesThePositiveStatusOfASocketsReadOn) {
+TEST_F(VisaConnection, ReturnsThePositiveStatusOfASocketRead) {
     ASSERT_EQ(Open(kSocket), Status(0U));
     EXPECT_EQ(Read("1.5\n"), Status(0x3FFF0005));
     EXPECT_EQ(read_, "1.5");
 }
 
-TEST_F(VisaConnection, LeavesTheOutputAloneWhenNothingComes) {
+TEST_F(VisaConnection, LeavesTheOutputUnchangedWhenNothingArrives) {
     ASSERT_EQ(Open(), Status(0U));
     EXPECT_EQ(Read(""), Status(0U));
     EXPECT_EQ(read_, "before");
@@ -363,14 +363,14 @@ TEST_F(VisaConnection, LeavesTheOutputAloneWhenNothingComes) {
     EXPECT_EQ(read_, "before");
 }
 
-TEST_F(VisaConnection, LeavesTheOutputAloneWhenAReadFails) {
+TEST_F(VisaConnection, LeavesTheOutputUnchangedWhenAReadFails) {
     ASSERT_EQ(Open(), Status(0U));
     Fail("viRead", 0xBFFF0015);
     EXPECT_EQ(Read("5\n"), Status(0xBFFF0015));
     EXPECT_EQ(read_, "before");
 }
 
-TEST_F(VisaConnection, CutsAReplyAtItsBufferAndDoesNotReadOn) {
+TEST_F(VisaConnection, CutsAReplyAtItsBufferAndDoesNotReadAgain) {
     ASSERT_EQ(Open(), Status(0U));
     const std::string kilobyte = std::string(1000, 'x') + std::string(24, 'y');
     EXPECT_EQ(Read(kilobyte + std::string(476, 'z')), Status(0x3FFF0006));
@@ -382,7 +382,7 @@ TEST_F(VisaConnection, CutsAReplyAtItsBufferAndDoesNotReadOn) {
     EXPECT_EQ(read_, std::string(1023, 'x'));
 }
 
-TEST_F(VisaConnection, ReadsIntoOneBufferForAsLongAsItIsOpen) {
+TEST_F(VisaConnection, ReadsIntoOneBufferWhileItIsOpen) {
     ASSERT_EQ(Open(), Status(0U));
     EXPECT_EQ(Read("1\n"), Status(0U));
     EXPECT_EQ(Read(std::string(1500, 'x')), Status(0x3FFF0006));
@@ -393,7 +393,7 @@ TEST_F(VisaConnection, ReadsIntoOneBufferForAsLongAsItIsOpen) {
     EXPECT_EQ(reads[1], reads[0]);
 }
 
-TEST_F(VisaConnection, ClosesItsResourceManagerAloneAndOnlyOnce) {
+TEST_F(VisaConnection, ClosesOnlyItsResourceManagerAndOnlyOnce) {
     ASSERT_EQ(Open(), Status(0U));
     TakeCalls();
     EXPECT_EQ(Status(connection_->close()), Status(0U));
@@ -405,14 +405,14 @@ TEST_F(VisaConnection, ClosesItsResourceManagerAloneAndOnlyOnce) {
     EXPECT_THAT(TakeCalls(), IsEmpty());
 }
 
-TEST_F(VisaConnection, ReturnsAWarningOfTheCloseAndIsClosed) {
+TEST_F(VisaConnection, IsClosedAfterAWarningOfTheCloseWhichItReturns) {
     ASSERT_EQ(Open(), Status(0U));
     Fail("viClose", 0x3FFF0001);
     EXPECT_EQ(Status(connection_->close()), Status(0x3FFF0001));
     EXPECT_FALSE(connection_->isOpen());
 }
 
-TEST_F(VisaConnection, KeepsItsSessionsWhenTheCloseFailsAndClosesThemInTheEnd) {
+TEST_F(VisaConnection, KeepsItsSessionsWhenTheCloseFailsAndClosesThemWhenDestroyed) {
     ASSERT_EQ(Open(), Status(0U));
     TakeCalls();
     Fail("viClose", 0xBFFF0000);
@@ -422,14 +422,14 @@ TEST_F(VisaConnection, KeepsItsSessionsWhenTheCloseFailsAndClosesThemInTheEnd) {
     EXPECT_THAT(TakeCalls(), ElementsAre("viClose", "viClose"));
 }
 
-TEST_F(VisaConnection, IsClosedByItsDestruction) {
+TEST_F(VisaConnection, IsClosedWhenDestroyed) {
     ASSERT_EQ(Open(), Status(0U));
     TakeCalls();
     connection_.reset();
     EXPECT_THAT(TakeCalls(), ElementsAre("viClose"));
 }
 
-TEST_F(VisaConnection, ThatWasNeverOpenedTouchesNoVisa) {
+TEST_F(VisaConnection, DoesNotCallVisaWhenItWasNeverOpened) {
     {
         OpenVisa::VisaIO connection;
         EXPECT_FALSE(connection.isOpen());
@@ -441,7 +441,7 @@ TEST_F(VisaConnection, ThatWasNeverOpenedTouchesNoVisa) {
     EXPECT_THAT(TakeCalls(), IsEmpty());
 }
 
-TEST_F(VisaConnection, HalfOpenIsNotOpenAndIsClosedByItsDestruction) {
+TEST_F(VisaConnection, IsNotOpenWhenHalfOpenAndIsClosedWhenDestroyed) {
     {
         OpenVisa::VisaIO connection;
         Fail("viOpen", 0xBFFF0011);
@@ -454,7 +454,7 @@ TEST_F(VisaConnection, HalfOpenIsNotOpenAndIsClosedByItsDestruction) {
     EXPECT_THAT(TakeCalls(), ElementsAre("viClose"));
 }
 
-TEST_F(VisaConnection, TakesNewSettingsAndGivesAnOpenSessionItsTimeoutAtOnce) {
+TEST_F(VisaConnection, TakesNewSettingsAndAppliesTheTimeoutToAnOpenSession) {
     ASSERT_EQ(Open(), Status(0U));
     TakeSettings();
     OpenVisa::ConnectionSettings settings;
@@ -481,7 +481,7 @@ TEST_F(VisaConnection, TakesNewSettingsAlsoWhenVisaRefusesTheTimeout) {
     EXPECT_THAT(TakeWritten(), ElementsAre("a"));
 }
 
-TEST_F(VisaConnection, TimeoutSetBeforeTheOpenIsAppliedByIt) {
+TEST_F(VisaConnection, AppliesATimeoutWhenItIsOpenedLater) {
     OpenVisa::VisaIO connection;
     EXPECT_EQ(Status(connection.setTimeout(321)), Status(0U));
     EXPECT_EQ(Status(connection.open(kUsb)), Status(0U));
