@@ -7,7 +7,7 @@
 #include "tools/tarnexctl/console.h"
 #include "tools/tarnexctl/failure.h"
 
-namespace CLI {
+namespace CLI { // NOLINT(readability-identifier-naming): the library's name
 class App;
 } // namespace CLI
 

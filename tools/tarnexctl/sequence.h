@@ -37,8 +37,8 @@ struct Sequence {
 /// What Failures of `upload` and `configure` say.
 inline constexpr auto kUploading = "uploading the sequence";
 
-/// Uploads the sequence, runs it on channel 1 until its end and prints a report. Ctrl-C stops it and switches the
-/// output off. On failure: throws Failure.
+/// Uploads the sequence, runs it on channel 1 and prints a report. Ctrl-C stops it and switches the output off.
+/// On failure: throws Failure.
 ExitCode RunSequence(const CommandLayer& supply, const Sequence& sequence, const SequenceOptions& options,
                      const CommonOptions& common, Console& console);
 

@@ -19,14 +19,16 @@ struct SupplyOptions {
 
 /// A two-channel supply. Channel 1 has 0 to 22 V and 0 to 5.5 A, channel 2 has 0 to 5.5 V and 0 to 16.8 A. After
 /// power-on and "*RST": 0 V, current at the channel's maximum, protections disabled with their levels at the maximum,
-/// outputs off. Thread-safe.
+/// outputs off.
+/// Thread-safe.
 class VirtualSupply {
   public:
     explicit VirtualSupply(const SupplyOptions& options = {});
 
-    /// Executes one command line and returns its reply, both without a line end. `line` may hold any bytes. It must
-    /// hold one command, so ';' is refused. A blank line is ignored. The reply is empty for a command that is not a
-    /// query. On failure: adds an error to the error queue and returns an empty reply.
+    /// Executes one command line and returns its reply, which is empty for a command that is not a query. A blank line
+    /// is ignored.
+    /// `line`: any bytes, without a line end. ';' is refused, because a line holds one command.
+    /// On failure: adds an error to the error queue and returns an empty reply.
     std::string Execute(std::string_view line);
 
     /// Adds the error of an overlong line to the error queue.
