@@ -21,7 +21,8 @@ extern const Command kList;
 extern const Command kDelay;
 
 /// In the order of --help.
-inline constexpr std::array kCommands{&kIdentify, &kSet,     &kGet,   &kOn,    &kOff,  &kReset,
-                                      &kErrors,   &kMeasure, &kWatch, &kSweep, &kList, &kDelay};
+inline constexpr std::array kCommands{
+    &kIdentify, &kSet, &kGet, &kOn, &kOff, &kReset, &kErrors, &kMeasure, &kWatch, &kSweep, &kList, &kDelay,
+};
 
 } // namespace tarnexctl
