@@ -13,7 +13,7 @@
 #include "bench/report.h"
 #include "bench/samples.h"
 #include "include/TARNEX.h"
-#include "tools/virtual_supply/forked_supply.h"
+#include "tests/support/forked_supply.h"
 
 namespace {
 

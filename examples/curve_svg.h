@@ -1,5 +1,5 @@
-// Curves over a common x axis, one panel below the other, as an SVG image: for measurements that are to be looked at.
-// Depends on the standard library alone; copy it into a program of your own.
+// Curves of a voltage sweep, one panel below the other, as an SVG image. Needs only the standard library, so that you
+// can copy it into your own program.
 #pragma once
 
 #include <algorithm>
@@ -14,188 +14,124 @@
 
 namespace curve_svg {
 
-/// One panel: a value for each x.
 struct Panel {
-    std::string title; ///< with the unit, for example "Current, A"
-    std::vector<double> values;
-    std::optional<double> limit{}; ///< a dashed line at this height, inside the panel
-    std::string limit_label{};
+    std::string title;             // with the unit, for example "Current, A"
+    std::vector<double> values;    // one for each x, not negative
+    std::optional<double> limit{}; // the height of a dashed line
+    std::string limitLabel{};
 };
 
 struct Chart {
     std::string title;
-    std::string x_title; ///< with the unit
-    std::vector<double> x;
-    std::vector<bool> shaded; ///< one for each x: the background tells where something was different
-    std::string plain_label;  ///< what a stretch of the background means, where it is not shaded ...
-    std::string shaded_label; ///< ... and where it is
+    std::string xTitle;      // with the unit
+    std::vector<double> x;   // ascending from 0
+    std::size_t limitedFrom; // index of the first x in constant current; x.size() when there is none
     std::vector<Panel> panels;
 };
 
-/// Fixed notation in any locale, as an axis or a table wants it.
+// Fixed notation, independent of the locale.
 inline std::string Fixed(double value, int decimals) {
     std::array<char, 400> text{};
     const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, decimals);
     return {text.data(), end.ptr};
 }
 
-/// What is not printable ASCII becomes "?": an instrument's name may hold any byte, an image's text may not.
-inline std::string EscapeXml(std::string_view text) {
-    std::string escaped;
-    for (const char c : text) {
-        switch (c) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '>':
-            escaped += "&gt;";
-            break;
-        case '"':
-            escaped += "&quot;";
-            break;
-        default:
-            escaped += c < ' ' || c > '~' ? '?' : c;
-        }
+// An axis from 0 to the tick at or above `highest`. The distance of the ticks is 1, 2 or 5 times a power of ten.
+struct Axis {
+    double step;
+    int ticks;
+
+    Axis(double highest, int wantedTicks) {
+        const double power = std::pow(10.0, std::floor(std::log10(highest / wantedTicks)));
+        const double rest = highest / wantedTicks / power;
+        step = power * (rest <= 1.0 ? 1.0 : rest <= 2.0 ? 2.0 : rest <= 5.0 ? 5.0 : 10.0);
+        ticks = std::max(1, static_cast<int>(std::ceil(highest / step - 1e-9)));
     }
-    return escaped;
+    [[nodiscard]] double Share(double value) const { return value / (ticks * step); }
+    [[nodiscard]] std::string Label(int tick) const { return Fixed(tick * step, step < 1.0 ? 1 : 0); }
+};
+
+constexpr double kWidth = 720.0;
+constexpr double kLeft = 64.0;
+constexpr double kRight = kWidth - 24.0;
+constexpr double kPanelTop = 68.0; // of the first panel
+constexpr double kPanelHeight = 140.0;
+constexpr double kPanelDistance = 176.0;
+constexpr std::string_view kMiddle = R"( text-anchor="middle")";
+
+inline std::string Text(double x, double y, const std::string& text, std::string_view attributes) {
+    std::string escaped; // an instrument's model may hold any byte
+    for (const char c : text) {
+        escaped += c < ' ' || c > '~' ? "?" : c == '&' ? "&amp;" : c == '<' ? "&lt;" : std::string(1, c);
+    }
+    return R"(<text x=")" + Fixed(x, 1) + R"(" y=")" + Fixed(y, 1) + '"' + std::string(attributes) + '>' + escaped +
+           "</text>\n";
 }
 
-/// An axis from a round number to a round number, with a tick at every step of 1, 2 or 5 times a power of ten.
-struct Axis {
-    double low;
-    double high;
-    double step;
-    int decimals;
+inline std::string Line(double x1, double y1, double x2, double y2, std::string_view attributes) {
+    return R"(<line x1=")" + Fixed(x1, 1) + R"(" y1=")" + Fixed(y1, 1) + R"(" x2=")" + Fixed(x2, 1) + R"(" y2=")" +
+           Fixed(y2, 1) + '"' + std::string(attributes) + "/>\n";
+}
 
-    Axis(double lowest, double highest, int ticks) {
-        const double range = highest > lowest ? highest - lowest : 1.0;
-        const double power = std::pow(10.0, std::floor(std::log10(range / ticks)));
-        const double rest = range / ticks / power;
-        step = power * (rest <= 1.0 ? 1.0 : rest <= 2.0 ? 2.0 : rest <= 5.0 ? 5.0 : 10.0);
-        low = std::floor(lowest / step + 1e-9) * step;
-        high = std::max(std::ceil(highest / step - 1e-9) * step, low + step);
-        decimals = std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9)));
+inline std::string DrawPanel(const Chart& chart, std::size_t index, const Axis& xAxis) {
+    constexpr std::array<const char*, 3> kColours{"#1f5fa8", "#b5480f", "#2f7a3c"};
+    const auto& panel = chart.panels[index];
+    const double top = kPanelTop + static_cast<double>(index) * kPanelDistance;
+    const double bottom = top + kPanelHeight;
+    const double highest = *std::max_element(panel.values.begin(), panel.values.end());
+    const Axis yAxis(1.05 * std::max({highest, panel.limit.value_or(0.0), 0.001}), 5);
+    const auto xOf = [&](double value) { return kLeft + xAxis.Share(value) * (kRight - kLeft); };
+    const auto yOf = [&](double value) { return bottom - yAxis.Share(value) * kPanelHeight; };
+
+    std::string svg = Text(kLeft, top - 8.0, panel.title, R"( font-weight="bold")");
+    // Constant current begins half-way between the last sample without it and the first one with it.
+    double change = xOf(chart.x.back());
+    if (chart.limitedFrom > 0 && chart.limitedFrom < chart.x.size()) {
+        change = xOf((chart.x[chart.limitedFrom - 1] + chart.x[chart.limitedFrom]) / 2.0);
+        svg += index == 0 ? Text((kLeft + change) / 2.0, top - 8.0, "constant voltage", kMiddle) : "";
+        svg += R"(<rect x=")" + Fixed(change, 1) + R"(" y=")" + Fixed(top, 1) + R"(" width=")" +
+               Fixed(xOf(chart.x.back()) - change, 1) + R"(" height=")" + Fixed(kPanelHeight, 1) +
+               R"(" fill="#f6e3c8"/>)" + '\n';
+        svg += Line(change, top, change, bottom, R"( stroke="#b08040" stroke-dasharray="2 3")");
+        svg += index == 0 ? Text((change + xOf(chart.x.back())) / 2.0, top - 8.0, "constant current", kMiddle) : "";
     }
-
-    [[nodiscard]] int Ticks() const { return static_cast<int>(std::lround((high - low) / step)); }
-    [[nodiscard]] double Share(double value) const { return (value - low) / (high - low); }
-};
-
-class Drawing {
-  public:
-    explicit Drawing(const Chart& chart)
-        : chart_(chart), x_axis_(*std::min_element(chart.x.begin(), chart.x.end()),
-                                 *std::max_element(chart.x.begin(), chart.x.end()), 10) {}
-
-    std::string Draw() {
-        const double height = kTop + static_cast<double>(chart_.panels.size()) * (kPanelHeight + kGap) + kBottom;
-        svg_ = R"(<svg xmlns="http://www.w3.org/2000/svg" width=")" + Fixed(kWidth, 0) + R"(" height=")" +
-               Fixed(height, 0) + R"(" viewBox="0 0 )" + Fixed(kWidth, 0) + ' ' + Fixed(height, 0) +
-               R"(" font-family="sans-serif" font-size="12" fill="#333">)" + '\n' +
-               R"(<rect width="100%" height="100%" fill="#fff"/>)" + '\n';
-        Text(kLeft, 26.0, chart_.title, R"( font-size="16" font-weight="bold")");
-        for (std::size_t i = 0; i < chart_.panels.size(); ++i) {
-            DrawPanel(chart_.panels[i], i);
-        }
-        Text((kLeft + kWidth - kRight) / 2.0, height - 14.0, chart_.x_title, kMiddle);
-        svg_ += "</svg>\n";
-        return svg_;
+    for (int tick = 0; tick <= yAxis.ticks; ++tick) {
+        const double y = yOf(tick * yAxis.step);
+        svg += Line(kLeft, y, kRight, y, R"( stroke="#ddd")");
+        svg += Text(kLeft - 6.0, y + 4.0, yAxis.Label(tick), R"( text-anchor="end")");
     }
-
-  private:
-    static constexpr double kWidth = 720.0;
-    static constexpr double kLeft = 64.0;
-    static constexpr double kRight = 24.0;
-    static constexpr double kTop = 40.0;
-    static constexpr double kBottom = 46.0;
-    static constexpr double kPanelHeight = 140.0;
-    static constexpr double kGap = 36.0; // above a panel, for its title
-    static constexpr std::string_view kMiddle = R"( text-anchor="middle")";
-    static constexpr std::array<std::string_view, 3> kColours{"#1f5fa8", "#b5480f", "#2f7a3c"};
-
-    [[nodiscard]] double X(double value) const { return kLeft + x_axis_.Share(value) * (kWidth - kLeft - kRight); }
-
-    void Text(double x, double y, std::string_view text, std::string_view attributes) {
-        svg_ += R"(<text x=")" + Fixed(x, 1) + R"(" y=")" + Fixed(y, 1) + '"' + std::string(attributes) + '>' +
-                EscapeXml(text) + "</text>\n";
+    for (int tick = 0; tick <= xAxis.ticks; ++tick) {
+        const double x = xOf(tick * xAxis.step);
+        svg += Line(x, bottom, x, bottom + 4.0, R"( stroke="#333")");
+        svg += index + 1 == chart.panels.size() ? Text(x, bottom + 18.0, xAxis.Label(tick), kMiddle) : "";
     }
-
-    void Line(double x1, double y1, double x2, double y2, std::string_view attributes) {
-        svg_ += R"(<line x1=")" + Fixed(x1, 1) + R"(" y1=")" + Fixed(y1, 1) + R"(" x2=")" + Fixed(x2, 1) + R"(" y2=")" +
-                Fixed(y2, 1) + '"' + std::string(attributes) + "/>\n";
+    svg += Line(kLeft, bottom, kRight, bottom, R"( stroke="#333")");
+    if (panel.limit) {
+        const double y = yOf(*panel.limit);
+        svg += Line(kLeft, y, kRight, y, R"( stroke="#a01c1c" stroke-dasharray="6 4")");
+        svg += Text(kLeft + 6.0, y - 5.0, panel.limitLabel, R"( fill="#a01c1c")");
     }
-
-    void DrawPanel(const Panel& panel, std::size_t index) {
-        const double top = kTop + static_cast<double>(index) * (kPanelHeight + kGap) + kGap - 8.0;
-        const double bottom = top + kPanelHeight;
-        double highest = *std::max_element(panel.values.begin(), panel.values.end());
-        highest = std::max(highest, panel.limit.value_or(highest));
-        const double lowest = std::min(0.0, *std::min_element(panel.values.begin(), panel.values.end()));
-        const Axis axis(lowest, highest > lowest ? highest * 1.05 : lowest + 1.0, 5);
-        const auto y = [&](double value) { return bottom - axis.Share(value) * kPanelHeight; };
-
-        Text(kLeft, top - 8.0, panel.title, R"( font-weight="bold")");
-        DrawBackground(top, index == 0);
-        for (int tick = 0; tick <= axis.Ticks(); ++tick) {
-            const double value = axis.low + tick * axis.step;
-            Line(kLeft, y(value), kWidth - kRight, y(value), R"( stroke="#ddd")");
-            Text(kLeft - 6.0, y(value) + 4.0, Fixed(value, axis.decimals), R"( text-anchor="end")");
-        }
-        for (int tick = 0; tick <= x_axis_.Ticks(); ++tick) {
-            const double value = x_axis_.low + tick * x_axis_.step;
-            Line(X(value), bottom, X(value), bottom + 4.0, R"( stroke="#333")");
-            if (index + 1 == chart_.panels.size()) {
-                Text(X(value), bottom + 18.0, Fixed(value, x_axis_.decimals), kMiddle);
-            }
-        }
-        Line(kLeft, bottom, kWidth - kRight, bottom, R"( stroke="#333")");
-        if (panel.limit) {
-            Line(kLeft, y(*panel.limit), kWidth - kRight, y(*panel.limit),
-                 R"( stroke="#a01c1c" stroke-dasharray="6 4")");
-            Text(kLeft + 6.0, y(*panel.limit) - 5.0, panel.limit_label, R"( fill="#a01c1c")");
-        }
-
-        const std::string colour(kColours[index % kColours.size()]);
-        svg_ += R"(<polyline fill="none" stroke-width="2" stroke=")" + colour + R"(" points=")";
-        for (std::size_t i = 0; i < chart_.x.size(); ++i) {
-            svg_ += (i == 0 ? "" : " ") + Fixed(X(chart_.x[i]), 1) + ',' + Fixed(y(panel.values[i]), 1);
-        }
-        svg_ += "\"/>\n";
+    svg += std::string(R"(<polyline fill="none" stroke-width="2" stroke=")") + kColours.at(index % kColours.size()) +
+           R"(" points=")";
+    for (std::size_t i = 0; i < chart.x.size(); ++i) {
+        svg += (i == 0 ? "" : " ") + Fixed(xOf(chart.x[i]), 1) + ',' + Fixed(yOf(panel.values[i]), 1);
     }
+    return svg + "\"/>\n";
+}
 
-    /// Stretches of equal background. They meet half-way between two samples: where exactly is not known.
-    void DrawBackground(double top, bool labelled) {
-        const auto& x = chart_.x;
-        for (std::size_t first = 0, next = 0; first < x.size(); first = next) {
-            for (next = first; next < x.size() && chart_.shaded[next] == chart_.shaded[first]; ++next) {
-            }
-            const double from = X(first == 0 ? x.front() : (x[first - 1] + x[first]) / 2.0);
-            const double to = X(next == x.size() ? x.back() : (x[next - 1] + x[next]) / 2.0);
-            if (chart_.shaded[first]) {
-                svg_ += R"(<rect x=")" + Fixed(std::min(from, to), 1) + R"(" y=")" + Fixed(top, 1) + R"(" width=")" +
-                        Fixed(std::abs(to - from), 1) + R"(" height=")" + Fixed(kPanelHeight, 1) +
-                        R"(" fill="#f6e3c8"/>)" + '\n';
-            }
-            if (first != 0) {
-                Line(from, top, from, top + kPanelHeight, R"( stroke="#b08040" stroke-dasharray="2 3")");
-            }
-            constexpr double kRoom = 110.0; // for a label; the panel's own title takes as much at the left
-            const double middle = std::max((from + to) / 2.0, kLeft + 1.5 * kRoom);
-            if (labelled && std::abs(to - from) >= kRoom && middle + kRoom / 2.0 <= std::max(from, to)) {
-                Text(middle, top - 8.0, chart_.shaded[first] ? chart_.shaded_label : chart_.plain_label, kMiddle);
-            }
-        }
+inline std::string Draw(const Chart& chart) {
+    const Axis xAxis(chart.x.back(), 10);
+    const double height = kPanelTop + static_cast<double>(chart.panels.size()) * kPanelDistance + 18.0;
+    const std::string size = Fixed(kWidth, 0) + R"(" height=")" + Fixed(height, 0);
+    std::string svg = R"(<svg xmlns="http://www.w3.org/2000/svg" width=")" + size + R"(" viewBox="0 0 )" +
+                      Fixed(kWidth, 0) + ' ' + Fixed(height, 0) +
+                      R"(" font-family="sans-serif" font-size="12" fill="#333">)" + '\n' +
+                      R"(<rect width="100%" height="100%" fill="#fff"/>)" + '\n' +
+                      Text(kLeft, 26.0, chart.title, R"( font-size="16" font-weight="bold")");
+    for (std::size_t i = 0; i < chart.panels.size(); ++i) {
+        svg += DrawPanel(chart, i, xAxis);
     }
-
-    const Chart& chart_;
-    Axis x_axis_;
-    std::string svg_;
-};
-
-/// The image of a chart with at least one x.
-inline std::string Draw(const Chart& chart) { return Drawing(chart).Draw(); }
+    return svg + Text((kLeft + kRight) / 2.0, height - 14.0, chart.xTitle, kMiddle) + "</svg>\n";
+}
 
 } // namespace curve_svg

@@ -1,6 +1,6 @@
 /*
- * Errors, one kind after the other: what the driver refuses, what the instrument refuses, and a supply that is not
- * there.
+ * The kinds of errors: calls that the driver refuses, a value that the instrument refuses, and a supply that does not
+ * exist.
  *
  * Usage: errors RESOURCE        for example: errors TCPIP0::192.168.1.20::5025::SOCKET
  */
@@ -10,10 +10,10 @@
 #include <stdio.h>
 
 /*
- * Negative statuses are errors. TARNEX_GetError hands out the description of the session's first error and clears it;
- * with VI_NULL, that of the calling thread: when opening fails there is no session yet.
+ * Negative statuses are errors. TARNEX_GetError returns the description of the session's first error and clears it.
+ * After a failed open there is no session; with VI_NULL the function returns the description of the calling thread.
  */
-static int report(const char* what, ViSession supply, ViStatus status) {
+static int Report(const char* what, ViSession supply, ViStatus status) {
     ViStatus code = VI_SUCCESS;
     ViChar description[1024] = "";
     if (status >= VI_SUCCESS) {
@@ -21,14 +21,14 @@ static int report(const char* what, ViSession supply, ViStatus status) {
         return 0;
     }
     TARNEX_GetError(supply, &code, (ViInt32)sizeof description, description);
-    if (description[0] == '\0') { /* without a session there is the status' message alone */
+    if (description[0] == '\0') { /* without a session, only the message of the status is available */
         TARNEX_error_message(VI_NULL, status, description);
     }
     printf("%s: 0x%08X\n  %s\n", what, (unsigned)status, description);
     return 1;
 }
 
-static void print_instrument_errors(ViSession supply) {
+static void PrintInstrumentErrors(ViSession supply) {
     ViInt32 code = 0;
     ViChar text[1024] = "";
     do {
@@ -47,34 +47,35 @@ int main(int argc, char* argv[]) {
         return 2;
     }
 
-    /* What an earlier failure left with this thread would hide the description of a failing open. */
+    /* An earlier error of this thread that was not read would hide the description of a failed open. */
     TARNEX_ClearError(VI_NULL);
-    report("A resource that is none", VI_NULL, TARNEX_init("NOWHERE::INSTR", VI_FALSE, VI_FALSE, &supply));
-    if (report("Opening the supply", VI_NULL,
+    Report("An invalid resource", VI_NULL, TARNEX_init("NOWHERE::INSTR", VI_FALSE, VI_FALSE, &supply));
+    if (Report("Opening the supply", VI_NULL,
                TARNEX_InitWithOptions(argv[1], VI_TRUE, VI_TRUE, "QueryInstrStatus=1", &supply))) {
         return 1;
     }
 
-    report("An unknown channel", supply, TARNEX_ConfigureVoltageLevel(supply, "OutputChannel3", 1.0));
-    report("A level beyond the limits", supply, TARNEX_ConfigureVoltageLevel(supply, "OutputChannel2", 6.0));
-    report("An attribute of another type", supply,
+    Report("An unknown channel", supply, TARNEX_ConfigureVoltageLevel(supply, "OutputChannel3", 1.0));
+    Report("A level beyond the limits", supply, TARNEX_ConfigureVoltageLevel(supply, "OutputChannel2", 6.0));
+    Report("An attribute of another type", supply,
            TARNEX_SetAttributeViInt32(supply, "OutputChannel1", TARNEX_ATTR_VOLTAGE_LEVEL, 5));
-    report("A null pointer", supply,
+    Report("A null pointer", supply,
            TARNEX_Measure(supply, "OutputChannel1", TARNEX_VAL_MEASURE_VOLTAGE, (ViReal64*)VI_NULL));
 
     /*
-     * The driver sends this one; the instrument refuses it, and says why in its own error queue. Without
-     * QueryInstrStatus=1 the call would have succeeded.
+     * The driver sends this value, the instrument refuses it and adds the reason to its error queue. Without
+     * QueryInstrStatus=1 the call returns success.
      */
-    report("A level that is no number", supply, TARNEX_ConfigureVoltageLevel(supply, "OutputChannel1", (ViReal64)NAN));
-    print_instrument_errors(supply);
+    Report("A level that is not a number", supply,
+           TARNEX_ConfigureVoltageLevel(supply, "OutputChannel1", (ViReal64)NAN));
+    PrintInstrumentErrors(supply);
 
-    /* Not one of these changed the supply or broke the session. The query returns 0x3FFF0005: positive, so no error. */
-    report("Reading the level back", supply,
+    /* The session is still usable. This query returns 0x3FFF0005, which is positive and therefore success. */
+    Report("Reading the level back", supply,
            TARNEX_Measure(supply, "OutputChannel1", TARNEX_VAL_MEASURE_VOLTAGE, &volts));
     printf("  %.1f V\n", volts);
 
-    report("Closing", supply, TARNEX_close(supply));
-    report("A session that is closed", supply, TARNEX_reset(supply));
+    Report("Closing", supply, TARNEX_close(supply));
+    Report("A session that is closed", supply, TARNEX_reset(supply));
     return 0;
 }

@@ -1,5 +1,5 @@
-// Several supplies at once: a thread for each. Calls on different sessions run in parallel; calls on one session would
-// wait for each other.
+// Several supplies at the same time, with a thread for each. Calls on different sessions run in parallel; calls on the
+// same session run one after another.
 //
 // Usage: several_supplies RESOURCE...        one resource per supply; the same one may be given twice
 #include <TARNEX.h>
@@ -13,11 +13,11 @@
 
 namespace {
 
-// A session that closes itself. Negative statuses are errors and throw; positive ones are success with a remark.
+// A session that its destructor closes. Negative statuses are errors and throw; positive statuses are success.
 class Supply {
   public:
     explicit Supply(const std::string& resource) {
-        std::string name = resource; // the driver asks for one that it could write to
+        std::string name = resource; // the parameter is not const
         TARNEX_ClearError(VI_NULL);
         Check(TARNEX_init(name.data(), VI_TRUE, VI_FALSE, &session_));
     }
@@ -47,7 +47,7 @@ class Supply {
     ViSession session_ = VI_NULL;
 };
 
-// What one thread does with its supply: steps the voltage up, and reads every level back.
+// Runs in a thread: steps the voltage up and reads every level back.
 std::string StepUp(const std::string& resource, const char* channel) {
     constexpr int kSteps = 50;
     int right = 0;
@@ -72,7 +72,7 @@ int main(int argc, char* argv[]) {
         static_cast<void>(std::fputs("usage: several_supplies RESOURCE...\n", stderr));
         return 2;
     }
-    // Threads that were given the same supply take its two channels in turn, so as not to disturb each other.
+    // Threads use the two channels alternately, so that two threads with the same supply do not share a channel.
     constexpr std::array<const char*, 2> kChannels{"OutputChannel1", "OutputChannel2"};
     std::vector<std::string> results(resources.size());
     std::vector<std::thread> threads;

@@ -1,6 +1,6 @@
 /*
- * Simulation: a test program tried without any supply. No resource is needed, nothing is sent, settings succeed, and
- * queries answer with values that are plausible but not those that were set.
+ * Simulation: runs a test program without a supply. No resource is needed and nothing is sent. Settings succeed;
+ * queries return plausible values, which are not the programmed ones.
  *
  * Usage: simulation
  */
@@ -15,7 +15,7 @@ int main(void) {
     ViReal64 highest = 0.0;
 
     TARNEX_ClearError(VI_NULL);
-    /* No ID query: the simulator's model is none of the supported ones. */
+    /* Without the ID query, which fails because the model of the simulator is not a supported one. */
     ViStatus status = TARNEX_InitWithOptions("", VI_FALSE, VI_FALSE, "Simulate=1, DriverSetup=Model:TX4410", &supply);
     if (status >= VI_SUCCESS) {
         status = TARNEX_GetAttributeViString(supply, "", TARNEX_ATTR_INSTRUMENT_MODEL, (ViInt32)sizeof model, model);
@@ -40,7 +40,7 @@ int main(void) {
     printf("OutputChannel2: 3.3 V accepted; at most %.1f V\n", highest);
     printf("Level read back: %s\n", volts >= 0.0 && volts <= highest ? "between 0 V and the highest" : "out of range");
 
-    /* Channel names are checked, levels are not: 6.0 V would be too much for the real one. */
+    /* The simulator checks channel names but not levels: the real OutputChannel2 refuses 6.0 V. */
     status = TARNEX_ConfigureVoltageLevel(supply, "OutputChannel2", 6.0);
     printf("6.0 V on OutputChannel2: 0x%08X\n", (unsigned)status);
     status = TARNEX_ConfigureVoltageLevel(supply, "OutputChannel3", 1.0);

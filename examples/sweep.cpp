@@ -1,5 +1,5 @@
 // Voltage sweep over the command layer: steps OutputChannel1 from 0 V to 20 V with a limit of 1.2 A, measures voltage,
-// current and power at each step, and writes them as sweep.csv and, drawn as curves, as sweep.svg.
+// current and power at each step, and writes the values to sweep.csv and their curves to sweep.svg.
 //
 // Usage: sweep RESOURCE        for example: sweep TCPIP0::192.168.1.20::5025::SOCKET
 #include <instrument/tarnex_supply.h>
@@ -25,21 +25,21 @@ constexpr int kSteps = 40;
 constexpr auto kSettling = std::chrono::milliseconds(20);
 
 struct Point {
-    double set;   // V
-    double volts; // measured, as the two below
-    double amperes;
-    double watts;
-    bool limited; // in constant current
+    double set;     // V, programmed
+    double volts;   // measured
+    double amperes; // measured
+    double watts;   // measured
+    bool limited;   // in constant current
 };
 
-// Negative statuses are errors; positive ones are success with a remark.
+// Negative statuses are errors; positive statuses are success with additional information.
 void Check(ViStatus status) {
     if (status < 0) {
-        throw std::runtime_error("the supply did not take a command or did not answer");
+        throw std::runtime_error("the supply did not accept a command or did not answer");
     }
 }
 
-// Switches the output off again, however the sweep ends.
+// Switches the output off in every case, also after an exception.
 class OutputOn {
   public:
     explicit OutputOn(ORVA::TARNEX& supply) : supply_(supply) { Check(supply_.SetOutputEnabled(kChannel, true)); }
@@ -90,17 +90,15 @@ void WriteCsv(const std::vector<Point>& points) {
 
 void WriteSvg(const std::vector<Point>& points, const std::string& model) {
     curve_svg::Chart chart{.title = model + ", OutputChannel1",
-                           .x_title = "Programmed voltage, V",
+                           .xTitle = "Programmed voltage, V",
                            .x = {},
-                           .shaded = {},
-                           .plain_label = "constant voltage",
-                           .shaded_label = "constant current",
+                           .limitedFrom = 0,
                            .panels = {{"Voltage, V", {}},
                                       {"Current, A", {}, kLimit, "current limit " + Fixed(kLimit, 2) + " A"},
                                       {"Power, W", {}}}};
     for (const auto& point : points) {
+        chart.limitedFrom += point.limited ? 0 : 1; // once in constant current, the rest of the sweep is
         chart.x.push_back(point.set);
-        chart.shaded.push_back(point.limited);
         chart.panels[0].values.push_back(point.volts);
         chart.panels[1].values.push_back(point.amperes);
         chart.panels[2].values.push_back(point.watts);
@@ -141,7 +139,7 @@ int main(int argc, char* argv[]) {
         Run(argv[1]);
         return 0;
     } catch (const std::exception& failure) {
-        // Also a reply that is no number: the command layer throws std::invalid_argument.
+        // The command layer throws std::invalid_argument for a reply that is not a number.
         std::cerr << "sweep: " << failure.what() << '\n';
         return 1;
     }

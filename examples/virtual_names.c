@@ -1,9 +1,9 @@
 /*
- * Channels by names of one's own: with a configuration store like examples/IviConfigurationStore.xml the program says
- * "Core" and "Io", and which channel of which supply that is stands in the store.
+ * Virtual channel names: with a configuration store like examples/IviConfigurationStore.xml the program uses "Core" and
+ * "Io", and the store maps these names to the channels of a supply.
  *
  * Usage: IVI_CONFIG_STORE=/path/to/IviConfigurationStore.xml virtual_names
- * The resource comes from the store too: whatever the program names, here "MySupply", is shown as the logical name.
+ * The store also selects the resource. The name that the program opens, here "MySupply", becomes the logical name.
  */
 #include <TARNEX.h>
 
@@ -11,7 +11,7 @@
 
 static ViSession supply = VI_NULL;
 
-static int ok(ViStatus status) { /* negative statuses are errors */
+static int Succeeded(ViStatus status) { /* negative statuses are errors */
     ViChar description[1024] = "";
     if (status < VI_SUCCESS) {
         TARNEX_GetError(supply, VI_NULL, (ViInt32)sizeof description, description);
@@ -20,34 +20,34 @@ static int ok(ViStatus status) { /* negative statuses are errors */
     return status >= VI_SUCCESS;
 }
 
-static int print_level(const char* channel) {
+static int PrintLevel(const char* channel) {
     ViReal64 volts = 0.0;
-    if (!ok(TARNEX_GetAttributeViReal64(supply, channel, TARNEX_ATTR_VOLTAGE_LEVEL, &volts))) {
+    if (!Succeeded(TARNEX_GetAttributeViReal64(supply, channel, TARNEX_ATTR_VOLTAGE_LEVEL, &volts))) {
         return 0;
     }
     printf("%s: %.1f V\n", channel, volts);
     return 1;
 }
 
-static int use_names(void) {
-    ViChar logical_name[256] = "";
-    /* "Both" is both channels; "Rail10" is OutputChannel1 and "Rail11" OutputChannel2, by a virtual range. */
-    if (!ok(TARNEX_GetAttributeViString(supply, "", TARNEX_ATTR_LOGICAL_NAME, (ViInt32)sizeof logical_name,
-                                        logical_name)) ||
-        !ok(TARNEX_ConfigureVoltageLevel(supply, "Core", 1.1)) ||
-        !ok(TARNEX_ConfigureVoltageLevel(supply, "Rail11", 3.3)) ||
-        !ok(TARNEX_ConfigureCurrentLimit(supply, "Both", TARNEX_VAL_CURRENT_REGULATE, 0.5))) {
+static int UseNames(void) {
+    ViChar logicalName[256] = "";
+    /* "Both" is both channels. "Rail10" and "Rail11" are a virtual range for OutputChannel1 and OutputChannel2. */
+    if (!Succeeded(TARNEX_GetAttributeViString(supply, "", TARNEX_ATTR_LOGICAL_NAME, (ViInt32)sizeof logicalName,
+                                               logicalName)) ||
+        !Succeeded(TARNEX_ConfigureVoltageLevel(supply, "Core", 1.1)) ||
+        !Succeeded(TARNEX_ConfigureVoltageLevel(supply, "Rail11", 3.3)) ||
+        !Succeeded(TARNEX_ConfigureCurrentLimit(supply, "Both", TARNEX_VAL_CURRENT_REGULATE, 0.5))) {
         return 0;
     }
-    printf("Logical name: %s\n", logical_name);
-    return print_level("Core") && print_level("Io") && print_level("OutputChannel1") && print_level("OutputChannel2");
+    printf("Logical name: %s\n", logicalName);
+    return PrintLevel("Core") && PrintLevel("Io") && PrintLevel("OutputChannel1") && PrintLevel("OutputChannel2");
 }
 
 int main(void) {
     int done = 0;
     TARNEX_ClearError(VI_NULL);
-    if (ok(TARNEX_init("MySupply", VI_TRUE, VI_TRUE, &supply))) {
-        done = use_names();
+    if (Succeeded(TARNEX_init("MySupply", VI_TRUE, VI_TRUE, &supply))) {
+        done = UseNames();
         TARNEX_close(supply);
     }
     return done ? 0 : 1;

@@ -9,16 +9,17 @@
         channel.output_enabled = True
         print(channel.constant_voltage)
 
-The driver's library is the file that the environment variable TARNEX_LIBRARY names, else the one installed with this
-module, else the system's: libTARNEX.so on Linux, TARNEX_64.dll on Windows (found by PATH).
+The library of the driver is libTARNEX.so on Linux and TARNEX_64.dll on Windows. The module loads the first of: the file
+in the environment variable TARNEX_LIBRARY, the library that was installed with this module, the library of the system
+(on Windows: in PATH).
 
-Errors of the driver and the instrument are raised as TarnexError. One is not: when an instrument answers a query with
-something that is no number or boolean, a C++ exception leaves the driver, which Python cannot catch: IT ENDS THE
-PROCESS. A supply that works does not answer so; when it has to be survived, put the supply into a process of its own
-(multiprocessing).
+Errors of the driver and the instrument are raised as TarnexError, with one exception: when an instrument answers a
+query with something that is not a number or boolean, a C++ exception leaves the driver. Python cannot catch it: IT ENDS
+THE PROCESS. A working supply does not send such a reply. A program that must survive it uses the supply in a separate
+process (multiprocessing).
 
-Calls release the interpreter's lock while they wait. Calls on one supply wait for each other, calls on several run in
-parallel; only close() must not meet another call on the same supply.
+Thread-safe: calls release the interpreter's lock while they wait. Calls on the same supply run one after another, calls
+on different supplies run in parallel. The caller must not call close() during another call on the same supply.
 """
 
 from __future__ import annotations
@@ -38,15 +39,15 @@ __all__ = ["Channel", "CurrentLimitBehavior", "Supply", "TarnexError"]
 
 _T = TypeVar("_T")
 
-_TEXT_SIZE = 4096  # the longest text that the driver hands out, its end included
+_TEXT_SIZE = 4096  # the longest text that the driver returns, including its NUL
 
 
 class TarnexError(Exception):
-    """A call that ended with a negative status. Positive ones are successes with a remark, and raise nothing."""
+    """A call returned a negative status. Positive statuses are success and raise nothing."""
 
     def __init__(self, status: int, description: str) -> None:
         self.status = status & 0xFFFFFFFF
-        """The status as TARNEX.h writes it, for example 0xBFFA0067."""
+        """The status as an unsigned number, as in TARNEX.h: 0xBFFA0067."""
         self.description = description
         super().__init__(f"0x{self.status:08X}: {description}")
 
@@ -73,12 +74,12 @@ def _open_library() -> ctypes.CDLL:
     try:
         return ctypes.CDLL(str(beside) if beside.is_file() else ctypes.util.find_library(stem) or name)
     except OSError as failure:
-        raise OSError(f"{name} is not to be found: name it in TARNEX_LIBRARY ({failure})") from failure
+        raise OSError(f"{name} not found; set TARNEX_LIBRARY to its path ({failure})") from failure
 
 
 @functools.lru_cache(maxsize=None)
 def _library() -> ctypes.CDLL:
-    """The driver, loaded when it is first needed."""
+    """Returns the driver, which the first call loads."""
     library = _open_library()
     session, status = ctypes.c_uint32, ctypes.c_int32
     text, real, boolean = ctypes.c_char_p, ctypes.c_double, ctypes.c_uint16
@@ -116,7 +117,7 @@ def _library() -> ctypes.CDLL:
 
 def _encode(text: str) -> bytes:
     if "\0" in text:
-        raise ValueError("a NUL character ends a text for the driver")
+        raise ValueError("a text must not contain a NUL character")
     return text.encode("utf-8")
 
 
@@ -128,7 +129,7 @@ _C_TYPES: Dict[str, Any] = {"Int32": ctypes.c_int32, "Real64": ctypes.c_double, 
 
 
 class _Attribute(Generic[_T]):
-    """An attribute of the driver as an attribute of Python: one exchange with the instrument each time."""
+    """An attribute of the driver as an attribute of Python. Each access is one exchange with the instrument."""
 
     def __init__(self, kind: str, identifier: int, convert: Callable[[Any], _T], doc: str) -> None:
         self._kind = kind
@@ -163,10 +164,10 @@ def _boolean(identifier: int, doc: str) -> _Attribute[bool]:
 
 
 class Channel:
-    """One output of a supply: supply["OutputChannel1"], or by a virtual name of the configuration store.
+    """One output of a supply: supply["OutputChannel1"], or a virtual name of the configuration store.
 
-    A selector of several channels ("OutputChannel1,OutputChannel2") can be set, but not read. What the output really
-    delivers cannot be read through the IVI functions: every value here is a programmed one.
+    The attributes of a selector of several channels ("OutputChannel1,OutputChannel2") can be set but not read. All
+    values are programmed values: the IVI functions do not measure the output.
     """
 
     def __init__(self, supply: Supply, name: str) -> None:
@@ -178,7 +179,7 @@ class Channel:
         return f"<Channel {self.name!r}>"
 
     voltage_level = _real(1250001, "Programmed voltage in V.")
-    current_limit = _real(1250005, "Current limit in A; setting it sets the over-current protection's level too.")
+    current_limit = _real(1250005, "Current limit in A; setting it also sets the level of the over-current protection.")
     current_limit_behavior = _Attribute(
         "Int32", 1250004, CurrentLimitBehavior, "What happens at the current limit: a CurrentLimitBehavior."
     )
@@ -188,12 +189,12 @@ class Channel:
 
     @property
     def constant_voltage(self) -> bool:
-        """Whether the supply regulates the voltage, as it does while the load draws less than the limit."""
+        """Whether the supply regulates the voltage: the load draws less than the current limit."""
         return self._in_state(0)
 
     @property
     def constant_current(self) -> bool:
-        """Whether the supply regulates the current: the load would draw more than the limit."""
+        """Whether the supply regulates the current: the load demands more than the current limit."""
         return self._in_state(1)
 
     @property
@@ -217,11 +218,11 @@ class Channel:
 
 
 class Supply:
-    """A session with a supply; a context manager that closes it. The outputs stay as they are when it is closed.
+    """A session with a supply, and a context manager that closes it. Closing does not change the outputs.
 
-    resource: VISA resource string, for example "TCPIP0::192.168.1.20::5025::SOCKET". A configuration store that holds
-        this driver decides instead.
-    id_query: fail unless the instrument is a supply of this family. To be False in simulation.
+    resource: VISA resource string, for example "TCPIP0::192.168.1.20::5025::SOCKET". If a configuration store contains
+        this driver, the store selects the resource.
+    id_query: fail unless the instrument is a supply of this family. Must be False in simulation.
     reset: reset the instrument after opening.
     options: IVI option string, for example "Simulate=1" or "QueryInstrStatus=1".
     """
@@ -229,7 +230,7 @@ class Supply:
     def __init__(self, resource: str, *, id_query: bool = True, reset: bool = False, options: str = "") -> None:
         self._session = ctypes.c_uint32(0)
         session = ctypes.c_uint32(0)
-        # What an earlier failure left with this thread would hide the description of a failing open.
+        # An earlier error of this thread that was not read would hide the description of a failed open.
         _library().TARNEX_ClearError(0)
         status = _library().TARNEX_InitWithOptions(
             _encode(resource), id_query, reset, _encode(options), ctypes.byref(session)
@@ -249,13 +250,13 @@ class Supply:
         self.close()
 
     def close(self) -> None:
-        """Closes the session; once more does nothing. Afterwards every call raises TarnexError 0xBFFA1190."""
+        """Closes the session. Idempotent. Afterwards every other call raises TarnexError 0xBFFA1190."""
         session, self._session = self._session, ctypes.c_uint32(0)
         if session.value:
             self._check(_library().TARNEX_close(session))
 
     def __getitem__(self, name: str) -> Channel:
-        """The channel of a physical or virtual name. A name that is none raises TarnexError when it is first used."""
+        """Returns the channel of a physical or virtual name. The first use of an unknown name raises TarnexError."""
         return Channel(self, name)
 
     def __iter__(self) -> Iterator[Channel]:
@@ -278,7 +279,7 @@ class Supply:
 
     @property
     def manufacturer(self) -> str:
-        """Who made the instrument, as it says itself."""
+        """The manufacturer in the identity of the instrument."""
         return self._text(1050511)
 
     @property
@@ -303,11 +304,11 @@ class Supply:
 
     @property
     def logical_name(self) -> str:
-        """The name that was opened, when the configuration store holds this driver; else empty."""
+        """The name that was opened if the configuration store contains this driver; otherwise empty."""
         return self._text(1050305)
 
     def reset(self) -> None:
-        """Resets the instrument: outputs off, everything at its power-on value."""
+        """Resets the instrument: switches the outputs off and restores the power-on values."""
         self._call("reset")
 
     def disable(self) -> None:
@@ -315,7 +316,7 @@ class Supply:
         self._call("Disable")
 
     def error_query(self) -> Tuple[int, str]:
-        """Takes the oldest entry of the instrument's error queue; code 0 when it is empty."""
+        """Removes and returns the oldest entry of the instrument's error queue; code 0 when the queue is empty."""
         code = ctypes.c_int32()
         buffer = ctypes.create_string_buffer(_TEXT_SIZE)
         self._call("error_query", ctypes.byref(code), buffer)
@@ -323,7 +324,7 @@ class Supply:
 
     @contextlib.contextmanager
     def locked(self) -> Iterator[None]:
-        """Keeps other threads out for several calls in a row. Nests."""
+        """Locks the supply for several calls; other threads wait. May be nested."""
         self._call("LockSession", None)
         try:
             yield
@@ -344,7 +345,8 @@ class Supply:
         code = ctypes.c_int32()
         buffer = ctypes.create_string_buffer(_TEXT_SIZE)
         _library().TARNEX_GetError(self._session, ctypes.byref(code), _TEXT_SIZE, buffer)
-        # Another thread may have taken the description, and a closed session has none: the status' message remains.
+        # Only the message of the status is available when another thread has read the description or the session is
+        # closed.
         if code.value != status:
             buffer.value = b""
             _library().TARNEX_error_message(0, status, buffer)

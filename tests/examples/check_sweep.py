@@ -1,4 +1,4 @@
-"""Holds the files that the sweep wrote to what 10 ohms and a limit of 1.2 A make of it. Usage: check_sweep.py FOLDER"""
+"""Checks the files of the sweep example with a load of 10 ohms and a limit of 1.2 A. Usage: check_sweep.py FOLDER"""
 
 import csv
 import pathlib
@@ -38,7 +38,7 @@ class SweepFiles(unittest.TestCase):
             "constant current",
         ):
             self.assertEqual(texts.count(expected), 1, expected)
-        # The voltage follows what is programmed, and stays where it is from 12 V on: 24 steps of 15.8 pixels.
+        # The voltage follows the programmed one up to 12 V and is constant from there on: 24 steps of 15.8 pixels.
         self.assertEqual(curves[0][0], "64.0,208.0")
         self.assertEqual(curves[0][24], "443.2,96.0")
         self.assertEqual(curves[0][40], "696.0,96.0")

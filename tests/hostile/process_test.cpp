@@ -21,7 +21,7 @@
 
 #include "include/TARNEX.h"
 #include "instrument/tarnex_supply.h"
-#include "tools/virtual_supply/forked_supply.h"
+#include "tests/support/forked_supply.h"
 
 namespace {
 

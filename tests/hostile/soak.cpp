@@ -17,7 +17,7 @@
 #include <string>
 
 #include "include/TARNEX.h"
-#include "tools/virtual_supply/forked_supply.h"
+#include "tests/support/forked_supply.h"
 
 namespace {
 
@@ -59,9 +59,9 @@ struct Kind {
 };
 
 constexpr std::array kKinds{
-    Kind{FaultKind::kDrop, 0, false},    Kind{FaultKind::kDelay, 5, false},   Kind{FaultKind::kSilent, 0, true},
-    Kind{FaultKind::kGarbage, 0, false}, Kind{FaultKind::kCut, 0, true},      Kind{FaultKind::kLong, 2000, false},
-    Kind{FaultKind::kCrLf, 0, false},    Kind{FaultKind::kDelay, 2500, true},
+    Kind{FaultKind::Drop, 0, false},    Kind{FaultKind::Delay, 5, false},   Kind{FaultKind::Silent, 0, true},
+    Kind{FaultKind::Garbage, 0, false}, Kind{FaultKind::Cut, 0, true},      Kind{FaultKind::Long, 2000, false},
+    Kind{FaultKind::CrLf, 0, false},    Kind{FaultKind::Delay, 2500, true},
 };
 
 class Soak {

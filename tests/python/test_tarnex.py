@@ -1,6 +1,7 @@
 """The Python module over the driver, the built-in platform runtime and a virtual supply.
 
-TARNEX_LIBRARY names the driver, VIRTUAL_SUPPLY the program, EXAMPLE_STORE a configuration store.
+Environment: TARNEX_LIBRARY, VIRTUAL_SUPPLY and EXAMPLE_STORE are the paths of the driver, the virtual supply and a
+configuration store.
 """
 
 import os
@@ -19,7 +20,7 @@ import tarnex
 
 
 def start_supply(test: unittest.TestCase, *options: str) -> str:
-    """Runs a virtual supply for the length of a test; returns its resource."""
+    """Starts a virtual supply that runs until the end of the test; returns its resource."""
     supply = subprocess.Popen(
         [os.environ["VIRTUAL_SUPPLY"], "--exit-with-parent", "--for", "60", *options],
         stdout=subprocess.PIPE,
@@ -71,7 +72,7 @@ class Settings(OverSupply):
                 self.assertEqual(getattr(channel, name), value)
                 self.assertIs(type(getattr(channel, name)), type(value))
 
-    def test_channels_are_told_apart(self) -> None:
+    def test_channels_are_separate(self) -> None:
         supply = self.open()
         supply["OutputChannel1"].voltage_level = 12.0
         supply["OutputChannel2"].voltage_level = 5.0
@@ -112,14 +113,14 @@ class Settings(OverSupply):
         self.assertEqual(self.open()["OutputChannel1"].voltage_level, 7.0)
         self.assertEqual(self.open(reset=True)["OutputChannel1"].voltage_level, 0.0)
 
-    def test_units_stand_in_the_documentation(self) -> None:
+    def test_doc_strings_contain_units(self) -> None:
         self.assertEqual(tarnex.Channel.voltage_level.__doc__, "Programmed voltage in V.")
         self.assertIn(" in A", tarnex.Channel.current_limit.__doc__ or "")
         self.assertIn(" in V", tarnex.Channel.ovp_limit.__doc__ or "")
 
 
 class Errors(OverSupply):
-    def test_unknown_channel_carries_status_and_description(self) -> None:
+    def test_an_unknown_channel_raises_status_and_description(self) -> None:
         supply = self.open()
         with self.assertRaises(tarnex.TarnexError) as caught:
             supply["OutputChannel3"].voltage_level = 1.0
@@ -143,17 +144,17 @@ class Errors(OverSupply):
             "Attribute or function parameter value is invalid (out of range or not supported).",
         )
 
-    def test_error_survives_pickling(self) -> None:
+    def test_errors_can_be_pickled(self) -> None:
         error = pickle.loads(pickle.dumps(tarnex.TarnexError(0xBFFA0067 - (1 << 32), "text")))
         self.assertEqual((error.status, error.description), (0xBFFA0067, "text"))
 
-    def test_no_supply(self) -> None:
+    def test_an_unreachable_supply_raises_an_io_error(self) -> None:
         with self.assertRaises(tarnex.TarnexError) as caught:
             tarnex.Supply("TCPIP0::127.0.0.1::1::SOCKET")
         self.assertEqual(caught.exception.status, 0xBFFA4214)
         self.assertRegex(caught.exception.description, r"^I/O error\.  .")
 
-    def test_failing_open_after_another_tells_its_own_reason(self) -> None:
+    def test_each_failed_open_has_its_own_description(self) -> None:
         for resource, options, status in (
             ("TCPIP0::127.0.0.1::1::SOCKET", "", 0xBFFA4214),
             (self.resource, "Nonsense=1", 0xBFFA004B),
@@ -163,7 +164,7 @@ class Errors(OverSupply):
             self.assertEqual(caught.exception.status, status)
         self.assertEqual(caught.exception.description, "The 'nonsense' name in the option string is unknown.")
 
-    def test_closed_supply(self) -> None:
+    def test_calls_on_a_closed_supply_raise(self) -> None:
         with tarnex.Supply(self.resource) as supply:
             pass
         supply.close()
@@ -172,14 +173,14 @@ class Errors(OverSupply):
         self.assertEqual(caught.exception.status, 0xBFFA1190)
         self.assertEqual(caught.exception.description, "Invalid session handle.")
 
-    def test_closed_when_the_block_raises(self) -> None:
+    def test_the_supply_is_closed_when_the_block_raises(self) -> None:
         with self.assertRaises(ZeroDivisionError):
             with tarnex.Supply(self.resource) as supply:
                 raise ZeroDivisionError
         with self.assertRaises(tarnex.TarnexError):
             supply.reset()
 
-    def test_what_the_instrument_refuses(self) -> None:
+    def test_a_value_that_the_instrument_refuses_raises(self) -> None:
         supply = self.open(options="QueryInstrStatus=1")
         with self.assertRaises(tarnex.TarnexError) as caught:
             supply["OutputChannel1"].voltage_level = float("nan")
@@ -187,7 +188,7 @@ class Errors(OverSupply):
         self.assertEqual(supply.error_query(), (-104, "Data type error"))
         self.assertEqual(supply.error_query(), (0, "No error"))
 
-    def test_texts_that_would_be_cut_are_refused(self) -> None:
+    def test_texts_with_a_nul_character_are_refused(self) -> None:
         with self.assertRaises(ValueError):
             tarnex.Supply(self.resource + "\0")
 
@@ -223,16 +224,16 @@ class Names(OverSupply):
 
 
 class Threads(OverSupply):
-    def test_a_lock_keeps_other_threads_out(self) -> None:
+    def test_other_threads_wait_for_the_lock(self) -> None:
         supply = self.open()
         seen = []
 
-        def meddle() -> None:
+        def set_voltage() -> None:
             supply["OutputChannel1"].voltage_level = 9.0
 
         with supply.locked():
             supply["OutputChannel1"].voltage_level = 1.0
-            other = threading.Thread(target=meddle)
+            other = threading.Thread(target=set_voltage)
             other.start()
             for _ in range(20):
                 seen.append(supply["OutputChannel1"].voltage_level)
@@ -252,12 +253,12 @@ class Loading(unittest.TestCase):
             check=False,
         )
 
-    def test_a_missing_library_is_told_in_one_line(self) -> None:
+    def test_a_missing_library_is_reported_in_one_line(self) -> None:
         run = self.run_python("import tarnex; tarnex.Supply('')", TARNEX_LIBRARY="/nonexistent/libTARNEX.so")
         self.assertEqual(run.returncode, 1)
         self.assertIn("OSError: /nonexistent/libTARNEX.so", run.stderr.splitlines()[-1])
 
-    # The module says so; should that change, what it says has to change.
+    # The documentation of the module describes this behaviour.
     def test_a_malformed_reply_ends_the_process(self) -> None:
         resource = start_supply(self, "--fault", "garbage@2")
         run = self.run_python(

@@ -114,7 +114,7 @@ class CommandLayer : public testing::Test {
   protected:
     CommandLayer() {
         model_.SetLoad(1, 10.0);
-        EXPECT_EQ(supply_.Open({.resource = server_.resource()}), kTermChar);
+        EXPECT_EQ(supply_.Open({.resource = server_.Resource()}), kTermChar);
     }
     ~CommandLayer() override {
         // Whatever was asked for was understood.
@@ -314,7 +314,7 @@ TEST_F(CommandLayer, WaitsAsLongAsItsTimeOut) {
     EXPECT_EQ(supply_.GetTimeout(), 2000U);
     EXPECT_EQ(supply_.SetTimeout(50), 0);
     EXPECT_EQ(supply_.GetTimeout(), 50U);
-    server_.faults().AddForNext(virtual_supply::FaultKind::kSilent);
+    server_.Faults().AddForNext(virtual_supply::FaultKind::Silent);
     double volts = 1.25;
     EXPECT_EQ(static_cast<unsigned>(supply_.GetVoltage(1, volts)), 0xBFFA4214U);
     EXPECT_EQ(volts, 1.25);

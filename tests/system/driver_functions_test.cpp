@@ -231,15 +231,15 @@ TEST_F(DriverFunctions, IdQueryRefusesAModelThatIsNotSupportedAndLetsGoOfIt) {
     virtual_supply::VirtualSupply other({.model = "TX9999"});
     virtual_supply::VirtualSupplyServer server(other);
     ViSession vi = VI_NULL;
-    EXPECT_EQ(static_cast<unsigned>(TryOpen(server.resource(), "", vi, VI_TRUE)), 0xBFFA005EU);
+    EXPECT_EQ(static_cast<unsigned>(TryOpen(server.Resource(), "", vi, VI_TRUE)), 0xBFFA005EU);
     EXPECT_EQ(vi, 0U);
     EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA005E, "Instrument ID query failed."}));
-    EXPECT_EQ(TryOpen(server.resource(), "", vi), 0); // without the query it is taken as it is
+    EXPECT_EQ(TryOpen(server.Resource(), "", vi), 0); // without the query it is taken as it is
 }
 
 TEST_F(DriverFunctions, IdQueryInSimulationFailsSinceTheSimulatorIsNoSupportedModel) {
     ViSession vi = VI_NULL;
-    EXPECT_EQ(static_cast<unsigned>(TryOpen(server_->resource(), "Simulate=1", vi, VI_TRUE)), 0xBFFA005EU);
+    EXPECT_EQ(static_cast<unsigned>(TryOpen(server_->Resource(), "Simulate=1", vi, VI_TRUE)), 0xBFFA005EU);
     EXPECT_EQ(vi, 0U);
 }
 
@@ -247,7 +247,7 @@ TEST_F(DriverFunctions, NeverLeaveTheSimulationThatTheyBeganIn) {
     const auto vi = Open("Simulate=1");
     EXPECT_EQ(static_cast<unsigned>(TARNEX_SetAttributeViBoolean(vi, "", TARNEX_ATTR_SIMULATE, VI_FALSE)), 0xBFFA0062U);
     EXPECT_EQ(LastError(vi), (DriverError{0xBFFA0062, "The simulation state cannot be changed."}));
-    EXPECT_EQ(server_->connection_count(), 0U);
+    EXPECT_EQ(server_->ConnectionCount(), 0U);
 }
 
 TEST_F(DriverFunctions, LeaveTheInstrumentAloneOnceSwitchedIntoSimulation) {

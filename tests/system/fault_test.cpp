@@ -58,16 +58,16 @@ class Fault : protected HasJournal, public SupplyOverEachLine {
         return {.log = [&journal](std::string_view line) { journal.Note(line); }};
     }
 
-    void Next(FaultKind kind, std::uint64_t value = 0) { server_->faults().AddForNext(kind, value); }
+    void Next(FaultKind kind, std::uint64_t value = 0) { server_->Faults().AddForNext(kind, value); }
     ViStatus MeasureVoltage() { return TARNEX_Measure(vi_, kChannel, TARNEX_VAL_MEASURE_VOLTAGE, &volts_); }
 
     /// Where the supply is after it has hung up: a pseudo-terminal comes back under another name.
     std::string ResourceAfter(const std::string& before) {
         const auto deadline = Clock::now() + kGuard;
-        while (GetParam() == Line::kPseudoTerminal && server_->resource() == before && Clock::now() < deadline) {
+        while (GetParam() == Line::kPseudoTerminal && server_->Resource() == before && Clock::now() < deadline) {
             std::this_thread::sleep_for(milliseconds(1));
         }
-        return server_->resource();
+        return server_->Resource();
     }
 
     /// Waits until the server has sent so many replies, and they are here.
@@ -93,7 +93,7 @@ class Fault : protected HasJournal, public SupplyOverEachLine {
 };
 
 TEST_P(Fault, OfASilentInstrumentEndsWithTheTimeOutAndANewSessionWorks) {
-    Next(FaultKind::kSilent);
+    Next(FaultKind::Silent);
     EXPECT_EQ(Timed([&] { return MeasureVoltage(); }), kIoError);
     EXPECT_GE(took_, kTimeOut);
     EXPECT_LT(took_, kGuard);
@@ -105,7 +105,7 @@ TEST_P(Fault, OfASilentInstrumentEndsWithTheTimeOutAndANewSessionWorks) {
 }
 
 TEST_P(Fault, OfASilentInstrumentFailsEveryCallThatAsksIt) {
-    server_->faults().Add({.kind = FaultKind::kSilent});
+    server_->Faults().Add({.kind = FaultKind::Silent});
     ViInt32 code = 0;
     std::array<ViChar, 1024> text{};
     ViBoolean on = VI_FALSE;
@@ -120,14 +120,14 @@ TEST_P(Fault, OfASilentInstrumentFailsEveryCallThatAsksIt) {
               kIoError);
     EXPECT_GE(took_, kTimeOut);
     EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi_, kChannel, 1.0), 0); // asks nothing, and the instrument still listens
-    server_->faults().Clear();
+    server_->Faults().Clear();
     EXPECT_EQ(MeasureVoltage(), kTermChar);
     EXPECT_EQ(volts_, 1.0);
 }
 
 TEST_P(Fault, OfADroppedConnectionIsAnIoErrorAndANewSessionWorks) {
-    const auto before = server_->resource();
-    Next(FaultKind::kDrop);
+    const auto before = server_->Resource();
+    Next(FaultKind::Drop);
     EXPECT_EQ(Timed([&] { return MeasureVoltage(); }), kIoError);
     EXPECT_LT(took_, kGuard);
     EXPECT_EQ(LastError(vi_), (DriverError{0xBFFA4214, "I/O error."}));
@@ -151,7 +151,7 @@ TEST_P(Fault, OfAServerThatIsGoneIsAnIoErrorAndWhenItIsBackANewSessionWorks) {
 }
 
 TEST_P(Fault, OfADelayedReplyIsNoneWithinTheTimeOut) {
-    Next(FaultKind::kDelay, 300);
+    Next(FaultKind::Delay, 300);
     EXPECT_EQ(MeasureVoltage(), kTermChar);
     EXPECT_EQ(volts_, 0.0);
 }
@@ -161,7 +161,7 @@ TEST_P(Fault, OfAReplyThatComesLateIsWhatTheNextReadGetsUntilTheSessionIsClosed)
     Ask(":SOUR1:VOLT 3");
     Ask(":SOUR1:CURR 2");
     const int before = journal.Replies();
-    Next(FaultKind::kDelay, 2500);
+    Next(FaultKind::Delay, 2500);
     EXPECT_EQ(Timed([&] { return MeasureVoltage(); }), kIoError);
     EXPECT_GE(took_, kTimeOut);
     EXPECT_LT(took_, kGuard);
@@ -177,14 +177,14 @@ TEST_P(Fault, OfAReplyThatComesLateIsWhatTheNextReadGetsUntilTheSessionIsClosed)
 }
 
 TEST_P(Fault, OfAGarbledReplyLeavesAsAnExceptionWithTheSessionUnlockedAndUsable) {
-    Next(FaultKind::kGarbage);
+    Next(FaultKind::Garbage);
     EXPECT_THROW(MeasureVoltage(), std::invalid_argument);
     EXPECT_EQ(MeasureVoltage(), kTermChar);
     EXPECT_EQ(volts_, 0.0);
 }
 
 TEST_P(Fault, OfAReplyWithoutItsLineEndIsATimeOut) {
-    Next(FaultKind::kCut);
+    Next(FaultKind::Cut);
     EXPECT_EQ(Timed([&] { return MeasureVoltage(); }), kIoError);
     EXPECT_GE(took_, kTimeOut);
     EXPECT_LT(took_, kGuard);
@@ -195,7 +195,7 @@ TEST_P(Fault, OfAReplyWithoutItsLineEndIsATimeOut) {
 
 TEST_P(Fault, OfAnOverlongReplyIsCutAtTheBuffersSizeAndItsRestIsWhatTheNextReadGets) {
     const int before = journal.Replies();
-    Next(FaultKind::kLong, 1500);
+    Next(FaultKind::Long, 1500);
     EXPECT_EQ(static_cast<unsigned>(MeasureVoltage()), 0x3FFF0006U);
     EXPECT_EQ(volts_, 0.0);
     volts_ = 1.25;
@@ -207,7 +207,7 @@ TEST_P(Fault, OfAnOverlongReplyIsCutAtTheBuffersSizeAndItsRestIsWhatTheNextReadG
 }
 
 TEST_P(Fault, OfACarriageReturnBeforeTheLineEndChangesNoNumberButStaysInATextsEnd) {
-    server_->faults().Add({.kind = FaultKind::kCrLf});
+    server_->Faults().Add({.kind = FaultKind::CrLf});
     EXPECT_EQ(MeasureVoltage(), kTermChar);
     EXPECT_EQ(volts_, 0.0);
     const auto vi = Open();
@@ -215,22 +215,22 @@ TEST_P(Fault, OfACarriageReturnBeforeTheLineEndChangesNoNumberButStaysInATextsEn
 }
 
 TEST_P(Fault, DuringTheOpeningFailsIt) {
-    auto resource = server_->resource();
-    for (const auto kind : {FaultKind::kDrop, FaultKind::kGarbage, FaultKind::kSilent}) {
+    auto resource = server_->Resource();
+    for (const auto kind : {FaultKind::Drop, FaultKind::Garbage, FaultKind::Silent}) {
         TARNEX_ClearError(VI_NULL);
         Next(kind);
         ViSession vi = 7;
         EXPECT_EQ(TryOpen(resource, "", vi), kIoError);
         EXPECT_EQ(vi, 0U);
         EXPECT_EQ(LastError(VI_NULL).description, kNotOpened);
-        if (kind == FaultKind::kDrop) {
+        if (kind == FaultKind::Drop) {
             resource = ResourceAfter(resource);
         }
     }
 }
 
 TEST_P(Fault, OfAResourceThatIsNotThereFailsTheOpening) {
-    const auto resource = server_->resource();
+    const auto resource = server_->Resource();
     server_.reset();
     for (const auto& name :
          {resource, std::string("TCPIP0::127.0.0.1::port::SOCKET"), std::string("nonsense"), std::string(),

@@ -68,11 +68,11 @@ TEST_F(StoreFile, ThatIsMissingCountsAsAnEmptyStore) {
 }
 
 TEST_F(StoreFile, WithADriverSessionGivesResourceOptionsAndVirtualNames) {
-    UseStore(scratch_.Write("store.xml", WithDriverSession(server_->resource())));
+    UseStore(scratch_.Write("store.xml", WithDriverSession(server_->Resource())));
     ViSession vi = VI_NULL;
     EXPECT_GE(TryOpen("MySupply", "", vi), 0);
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_LOGICAL_NAME), "MySupply");
-    EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->resource());
+    EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->Resource());
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_DRIVER_SETUP), "Note:store");
     EXPECT_TRUE(GetBoolean(vi, "", TARNEX_ATTR_QUERY_INSTRUMENT_STATUS));
     EXPECT_GE(TARNEX_ConfigureVoltageLevel(vi, "Core", 3.0), 0);
@@ -84,11 +84,11 @@ TEST_F(StoreFile, WithADriverSessionGivesResourceOptionsAndVirtualNames) {
 // The status query after each command also makes sure that the supply has taken it before it is asked.
 TEST_F(StoreFile, OfTheExamplesWorksOnceItNamesTheSupply) {
     auto store = Read(EXAMPLE_STORE);
-    Replace(store, "TCPIP0::192.168.1.20::5025::SOCKET", server_->resource());
+    Replace(store, "TCPIP0::192.168.1.20::5025::SOCKET", server_->Resource());
     UseStore(scratch_.Write("example.xml", store));
     ViSession vi = VI_NULL;
     EXPECT_GE(TryOpen("MySupply", "", vi), 0);
-    EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->resource());
+    EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->Resource());
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_LOGICAL_NAME), "MySupply");
     EXPECT_TRUE(GetBoolean(vi, "", TARNEX_ATTR_QUERY_INSTRUMENT_STATUS));
     EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, "Core", 1.0), kTermChar);
@@ -107,7 +107,7 @@ TEST_F(StoreFile, WithTheSoftwareModuleAloneLeavesTheResourceToTheCaller) {
     store.erase(store.find("<HardwareAssets>"), store.find("</IviConfigStore>") - store.find("<HardwareAssets>"));
     UseStore(scratch_.Write("module.xml", store));
     const auto vi = Open();
-    EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->resource());
+    EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->Resource());
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_LOGICAL_NAME), "");
     EXPECT_EQ(static_cast<unsigned>(TARNEX_ConfigureVoltageLevel(vi, "Core", 1.0)), 0xBFFA0067U);
 }
@@ -123,7 +123,7 @@ TEST_F(StoreFile, ThatIsNoStoreFailsTheOpeningAndIsNamed) {
         UseStore(path);
         TARNEX_ClearError(VI_NULL);
         ViSession vi = 7;
-        EXPECT_EQ(static_cast<unsigned>(TryOpen(server_->resource(), "", vi)), 0xBFFA1200U) << content;
+        EXPECT_EQ(static_cast<unsigned>(TryOpen(server_->Resource(), "", vi)), 0xBFFA1200U) << content;
         EXPECT_EQ(vi, 0U);
         const auto error = LastError(VI_NULL);
         EXPECT_EQ(error.code, 0xBFFA1200U);
@@ -134,12 +134,12 @@ TEST_F(StoreFile, ThatIsNoStoreFailsTheOpeningAndIsNamed) {
 TEST_F(StoreFile, ThatCannotBeReadFailsTheOpeningAndIsNamed) {
     UseStore(scratch_.Path("")); // a folder: not even root can read it as a file
     ViSession vi = 7;
-    EXPECT_EQ(static_cast<unsigned>(TryOpen(server_->resource(), "", vi)), 0xBFFA1200U);
+    EXPECT_EQ(static_cast<unsigned>(TryOpen(server_->Resource(), "", vi)), 0xBFFA1200U);
     EXPECT_THAT(LastError(VI_NULL).description, testing::HasSubstr(scratch_.Path("")));
 }
 
 TEST_F(StoreFile, OfTenMebibytesIsReadAndItsNamesAreFound) {
-    auto store = WithDriverSession(server_->resource());
+    auto store = WithDriverSession(server_->Resource());
     std::string names;
     for (int i = 0; names.size() < std::size_t{10} * 1024 * 1024; ++i) {
         names += "<IviVirtualName><Name>Filler" + std::to_string(i) +
@@ -156,7 +156,7 @@ TEST_F(StoreFile, OfTenMebibytesIsReadAndItsNamesAreFound) {
 }
 
 TEST_F(StoreFile, InAnotherEncodingIsReadAsUtf8) {
-    auto latin = WithDriverSession(server_->resource());
+    auto latin = WithDriverSession(server_->Resource());
     Replace(latin, "UTF-8", "ISO-8859-1");
     Replace(latin, "Note:store", "Note:\xFC");
     UseStore(scratch_.Write("latin.xml", latin));
@@ -164,7 +164,7 @@ TEST_F(StoreFile, InAnotherEncodingIsReadAsUtf8) {
     EXPECT_GE(TryOpen("MySupply", "", vi), 0);
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_DRIVER_SETUP), "Note:\xC3\xBC");
 
-    const auto utf8 = WithDriverSession(server_->resource());
+    const auto utf8 = WithDriverSession(server_->Resource());
     std::string utf16("\xFF\xFE");
     for (const char c : utf8) {
         utf16 += c;

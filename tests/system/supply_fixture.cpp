@@ -55,7 +55,7 @@ ViStatus SupplyTest::TryOpen(const std::string& resource, const std::string& opt
 
 ViSession SupplyTest::Open(const std::string& optionString, ViBoolean idQuery, ViBoolean reset) {
     ViSession vi = VI_NULL;
-    const auto status = TryOpen(server_->resource(), optionString, vi, idQuery, reset);
+    const auto status = TryOpen(server_->Resource(), optionString, vi, idQuery, reset);
     EXPECT_GE(status, 0) << LastError(VI_NULL).description;
     return vi;
 }

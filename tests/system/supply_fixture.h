@@ -82,7 +82,7 @@ class SupplyOverEachLine : public SupplyTest, public testing::WithParamInterface
         : SupplyTest(OverThisLine(options)) {}
 
     static virtual_supply::ServerOptions OverThisLine(virtual_supply::ServerOptions options) {
-        options.pseudo_terminal = GetParam() == Line::kPseudoTerminal;
+        options.pseudoTerminal = GetParam() == Line::kPseudoTerminal;
         return options;
     }
 };

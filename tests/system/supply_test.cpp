@@ -19,12 +19,12 @@ TEST_P(Supply, TellsWhoItIs) {
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MANUFACTURER), "Keltor Technology");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), "TX4410");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_FIRMWARE_REVISION), "1.00");
-    EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->resource());
+    EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), server_->Resource());
 }
 
 TEST_P(Supply, OpensWithoutThePositiveStatusOfItsQueries) {
     ViSession vi = VI_NULL;
-    EXPECT_EQ(TryOpen(server_->resource(), "", vi), 0); // the identity query of the opening itself is not its status
+    EXPECT_EQ(TryOpen(server_->Resource(), "", vi), 0); // the identity query of the opening itself is not its status
     EXPECT_NE(vi, 0U);
 }
 
@@ -140,16 +140,16 @@ TEST_F(SupplyOverTcp, LosesItsConnectionWhenTheSessionIsClosed) {
     EXPECT_EQ(Ask("*OPC?"), "1");
     EXPECT_EQ(TARNEX_close(vi), 0);
     EXPECT_EQ(static_cast<unsigned>(TARNEX_reset(vi)), 0xBFFA1190U);
-    for (int attempt = 0; attempt < 500 && server_->connection_count() != 0; ++attempt) {
+    for (int attempt = 0; attempt < 500 && server_->ConnectionCount() != 0; ++attempt) {
         usleep(10000);
     }
-    EXPECT_EQ(server_->connection_count(), 0U);
+    EXPECT_EQ(server_->ConnectionCount(), 0U);
 }
 
 TEST_F(SupplyOverTcp, IsLeftAloneByASimulatedSession) {
     const auto vi = Open("Simulate=1");
     EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, kFirst, 3.3), 0);
-    EXPECT_EQ(server_->connection_count(), 0U);
+    EXPECT_EQ(server_->ConnectionCount(), 0U);
     EXPECT_EQ(Ask(":SOUR1:VOLT?"), "0.000000");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), "TX6300");
 }
@@ -158,7 +158,7 @@ TEST_P(Supply, OfAnotherModelPassesTheIdQueryToo) {
     virtual_supply::VirtualSupply other({.model = "TX4520"});
     virtual_supply::VirtualSupplyServer server(other, OverThisLine({}));
     ViSession vi = VI_NULL;
-    EXPECT_EQ(TryOpen(server.resource(), "", vi, VI_TRUE), 0);
+    EXPECT_EQ(TryOpen(server.Resource(), "", vi, VI_TRUE), 0);
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), "TX4520");
 }
 

@@ -55,7 +55,7 @@ TEST_F(Threads, OnSessionsOfTheirOwnOpenUseAndCloseThemSideBySide) {
                         [](int number) {
                             virtual_supply::VirtualSupply supply;
                             virtual_supply::VirtualSupplyServer server(supply);
-                            auto resource = server.resource();
+                            auto resource = server.Resource();
                             int wrong = 0;
                             for (int round = 0; round < 20; ++round) {
                                 ViSession vi = VI_NULL;

@@ -1,6 +1,7 @@
-"""tarnexctl as it is used from a shell, over the driver, the built-in platform runtime and a virtual supply.
+"""Runs tarnexctl from a shell, over the driver, the built-in platform runtime and a virtual supply.
 
-TARNEXCTL names the program, VIRTUAL_SUPPLY the supply's, TARNEXCTL_SOURCES the folder of man page and completion.
+Environment: TARNEXCTL and VIRTUAL_SUPPLY are the paths of the programs, TARNEXCTL_SOURCES is the folder of the manual
+page and the completion.
 """
 
 import json
@@ -20,7 +21,7 @@ from typing import Callable, Dict, List, NamedTuple, Optional, Tuple
 
 TOOL = os.environ["TARNEXCTL"]
 SOURCES = pathlib.Path(os.environ["TARNEXCTL_SOURCES"])
-# Neither a configuration store nor a supply of the user's own.
+# Without the configuration store and the supply of the user.
 ENVIRONMENT = {**os.environ, "IVI_CONFIG_STORE": "/nonexistent/store.xml"}
 ENVIRONMENT.pop("TARNEX_RESOURCE", None)
 NO_SUPPLY = "TCPIP0::127.0.0.1::1::SOCKET"
@@ -39,7 +40,7 @@ def run(*arguments: str, resource: Optional[str] = None) -> Ran:
 
 
 class OnTerminal:
-    """The tool with both outputs on a pseudo-terminal of its own."""
+    """The tool with both outputs on a pseudo-terminal."""
 
     def __init__(self, resource: str, *arguments: str) -> None:
         self.text = ""
@@ -62,7 +63,7 @@ class OnTerminal:
     def _read(self) -> bool:
         try:
             data = os.read(self._terminal, 4096)
-        except OSError:  # the other end is closed
+        except OSError:  # the other end has closed
             return False
         self.text += data.decode().replace("\r\n", "\n")
         return bool(data)
@@ -70,7 +71,7 @@ class OnTerminal:
 
 class Tool(unittest.TestCase):
     def supply(self, *options: str) -> str:
-        """Runs a virtual supply for the length of the test; returns its resource."""
+        """Starts a virtual supply that runs until the end of the test; returns its resource."""
         supply = subprocess.Popen(
             [os.environ["VIRTUAL_SUPPLY"], "--exit-with-parent", "--for", "100", *options],
             stdout=subprocess.PIPE,
@@ -113,7 +114,7 @@ class Tool(unittest.TestCase):
     def wait_until(self, condition: Callable[[], bool]) -> None:
         end = time.monotonic() + 30
         while not condition():
-            self.assertLess(time.monotonic(), end, "in vain")
+            self.assertLess(time.monotonic(), end, "the condition did not become true in time")
             time.sleep(0.02)
 
 
@@ -143,7 +144,7 @@ class DriverCommands(Tool):
             },
         )
 
-    def test_what_set_programs_is_what_get_shows(self) -> None:
+    def test_get_shows_what_set_programs(self) -> None:
         resource = self.supply("--load", "1=10")
         settings = ["--voltage", "3.3", "--current", "1.5", "--at-limit", "trip", "--ovp", "4"]
         self.quietly(resource, "set", "1", *settings)
@@ -171,7 +172,7 @@ class DriverCommands(Tool):
         }
         self.assertEqual(json.loads(run("get", "1", "--json", resource=resource).out), [expected])
 
-    def test_set_leaves_alone_what_it_is_not_given(self) -> None:
+    def test_set_changes_only_the_given_settings(self) -> None:
         resource = self.supply()
         self.quietly(resource, "set", "1", "--voltage", "3", "--at-limit", "trip", "--ovp", "4")
         self.quietly(resource, "set", "1", "--current", "0.5", "--no-ovp")
@@ -282,14 +283,14 @@ class Measurements(Tool):
     def test_watch_renews_its_table_in_place_on_a_terminal(self) -> None:
         terminal = OnTerminal(self.resource, "watch", "1", "--count", "3", "--interval", "0.01")
         self.assertEqual(terminal.finish(), 0)
-        tables = terminal.text.split("\x1b[2A")  # up over the heading and one row
+        tables = terminal.text.split("\x1b[2A")  # moves the cursor up over the heading and one row
         self.assertEqual(len(tables), 3)
         for table in tables:
             lines = table.splitlines()
             self.assertEqual(lines[0], "  Time/s  Channel         Voltage/V  Current/A    Power/W  Output  Mode\x1b[K")
             self.assertRegex(lines[1], r"^ {5}\d\.\d  OutputChannel1     3\.3000 .* CV\x1b\[K$")
 
-    def test_ctrl_c_is_the_usual_end_of_watch(self) -> None:
+    def test_watch_ends_with_0_at_ctrl_c(self) -> None:
         watch = self.start(self.resource, "watch", "--interval", "1000")
         assert watch.stdout is not None
         self.assertTrue(watch.stdout.readline().startswith(b"  Time/s  "))
@@ -343,14 +344,14 @@ class Sweeps(Tool):
         self.assertEqual(len(points), 5)
         self.assertEqual(points[3], {"set": 3, "voltage": 2.5, "current": 0.25, "power": 0.625, "regulation": "CC"})
 
-    def test_downwards_and_with_steps_that_binary_numbers_do_not_hit(self) -> None:
+    def test_sweeps_downwards_with_steps_that_are_not_exact_in_binary(self) -> None:
         ran = run(
             "sweep", "1", "--from", "0.3", "--to", "0", "--step", "0.1", "--settle", "0", resource=self.resource
         )
         levels = [line.split(",")[0] for line in ran.out.splitlines()[1:]]
         self.assertEqual(levels, ["0.300", "0.200", "0.100", "0.000"])
 
-    def test_progress_on_a_terminal_leaves_no_trace(self) -> None:
+    def test_progress_on_a_terminal_is_cleared_at_the_end(self) -> None:
         csv = self.folder() / "sweep.csv"
         terminal = OnTerminal(self.resource, "sweep", "1", *self.RANGE, "--csv", str(csv))
         self.assertEqual(terminal.finish(), 0)
@@ -375,7 +376,7 @@ class Sweeps(Tool):
         curves = ElementTree.parse(svg).getroot().findall("{http://www.w3.org/2000/svg}polyline")
         self.assertEqual([len(curve.attrib["points"].split()) for curve in curves], [len(lines) - 1] * 3)
 
-    def test_a_reader_that_goes_away_ends_the_sweep_with_the_output_off(self) -> None:
+    def test_a_closed_standard_output_ends_the_sweep_with_the_output_off(self) -> None:
         sweep = self.start(self.resource, "sweep", "1", "--to", "20", "--step", "0.001")
         assert sweep.stdout is not None and sweep.stderr is not None
         sweep.stdout.readline()
@@ -392,17 +393,17 @@ class Sweeps(Tool):
         self.assertEqual(len(ran.out.splitlines()), 4)
         self.assertEqual(
             ran.err,
-            "tarnexctl: the output went off at 3.000 V: a protection tripped (tarnexctl errors tells which)\n",
+            "tarnexctl: the output went off at 3.000 V: a protection tripped (see tarnexctl errors)\n",
         )
 
-    def test_a_failure_takes_the_place_of_the_progress(self) -> None:
+    def test_a_failure_replaces_the_progress(self) -> None:
         self.quietly(self.resource, "set", "1", "--ovp", "2.5")
         csv = self.folder() / "sweep.csv"
         terminal = OnTerminal(self.resource, "sweep", "1", "--to", "4", "--step", "1", "--csv", str(csv))
         self.assertEqual(terminal.finish(), 2)
         self.assertIn("3/5  2.000 V\x1b[K\r\x1b[Ktarnexctl: the output went off at 3.000 V", terminal.text)
 
-    def test_what_cannot_be_swept(self) -> None:
+    def test_invalid_sweeps_fail_with_the_output_off(self) -> None:
         for arguments, code, error in (
             (["1", "--to", "30"], 1, "sweep: 30.000 V is beyond the channel's range, 0.0 V to 22.0 V"),
             (["2", "--to", "6"], 1, "sweep: 6.000 V is beyond the channel's range, 0.0 V to 5.5 V"),
@@ -427,7 +428,7 @@ class Sequences(Tool):
     def setUp(self) -> None:
         self.resource = self.supply("--load", "1=10")
 
-    def test_list_runs_and_leaves_its_last_group(self) -> None:
+    def test_list_runs_and_keeps_its_last_group(self) -> None:
         file = self.file("volts,amperes,seconds\n# up\n\n1, 0.5, 0.1\r\n2,0.5,0.1\n")
         self.assertEqual(
             run("list", file, "--cycles", "2", "--end", "last", "--on", resource=self.resource),
@@ -476,27 +477,27 @@ class Sequences(Tool):
                 time.sleep(0.05)
                 self.assertFalse(self.output_enabled(self.resource))
 
-    def test_what_the_instrument_refuses(self) -> None:
+    def test_a_sequence_that_the_instrument_refuses_fails(self) -> None:
         error = 'tarnexctl: the instrument refuses the sequence: -222, "Data out of range"\n'
         for command, content in (("list", "23,0.5,1\n"), ("list", "1,0.5,4000\n"), ("delay", "on,4000\n")):
             with self.subTest(content):
                 self.assertEqual(run(command, self.file(content), resource=self.resource), Ran(2, "", error))
 
-    def test_an_old_error_is_not_blamed_on_the_sequence(self) -> None:
+    def test_earlier_errors_in_the_queue_do_not_fail_a_sequence(self) -> None:
         run("list", self.file("23,0.5,1\n23,0.5,1\n"), resource=self.resource)
         self.assertEqual(run("list", self.file("1,0.5,0.01\n"), resource=self.resource).code, 0)
 
-    def test_files_that_are_no_sequence(self) -> None:
+    def test_invalid_files_fail(self) -> None:
         for command, content, error in (
             ("list", "", "{} holds no sequence; give lines of volts,amperes,seconds"),
             ("list", "volts,amperes,seconds\n# nothing\n", "{} holds no sequence; give lines of volts,amperes,seconds"),
             ("list", "1,1,1\n1,1\n", "{}: line 2: give volts,amperes,seconds"),
             ("list", "1,1,1,\n", "{}: line 1: give volts,amperes,seconds"),
-            ("list", "1,much,1\n", "{}: line 1: 'much' is no number"),
-            ("list", "1,1,nan\n", "{}: line 1: 'nan' is no number"),
-            ("list", "1,\x1b[2J,1\n", "{}: line 1: '?[2J' is no number"),
+            ("list", "1,much,1\n", "{}: line 1: 'much' is not a number"),
+            ("list", "1,1,nan\n", "{}: line 1: 'nan' is not a number"),
+            ("list", "1,\x1b[2J,1\n", "{}: line 1: '?[2J' is not a number"),
             ("delay", "up,1\n", "{}: line 1: 'up' is neither on nor off"),
-            ("delay", "# a\non,\n", "{}: line 2: '' is no number"),
+            ("delay", "# a\non,\n", "{}: line 2: '' is not a number"),
         ):
             with self.subTest(content):
                 file = self.file(content)
@@ -510,18 +511,18 @@ class Sequences(Tool):
 
 
 class WrongArguments(Tool):
-    def test_each_is_told_in_one_line(self) -> None:
+    def test_each_error_is_one_line(self) -> None:
         resource = self.supply()
         wrong: List[Tuple[List[str], str]] = [
-            ([], "which command? --help lists them"),
-            (["nonsense"], "The following argument was not expected: nonsense (--help tells more)"),
-            (["get", "--nonsense"], "The following argument was not expected: --nonsense (--help tells more)"),
-            (["on"], "CHANNEL is required (--help tells more)"),
+            ([], "no command given (see --help)"),
+            (["nonsense"], "The following argument was not expected: nonsense (see --help)"),
+            (["get", "--nonsense"], "The following argument was not expected: --nonsense (see --help)"),
+            (["on"], "CHANNEL is required (see --help)"),
             (["set", "1"], "set: give at least one of --voltage, --current, --at-limit, --ovp and --no-ovp"),
-            (["set", "1", "--voltage", "nan"], "--voltage: 'nan' is no number from -1000.000 to 1000.000"),
-            (["set", "1", "--voltage", "3,3"], "--voltage: '3,3' is no number from -1000.000 to 1000.000"),
+            (["set", "1", "--voltage", "nan"], "--voltage: 'nan' is not a number from -1000.000 to 1000.000"),
+            (["set", "1", "--voltage", "3,3"], "--voltage: '3,3' is not a number from -1000.000 to 1000.000"),
             (["set", "1", "--at-limit", "explode"], "--at-limit: explode not in {regulate,trip}"),
-            (["watch", "--interval", "0"], "--interval: '0' is no number from 0.001 to 1000000.000"),
+            (["watch", "--interval", "0"], "--interval: '0' is not a number from 0.001 to 1000000.000"),
             (["sweep", "1"], "--to is required"),
             (["measure", "3"], "channel '3': this command takes 1, 2, OutputChannel1 or OutputChannel2"),
         ]
@@ -532,21 +533,21 @@ class WrongArguments(Tool):
                 self.assertRegex(ran.err, r"\Atarnexctl: [^\n]*\n\Z")
                 self.assertIn(error, ran.err)
 
-    def test_no_resource(self) -> None:
+    def test_a_missing_resource_fails(self) -> None:
         error = (
-            "tarnexctl: which supply? Give --resource or set TARNEX_RESOURCE, for example to "
+            "tarnexctl: no supply given; use --resource or set TARNEX_RESOURCE, for example to "
             "TCPIP0::192.168.1.20::5025::SOCKET\n"
         )
         self.assertEqual(run("get"), Ran(1, "", error))
 
-    def test_the_option_wins_over_the_environment(self) -> None:
+    def test_the_option_takes_precedence_over_the_environment(self) -> None:
         resource = self.supply()
         self.assertEqual(run("reset", "-r", resource, resource=NO_SUPPLY), Ran(0, "", ""))
         self.assertEqual(run("--resource", resource, "reset", resource=NO_SUPPLY), Ran(0, "", ""))
 
 
 class SupplyErrors(Tool):
-    def test_driver_errors_carry_status_and_description(self) -> None:
+    def test_driver_errors_contain_status_and_description(self) -> None:
         resource = self.supply()
         for arguments, error in (
             (
@@ -567,7 +568,7 @@ class SupplyErrors(Tool):
             with self.subTest(arguments):
                 self.assertEqual(run(*arguments, resource=resource), Ran(2, "", f"tarnexctl: {error}\n"))
 
-    def test_no_supply_and_wrong_resources(self) -> None:
+    def test_unreachable_supplies_and_invalid_resources_fail(self) -> None:
         for resource in (NO_SUPPLY, "NOWHERE::INSTR"):
             for command in ("identify", "measure"):
                 with self.subTest(resource=resource, command=command):
@@ -576,18 +577,18 @@ class SupplyErrors(Tool):
                     start = re.escape(f"tarnexctl: opening {resource}: 0xBFFA4214: I/O error.")
                     self.assertRegex(ran.err, rf"\A{start}[^\n]*\n\Z")
 
-    def test_replies_that_make_no_sense(self) -> None:
+    def test_malformed_replies_fail(self) -> None:
         for command in ("get", "measure"):
             with self.subTest(command):
                 ran = run(command, resource=self.supply("--fault", "garbage@2"))
                 self.assertEqual((ran.code, ran.out), (2, ""))
-                self.assertRegex(ran.err, r"\Atarnexctl: the instrument's reply makes no sense: [^\n]*\n\Z")
+                self.assertRegex(ran.err, r"\Atarnexctl: the instrument's reply is malformed: [^\n]*\n\Z")
 
-    def test_a_silent_supply_is_given_up(self) -> None:
+    def test_a_silent_supply_fails_after_the_time_out(self) -> None:
         ran = run("measure", "1", resource=self.supply("--fault", "silent@2"))
         self.assertEqual(ran, Ran(2, "", "tarnexctl: measuring OutputChannel1: 0xBFFA4214: I/O error.\n"))
 
-    def test_a_full_disk_is_told(self) -> None:
+    def test_a_full_disk_fails(self) -> None:
         with open("/dev/full", "wb") as full:
             done = subprocess.run(
                 [TOOL, "identify", "-r", self.supply()],
@@ -607,7 +608,7 @@ class SupplyErrors(Tool):
 
 
 class FakeInstrument:
-    """Says what it is told to say, byte for byte; to everything else nothing."""
+    """Sends the given replies unchanged; ignores every other line."""
 
     def __init__(self, replies: Dict[bytes, bytes]) -> None:
         self._replies = replies
@@ -635,13 +636,13 @@ class HostileText(Tool):
         self.addCleanup(instrument.close)
         return run("identify", *options, resource=instrument.resource)
 
-    def test_nothing_steers_the_terminal(self) -> None:
+    def test_control_characters_do_not_reach_the_terminal(self) -> None:
         ran = self.identify(b'Kel\x1b[2Jtor,TX"4410\\,SN\x07,\xc3\xa9%s%n\xff\xc2\x9b2J\r')
         lines = ran.out.splitlines()
         self.assertEqual((ran.code, ran.err), (0, ""))
         self.assertEqual(lines[:3], ["Manufacturer: Kel?[2Jtor", 'Model:        TX"4410\\', "Firmware:     \u00e9%s%n??2J?"])
 
-    def test_json_stays_json(self) -> None:
+    def test_json_stays_valid(self) -> None:
         ran = self.identify(b'Kel\x1b\ttor,TX"4410\\,SN,\xff\xc3\xa9\xed\xa0\x80', "--json")
         identity = json.loads(ran.out)
         self.assertEqual(identity["manufacturer"], "Kel\x1b\ttor")

@@ -1,9 +1,9 @@
 #include "tools/tarnexctl/channels.h"
 
-#include "tools/tarnexctl/failure.h"
-
 #include <algorithm>
 #include <array>
+
+#include "tools/tarnexctl/failure.h"
 
 namespace tarnexctl {
 
@@ -20,7 +20,8 @@ std::string ChannelName(const std::string& given) {
 ORVA::ChannelNumber ChannelNumberOf(const std::string& given) {
     const auto* const found = std::find(kNames.begin(), kNames.end(), ChannelName(given));
     if (found == kNames.end()) {
-        throw Failure(kUsage, "channel '" + given + "': this command takes 1, 2, OutputChannel1 or OutputChannel2");
+        throw Failure(ExitCode::Usage,
+                      "channel '" + given + "': this command takes 1, 2, OutputChannel1 or OutputChannel2");
     }
     return static_cast<ORVA::ChannelNumber>(found - kNames.begin()) + 1;
 }
@@ -28,5 +29,7 @@ ORVA::ChannelNumber ChannelNumberOf(const std::string& given) {
 std::vector<std::string> ChannelsOr(const std::vector<std::string>& given) {
     return given.empty() ? std::vector<std::string>(kNames.begin(), kNames.end()) : given;
 }
+
+std::string RegulationText(bool constantCurrent) { return constantCurrent ? "CC" : "CV"; }
 
 } // namespace tarnexctl

@@ -1,20 +1,24 @@
 // Channels as the command line names them.
 #pragma once
 
-#include "instrument/scpi_text.h"
-
 #include <string>
 #include <vector>
 
+#include "instrument/scpi_text.h"
+
 namespace tarnexctl {
 
-/// "1" and "2" are short for the physical names; everything else is the driver's to understand.
+/// Returns the physical name for "1" and "2", and any other name unchanged: the driver resolves it.
 std::string ChannelName(const std::string& given);
 
-/// The command layer knows channels by number: "1", "OutputChannel1". Another name is a Failure (usage).
+/// Returns the number of the channel "1", "2" or of a physical name.
+/// On failure: throws Failure (usage) for every other name.
 ORVA::ChannelNumber ChannelNumberOf(const std::string& given);
 
-/// What was given, or all channels of the supply.
+/// Returns `given`, or the physical names of all channels when it is empty.
 std::vector<std::string> ChannelsOr(const std::vector<std::string>& given);
+
+/// Returns "CC" or "CV".
+std::string RegulationText(bool constantCurrent);
 
 } // namespace tarnexctl

@@ -8,14 +8,13 @@
 
 namespace tarnexctl {
 
-CommandLayer::CommandLayer(const Arguments& arguments) {
-    if (ORVA::ParseOptionFlags(arguments.options).simulate) {
+CommandLayer::CommandLayer(const CommonOptions& common) {
+    if (ORVA::ParseOptionFlags(common.options).simulate) {
         supply_ = std::make_unique<ORVA::TARNEXSimulator>();
     } else {
         supply_ = std::make_unique<ORVA::TARNEX>();
     }
-    Check(supply_->Open({.resource = arguments.resource, .options = arguments.options}),
-          "opening " + arguments.resource);
+    Check(supply_->Open({.resource = common.resource, .options = common.options}), "opening " + common.resource);
 }
 
 void CommandLayer::Check(ViStatus status, const std::string& doing) {

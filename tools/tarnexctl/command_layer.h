@@ -1,22 +1,23 @@
-// A supply through the command layer: what the IVI functions do not reach.
+// A supply through the command layer, for operations that the IVI functions do not offer.
 #pragma once
-
-#include "instrument/inst_base.h"
-#include "tools/tarnexctl/arguments.h"
 
 #include <memory>
 #include <string>
 
+#include "instrument/inst_base.h"
+#include "tools/tarnexctl/command.h"
+
 namespace tarnexctl {
 
-/// Opens in the constructor, closes with the object; simulated when the option string says so.
+/// An open supply; simulated when the option string says so. The destructor closes it.
 class CommandLayer {
   public:
-    explicit CommandLayer(const Arguments& arguments);
+    /// On failure: throws Failure.
+    explicit CommandLayer(const CommonOptions& common);
 
     ORVA::InstBase* operator->() const { return supply_.get(); }
 
-    /// A negative status is a Failure, whose text says what did not work.
+    /// Throws Failure for a negative status. `doing` is the start of its text: "measuring OutputChannel1".
     static void Check(ViStatus status, const std::string& doing);
 
   private:

@@ -1,25 +1,28 @@
-// What the tool can do: each command returns its exit code or throws Failure.
+// All commands. Each is defined in the file of its name in commands/.
 #pragma once
 
-#include "tools/tarnexctl/arguments.h"
-#include "tools/tarnexctl/console.h"
+#include <array>
+
+#include "tools/tarnexctl/command.h"
 
 namespace tarnexctl {
 
-// Over the driver's exported functions.
-int Identify(const Arguments& arguments, Console& console);
-int Set(const Arguments& arguments, Console& console);
-int Get(const Arguments& arguments, Console& console);
-int On(const Arguments& arguments, Console& console);
-int Off(const Arguments& arguments, Console& console);
-int ResetSupply(const Arguments& arguments, Console& console);
-int Errors(const Arguments& arguments, Console& console);
+extern const Command kIdentify;
+extern const Command kSet;
+extern const Command kGet;
+extern const Command kOn;
+extern const Command kOff;
+extern const Command kReset;
+extern const Command kErrors;
+extern const Command kMeasure;
+extern const Command kWatch;
+extern const Command kSweep;
+extern const Command kList;
+extern const Command kDelay;
 
-// Over the command layer.
-int Measure(const Arguments& arguments, Console& console);
-int Watch(const Arguments& arguments, Console& console);
-int Sweep(const Arguments& arguments, Console& console);
-int RunList(const Arguments& arguments, Console& console);
-int RunDelay(const Arguments& arguments, Console& console);
+/// In the order of --help.
+inline constexpr std::array kCommands{
+    &kIdentify, &kSet, &kGet, &kOn, &kOff, &kReset, &kErrors, &kMeasure, &kWatch, &kSweep, &kList, &kDelay,
+};
 
 } // namespace tarnexctl

@@ -1,8 +1,5 @@
 #include "tools/tarnexctl/console.h"
 
-#include "tools/tarnexctl/failure.h"
-#include "tools/tarnexctl/safe_text.h"
-
 #include <algorithm>
 #include <iostream>
 #include <string>
@@ -16,12 +13,15 @@
 #include <unistd.h>
 #endif
 
+#include "tools/tarnexctl/failure.h"
+#include "tools/tarnexctl/safe_text.h"
+
 namespace tarnexctl {
 
 namespace {
 
 #ifdef _WIN32
-/// Consoles of Windows follow escape sequences when they are told to.
+/// Returns whether the descriptor is a console, and makes the console interpret escape sequences.
 bool IsTerminal(int descriptor) {
     DWORD mode = 0;
     const auto handle = reinterpret_cast<HANDLE>(::_get_osfhandle(descriptor));
@@ -57,21 +57,21 @@ constexpr int kStandardError = 2;
 
 } // namespace
 
-Console::Console() : output_is_terminal_(IsTerminal(kStandardOutput)), error_is_terminal_(IsTerminal(kStandardError)) {
+Console::Console() : outputIsTerminal_(IsTerminal(kStandardOutput)), errorIsTerminal_(IsTerminal(kStandardError)) {
     output_.reset(TakeStandardOutput());
     if (!output_) {
-        throw Failure(kFileFailed, "standard output cannot be written");
+        throw Failure(ExitCode::FileFailed, "standard output cannot be written");
     }
 }
 
 void Console::Print(std::string_view text) {
     if (std::fwrite(text.data(), 1, text.size(), output_.get()) != text.size() || std::fflush(output_.get()) != 0) {
-        throw Failure(kFileFailed, "standard output cannot be written");
+        throw Failure(ExitCode::FileFailed, "standard output cannot be written");
     }
 }
 
 void Console::ShowProgress(double share, std::string_view text) {
-    if (!error_is_terminal_) {
+    if (!errorIsTerminal_) {
         return;
     }
     constexpr std::size_t kWidth = 30;
@@ -79,13 +79,13 @@ void Console::ShowProgress(double share, std::string_view text) {
     std::string line = "\r[";
     line.append(done, '#').append(kWidth - done, '.').append("] ").append(Printable(text)).append("\x1b[K");
     std::cerr << line << std::flush;
-    progress_shown_ = true;
+    progressShown_ = true;
 }
 
 void Console::ClearProgress() {
-    if (progress_shown_) {
+    if (progressShown_) {
         std::cerr << "\r\x1b[K" << std::flush;
-        progress_shown_ = false;
+        progressShown_ = false;
     }
 }
 

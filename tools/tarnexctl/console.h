@@ -1,4 +1,4 @@
-// Where the tool's output goes.
+// The output of the program.
 #pragma once
 
 #include <cstdio>
@@ -7,37 +7,39 @@
 
 namespace tarnexctl {
 
-/// Standard output, for the tool alone, and a line of progress on standard error.
+/// Standard output of the program, and a line of progress on standard error.
 ///
-/// The command layer writes the number of fields of some replies to standard output. What the tool prints goes to a
-/// duplicate of it instead, and standard output itself leads nowhere as long as the console lives.
+/// The command layer writes the number of fields of some replies to standard output. Print therefore writes to a
+/// duplicate of standard output, and standard output itself is redirected to the null device.
 class Console {
   public:
+    /// On failure: throws Failure.
     Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
-    /// No progress stays behind: the line that tells of a failure stands alone.
+    /// Clears the progress, so that an error message starts on an empty line.
     ~Console() { ClearProgress(); }
 
-    /// Written through at once, so that whoever reads sees it. Throws Failure when it cannot be written.
+    /// Writes `text` and flushes it.
+    /// On failure: throws Failure.
     void Print(std::string_view text);
 
-    /// Whether what is printed is looked at on a terminal.
-    [[nodiscard]] bool OnTerminal() const { return output_is_terminal_; }
+    /// Returns whether standard output is a terminal.
+    [[nodiscard]] bool OnTerminal() const { return outputIsTerminal_; }
 
-    /// A bar from 0 to 1 with a text behind it, in place of the one before; nothing when nobody looks at a terminal.
+    /// Shows a bar from 0 to 1 and a text, in place of the previous ones. No-op when standard error is not a terminal.
     void ShowProgress(double share, std::string_view text);
     void ClearProgress();
 
   private:
     struct Close {
-        // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the one that owns it calls this
+        // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the unique_ptr owns the file
         void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
     };
     std::unique_ptr<std::FILE, Close> output_;
-    bool output_is_terminal_ = false;
-    bool error_is_terminal_ = false;
-    bool progress_shown_ = false;
+    bool outputIsTerminal_ = false;
+    bool errorIsTerminal_ = false;
+    bool progressShown_ = false;
 };
 
 } // namespace tarnexctl

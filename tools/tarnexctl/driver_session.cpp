@@ -1,14 +1,14 @@
 #include "tools/tarnexctl/driver_session.h"
 
-#include "tools/tarnexctl/failure.h"
-
 #include <array>
+
+#include "tools/tarnexctl/failure.h"
 
 namespace tarnexctl {
 
 namespace {
 
-constexpr std::size_t kTextSize = 4096; // the longest text that the driver hands out
+constexpr std::size_t kTextSize = 4096; // the longest text that the driver returns
 
 } // namespace
 
@@ -17,11 +17,12 @@ std::string MessageOf(ViStatus status) {
     return TARNEX_error_message(VI_NULL, status, message.data()) < 0 ? "unknown status" : message.data();
 }
 
-DriverSession::DriverSession(const std::string& resource, const std::string& options) {
-    std::string name = resource;
-    // What an earlier failure left with this thread would hide the description of a failing open.
+DriverSession::DriverSession(const CommonOptions& common) {
+    std::string name = common.resource; // the driver takes it as not const
+    // An error that this thread has not read yet would hide the description of a failed open.
     TARNEX_ClearError(VI_NULL);
-    Check(TARNEX_InitWithOptions(name.data(), VI_FALSE, VI_FALSE, options.c_str(), &session_), "opening " + resource);
+    Check(TARNEX_InitWithOptions(name.data(), VI_FALSE, VI_FALSE, common.options.c_str(), &session_),
+          "opening " + common.resource);
 }
 
 DriverSession::~DriverSession() { TARNEX_close(session_); }

@@ -1,23 +1,25 @@
 // A session of the driver, through its exported functions.
 #pragma once
 
-#include "include/TARNEX.h"
-
 #include <string>
+
+#include "include/TARNEX.h"
+#include "tools/tarnexctl/command.h"
 
 namespace tarnexctl {
 
-/// Opens in the constructor, closes in the destructor. Negative statuses become a Failure; positive ones are success.
+/// An open session; the destructor closes it. All functions throw Failure for a negative status; a positive status is
+/// success.
 class DriverSession {
   public:
-    DriverSession(const std::string& resource, const std::string& options);
+    explicit DriverSession(const CommonOptions& common);
     DriverSession(const DriverSession&) = delete;
     DriverSession& operator=(const DriverSession&) = delete;
     ~DriverSession();
 
     [[nodiscard]] ViSession Handle() const { return session_; }
 
-    /// `doing` says in the failure's text what did not work.
+    /// Throws Failure for a negative status. `doing` is the start of its text: "setting the voltage of OutputChannel1".
     void Check(ViStatus status, const std::string& doing) const;
 
     [[nodiscard]] std::string Text(ViAttr attribute) const;
@@ -30,7 +32,7 @@ class DriverSession {
     ViSession session_ = VI_NULL;
 };
 
-/// The driver's message of a status.
+/// Returns the driver's message for a status.
 std::string MessageOf(ViStatus status);
 
 } // namespace tarnexctl

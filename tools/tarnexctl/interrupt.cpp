@@ -11,7 +11,7 @@ namespace tarnexctl {
 namespace {
 
 std::atomic<bool> interrupted{false};
-static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may touch no other");
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may only access lock-free atomics");
 
 extern "C" void NoteInterrupt(int /*signal*/) { interrupted = true; }
 
@@ -35,7 +35,7 @@ bool Interrupted() { return interrupted; }
 
 bool Wait(double seconds) {
     using Clock = std::chrono::steady_clock;
-    constexpr auto kSlice = std::chrono::milliseconds(50); // how long Ctrl-C may go unnoticed
+    constexpr auto kSlice = std::chrono::milliseconds(50); // the longest delay until Ctrl-C takes effect
     const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
     while (!interrupted && Clock::now() < end) {
         std::this_thread::sleep_for(std::min<Clock::duration>(kSlice, end - Clock::now()));

@@ -1,19 +1,19 @@
-// Ctrl-C as something to ask for: long commands end in order.
+// Signals as a flag, so that long commands can switch the output off before they end.
 #pragma once
 
 namespace tarnexctl {
 
-/// From here on SIGINT and SIGTERM (and SIGHUP, where there is one) no longer end the process; they are noted.
+/// Makes SIGINT, SIGTERM and SIGHUP (where the system has it) set the flag of Interrupted instead of ending the
+/// process.
 void CatchInterrupts();
 
-/// From here on a reader of standard output that goes away no longer ends the process: printing fails instead. For
-/// commands that have something to put in order first.
+/// Makes printing fail instead of ending the process when the reader of standard output has closed it.
 void SurviveBrokenPipes();
 
-/// Whether one of them has come.
+/// Returns whether a caught signal has arrived.
 bool Interrupted();
 
-/// Waits so many seconds, or until one comes. True when none has come.
+/// Waits for `seconds`, or until a caught signal arrives. Returns true when the whole time has passed.
 bool Wait(double seconds);
 
 } // namespace tarnexctl

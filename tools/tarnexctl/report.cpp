@@ -1,21 +1,14 @@
 #include "tools/tarnexctl/report.h"
 
-#include "tools/tarnexctl/safe_text.h"
-
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
+
+#include "tools/tarnexctl/number_text.h"
+#include "tools/tarnexctl/safe_text.h"
 
 namespace tarnexctl {
 
 namespace {
-
-template <class... Rest>
-std::string NumberText(double value, Rest... rest) {
-    std::array<char, 400> text{};
-    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value, rest...).ptr};
-}
 
 std::string TableText(const Cell& cell, int decimals) {
     if (const auto* text = std::get_if<std::string>(&cell)) {
@@ -38,7 +31,7 @@ std::string JsonValue(const Cell& cell) {
         return JsonText(*text);
     }
     if (const auto* real = std::get_if<double>(&cell)) {
-        return std::isfinite(*real) ? NumberText(*real) : "null"; // JSON has no other numbers
+        return std::isfinite(*real) ? Shortest(*real) : "null"; // JSON has no NaN and no infinities
     }
     if (const auto* integer = std::get_if<std::int64_t>(&cell)) {
         return std::to_string(*integer);
@@ -54,8 +47,6 @@ bool IsNumber(const Cell& cell) {
 }
 
 } // namespace
-
-std::string Fixed(double value, int decimals) { return NumberText(value, std::chars_format::fixed, decimals); }
 
 void Report::HideFirstColumn() {
     columns_.erase(columns_.begin());

@@ -1,4 +1,4 @@
-// Rows of named values, shown as a table to people and as JSON to programs.
+// Rows of named values, printed as a table or as JSON.
 #pragma once
 
 #include <cstddef>
@@ -10,24 +10,21 @@
 
 namespace tarnexctl {
 
-/// Nothing is "-" in a table and null in JSON; a boolean is "on" or "off" in a table.
+/// An empty cell is "-" in a table and null in JSON; a boolean is "on" or "off" in a table.
 using Cell = std::variant<std::monostate, std::string, double, std::int64_t, bool>;
 
 struct Column {
     std::string_view key;     ///< in JSON
     std::string_view heading; ///< in a table, with the unit
-    int decimals = 0;         ///< of reals in a table; JSON has them in full
-    std::size_t width = 0;    ///< the least
+    int decimals = 0;         ///< of reals in a table; JSON has the shortest text that reads back as the same value
+    std::size_t width = 0;    ///< minimum, in characters
 };
-
-/// Fixed notation in any locale.
-std::string Fixed(double value, int decimals);
 
 class Report {
   public:
     explicit Report(std::vector<Column> columns) : columns_(std::move(columns)) {}
 
-    /// One cell for each column.
+    /// Adds a row with one cell for each column.
     void Add(std::vector<Cell> row) { rows_.push_back(std::move(row)); }
     void Clear() { rows_.clear(); }
     void HideFirstColumn();
@@ -37,7 +34,7 @@ class Report {
     [[nodiscard]] std::string Headings() const;
     [[nodiscard]] std::string Rows() const;
 
-    /// A line for each value of the only row: "heading:  value".
+    /// A line "heading:  value" for each cell of the only row.
     [[nodiscard]] std::string List() const;
 
     [[nodiscard]] std::string JsonArray() const;

@@ -7,7 +7,7 @@ namespace tarnexctl {
 
 namespace {
 
-/// Length of the UTF-8 sequence that `text` begins with; 0 when it is none.
+/// Returns the length of the UTF-8 sequence at the start of `text`; 0 when there is none.
 std::size_t SequenceLength(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned first = byte(0);
@@ -25,7 +25,7 @@ std::size_t SequenceLength(std::string_view text) {
             return 0;
         }
     }
-    // Overlong forms, surrogates, and what lies beyond U+10FFFF.
+    // Overlong forms, surrogates, and code points beyond U+10FFFF.
     const bool wrong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xED && byte(1) > 0x9F) ||
                        (first == 0xF0 && byte(1) < 0x90) || (first == 0xF4 && byte(1) > 0x8F);
     return wrong ? 0 : length;
@@ -34,7 +34,7 @@ std::size_t SequenceLength(std::string_view text) {
 bool IsControl(std::string_view character) {
     constexpr char kDelete = 127;
     const char c = character.front();
-    // U+0080 to U+009F are controls of two bytes.
+    // U+0080 to U+009F are control characters of two bytes.
     return character.size() == 1 ? c < ' ' || c == kDelete : character.size() == 2 && character < "\xC2\xA0";
 }
 

@@ -1,4 +1,4 @@
-// Texts from outside, an instrument's above all, made fit for a terminal and for JSON: they may hold any byte.
+// Texts that may hold any byte, such as an instrument's replies, made safe for a terminal and for JSON.
 #pragma once
 
 #include <string>
@@ -6,10 +6,10 @@
 
 namespace tarnexctl {
 
-/// Without what would steer a terminal or break a line: control characters, and bytes that are no UTF-8, become "?".
+/// Returns `text` with "?" in place of each control character and of each byte that is not UTF-8.
 std::string Printable(std::string_view text);
 
-/// A JSON string with its quotes. Bytes that are no UTF-8 become U+FFFD.
+/// Returns `text` as a JSON string with its quotes, with U+FFFD in place of each byte that is not UTF-8.
 std::string JsonText(std::string_view text);
 
 } // namespace tarnexctl

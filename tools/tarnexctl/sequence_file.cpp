@@ -1,18 +1,18 @@
 #include "tools/tarnexctl/sequence_file.h"
 
-#include "tools/tarnexctl/failure.h"
-
-#include <charconv>
 #include <cmath>
 #include <fstream>
 #include <string_view>
 #include <utility>
 
+#include "tools/tarnexctl/failure.h"
+#include "tools/tarnexctl/number_text.h"
+
 namespace tarnexctl {
 
 namespace {
 
-constexpr std::size_t kMostGroups = 100000; // more than any supply holds, and no more than memory does
+constexpr std::size_t kMaxGroups = 100000; // more than any supply holds; bounds the memory
 
 std::string Trimmed(std::string_view text) {
     constexpr std::string_view kBlanks = " \t\r";
@@ -37,7 +37,7 @@ std::vector<std::string> Fields(std::string_view line) {
 std::vector<SequenceLine> ReadSequence(const std::string& path, const std::string& header) {
     std::ifstream file(path, std::ios::binary);
     if (!file) {
-        throw Failure(kFileFailed, path + " cannot be read");
+        throw Failure(ExitCode::FileFailed, path + " cannot be read");
     }
     const auto wanted = Fields(header);
     std::vector<SequenceLine> groups;
@@ -53,30 +53,29 @@ std::vector<SequenceLine> ReadSequence(const std::string& path, const std::strin
             continue;
         }
         if (line.fields.size() != wanted.size()) {
-            throw Failure(kFileFailed, line.where + ": give " + header);
+            throw Failure(ExitCode::FileFailed, line.where + ": give " + header);
         }
-        if (groups.size() == kMostGroups) {
-            throw Failure(kFileFailed, line.where + ": too many groups");
+        if (groups.size() == kMaxGroups) {
+            throw Failure(ExitCode::FileFailed, line.where + ": too many groups");
         }
         groups.push_back(std::move(line));
     }
     if (file.bad()) {
-        throw Failure(kFileFailed, path + " cannot be read");
+        throw Failure(ExitCode::FileFailed, path + " cannot be read");
     }
     if (groups.empty()) {
-        throw Failure(kFileFailed, path + " holds no sequence; give lines of " + header);
+        throw Failure(ExitCode::FileFailed, path + " holds no sequence; give lines of " + header);
     }
     return groups;
 }
 
 double NumberIn(const SequenceLine& line, std::size_t field) {
     const std::string& text = line.fields.at(field);
-    double number = 0.0;
-    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || rest != text.data() + text.size() || !std::isfinite(number)) {
-        throw Failure(kFileFailed, line.where + ": '" + text.substr(0, 40) + "' is no number");
+    const auto number = ParseNumber(text);
+    if (!number || !std::isfinite(*number)) {
+        throw Failure(ExitCode::FileFailed, line.where + ": '" + text.substr(0, 40) + "' is not a number");
     }
-    return number;
+    return *number;
 }
 
 } // namespace tarnexctl

@@ -1,4 +1,4 @@
-// Sequences as files: comma-separated values, a group on each line.
+// Sequences as files of comma-separated values, with a group on each line.
 #pragma once
 
 #include <cstddef>
@@ -12,12 +12,13 @@ struct SequenceLine {
     std::vector<std::string> fields;
 };
 
-/// The groups of a file, each with as many fields as `header` names; no group at all is a Failure, as is everything
-/// else that is no sequence. Blank lines and lines that begin with "#" are skipped, and the header itself where it is
-/// the first line. Fields lose their blanks.
+/// Returns the groups of a file, at least one, each with as many fields as `header` names and without blanks around the
+/// fields. Skips blank lines, lines that begin with "#", and the header when it is the first other line.
+/// On failure: throws Failure (file).
 std::vector<SequenceLine> ReadSequence(const std::string& path, const std::string& header);
 
-/// A field as a number; a Failure when it is none.
+/// Returns a field as a finite number.
+/// On failure: throws Failure (file).
 double NumberIn(const SequenceLine& line, std::size_t field);
 
 } // namespace tarnexctl

@@ -1,4 +1,4 @@
-# Completion of tarnexctl for bash: commands, options, and what goes behind them.
+# Completion of tarnexctl for bash: commands, options and their values.
 
 _tarnexctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
@@ -36,7 +36,7 @@ _tarnexctl() {
         ;;
     -r | --resource | -o | --options | --voltage | --current | --ovp | --interval | --count | --from | --to | --step | \
         --limit | --settle | --cycles)
-        return # a value that nobody can guess
+        return # a number or text without completion
         ;;
     esac
 

@@ -10,11 +10,11 @@ Channel::Channel(int number) : index_(static_cast<std::size_t>(number - 1)) { Re
 void Channel::Reset() {
     settings = ChannelSettings{};
     settings.current = kCurrentLimits.at(index_).maximum;
-    settings.ovp_level = kVoltageLimits.at(index_).maximum;
-    settings.ocp_level = kCurrentLimits.at(index_).maximum;
+    settings.ovpLevel = kVoltageLimits.at(index_).maximum;
+    settings.ocpLevel = kCurrentLimits.at(index_).maximum;
 }
 
-/// The current that the load draws at the set voltage when nothing limits it.
+/// Returns the current that the load draws at the programmed voltage without a limit.
 double Channel::DemandedCurrent() const {
     if (!load_ || settings.voltage == 0.0) {
         return 0.0;
@@ -23,22 +23,22 @@ double Channel::DemandedCurrent() const {
 }
 
 Regulation Channel::RegulatedBy() const {
-    return settings.output && DemandedCurrent() > settings.current ? Regulation::kConstantCurrent
-                                                                   : Regulation::kConstantVoltage;
+    return settings.output && DemandedCurrent() > settings.current ? Regulation::ConstantCurrent
+                                                                   : Regulation::ConstantVoltage;
 }
 
 double Channel::OutputVoltage() const {
     if (!settings.output) {
         return 0.0;
     }
-    return RegulatedBy() == Regulation::kConstantVoltage ? settings.voltage : settings.current * load_.value_or(0.0);
+    return RegulatedBy() == Regulation::ConstantVoltage ? settings.voltage : settings.current * load_.value_or(0.0);
 }
 
 double Channel::OutputCurrent() const {
     if (!settings.output) {
         return 0.0;
     }
-    return RegulatedBy() == Regulation::kConstantVoltage ? DemandedCurrent() : settings.current;
+    return RegulatedBy() == Regulation::ConstantVoltage ? DemandedCurrent() : settings.current;
 }
 
 double Channel::OutputPower() const { return OutputVoltage() * OutputCurrent(); }
@@ -47,26 +47,26 @@ unsigned Channel::Condition() const {
     if (!settings.output) {
         return 0;
     }
-    return RegulatedBy() == Regulation::kConstantVoltage ? kVoltageHeld : kVoltageNotHeld;
+    return RegulatedBy() == Regulation::ConstantVoltage ? kVoltageHeld : kVoltageNotHeld;
 }
 
 unsigned Channel::TakeEvent() { return std::exchange(event_, 0); }
 
 std::optional<Protection> Channel::DueProtection(TimePoint now) {
-    if (settings.ovp_enabled && OutputVoltage() > settings.ovp_level) {
-        return Protection::kOverVoltage;
+    if (settings.ovpEnabled && OutputVoltage() > settings.ovpLevel) {
+        return Protection::OverVoltage;
     }
-    if (!settings.output || !settings.ocp_enabled || DemandedCurrent() <= settings.ocp_level) {
-        over_current_since_.reset();
+    if (!settings.output || !settings.ocpEnabled || DemandedCurrent() <= settings.ocpLevel) {
+        overCurrentSince_.reset();
         return std::nullopt;
     }
-    if (!over_current_since_) {
-        over_current_since_ = now;
+    if (!overCurrentSince_) {
+        overCurrentSince_ = now;
     }
-    if (now - *over_current_since_ < std::chrono::duration<double>(settings.ocp_delay)) {
+    if (now - *overCurrentSince_ < std::chrono::duration<double>(settings.ocpDelay)) {
         return std::nullopt;
     }
-    return Protection::kOverCurrent;
+    return Protection::OverCurrent;
 }
 
 std::optional<Protection> Channel::Update(TimePoint now) {
@@ -75,8 +75,8 @@ std::optional<Protection> Channel::Update(TimePoint now) {
         settings.output = false;
     }
     const unsigned condition = Condition();
-    event_ |= condition & ~last_condition_;
-    last_condition_ = condition;
+    event_ |= condition & ~lastCondition_;
+    lastCondition_ = condition;
     return tripped;
 }
 

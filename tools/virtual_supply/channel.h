@@ -1,4 +1,4 @@
-// One output of the supply: its settings, what its load makes of them, and its protections.
+// One output of the supply: settings, load, regulation and protections.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@ namespace virtual_supply {
 
 inline constexpr int kChannelCount = 2;
 
-/// Lowest and highest value that is accepted, both included.
+/// The lowest and the highest accepted value.
 struct Range {
     double minimum;
     double maximum;
@@ -20,30 +20,30 @@ inline constexpr std::array<Range, kChannelCount> kVoltageLimits{{{0.0, 22.0}, {
 inline constexpr std::array<Range, kChannelCount> kCurrentLimits{{{0.0, 5.5}, {0.0, 16.8}}}; // A
 inline constexpr Range kProtectionDelayLimits{0.0, 3600.0};                                  // s
 
-/// What can be set per channel, at its values after power-on and "*RST". Keyword settings hold the value of their
+/// The settings of a channel, with their values after power-on and "*RST". A keyword setting holds the value of its
 /// keyword (keywords.h). Remote sense, delay mode, power-on state, pairing, tracking, off mode, current range and
-/// current rate are kept and read back; they change nothing at the output.
+/// current rate can be set and read back, and have no effect on the output.
 struct ChannelSettings {
     bool output = false;
-    double voltage = 0.0;   // V
-    double current = 0.0;   // A; starts at the channel's maximum
-    double ovp_level = 0.0; // V; starts at the channel's maximum
-    bool ovp_enabled = false;
-    double ocp_level = 0.0; // A; starts at the channel's maximum
-    bool ocp_enabled = false;
-    double ocp_delay = 0.0; // s
-    int ocp_delay_mode = 0;
-    bool remote_sense = false;
-    int power_on_state = 0;
-    int pair_mode = 0;
+    double voltage = 0.0;  // V
+    double current = 0.0;  // A; starts at the channel's maximum
+    double ovpLevel = 0.0; // V; starts at the channel's maximum
+    bool ovpEnabled = false;
+    double ocpLevel = 0.0; // A; starts at the channel's maximum
+    bool ocpEnabled = false;
+    double ocpDelay = 0.0; // s
+    int ocpDelayMode = 0;
+    bool remoteSense = false;
+    int powerOnState = 0;
+    int pairMode = 0;
     bool tracking = false;
-    int off_mode = 0;
-    int current_range = 0;
-    int current_rate = 0;
+    int offMode = 0;
+    int currentRange = 0;
+    int currentRate = 0;
 };
 
-enum class Regulation { kConstantVoltage, kConstantCurrent };
-enum class Protection { kOverVoltage, kOverCurrent };
+enum class Regulation { ConstantVoltage, ConstantCurrent };
+enum class Protection { OverVoltage, OverCurrent };
 
 /// Bits of a channel's questionable condition and event registers. Both are clear while the output is off.
 inline constexpr unsigned kVoltageNotHeld = 0x1; // on, in constant current
@@ -53,18 +53,18 @@ class Channel {
   public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    /// Channel 1 or 2, at its power-on settings, with nothing connected.
+    /// Creates channel 1 or 2 with its power-on settings and without a load.
     explicit Channel(int number);
 
     ChannelSettings settings;
 
-    /// Back to the power-on settings. The load stays connected, the event register keeps what it has latched.
+    /// Restores the power-on settings. The load and the event register stay as they are.
     void Reset();
 
-    /// The resistance (ohms, not negative, 0 is a short circuit) at the output; none: nothing is connected.
+    /// Connects a resistance in ohms (0 is a short circuit, negative values are invalid), or disconnects the load.
     void Connect(std::optional<double> ohms) { load_ = ohms; }
 
-    /// What the output does now. Off: 0 V, 0 A, constant voltage.
+    /// The present state of the output. An output that is off has 0 V, 0 A and constant voltage.
     Regulation RegulatedBy() const;
     double OutputVoltage() const; // V
     double OutputCurrent() const; // A
@@ -72,12 +72,12 @@ class Channel {
 
     unsigned Condition() const;
 
-    /// The condition bits that rose since the last call.
+    /// Returns the condition bits that were set since the last call.
     unsigned TakeEvent();
     void ClearEvent() { event_ = 0; }
 
-    /// Lets the protections and the event register see the present state; to be called before and after every change
-    /// of settings or load. Says which protection has just switched the output off.
+    /// Updates the protections and the event register. Returns the protection that switched the output off, if any.
+    /// The caller must call it before and after every change of settings or load.
     std::optional<Protection> Update(TimePoint now);
 
   private:
@@ -86,8 +86,8 @@ class Channel {
 
     std::size_t index_;
     std::optional<double> load_;
-    std::optional<TimePoint> over_current_since_;
-    unsigned last_condition_ = 0;
+    std::optional<TimePoint> overCurrentSince_;
+    unsigned lastCondition_ = 0;
     unsigned event_ = 0;
 };
 

@@ -51,15 +51,22 @@ Examples:
   virtual_supply --pty
 )";
 
+/// Returns the number that is the whole of `text`; nothing for any other text.
+std::optional<double> ParseNumber(std::string_view text) {
+    double number = 0.0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
+
 std::pair<int, double> ParseLoad(const std::string& text) {
-    const bool names_channel = text.starts_with("1=") || text.starts_with("2=");
-    const std::string_view digits = names_channel ? std::string_view(text).substr(2) : std::string_view();
-    double ohms = 0.0;
-    const auto [rest, error] = std::from_chars(digits.data(), digits.data() + digits.size(), ohms);
-    if (error != std::errc() || rest != digits.data() + digits.size() || !std::isfinite(ohms) || ohms < 0.0) {
+    const bool namesChannel = text.starts_with("1=") || text.starts_with("2=");
+    const std::string_view digits = namesChannel ? std::string_view(text).substr(2) : std::string_view();
+    const auto ohms = ParseNumber(digits);
+    if (!ohms || !std::isfinite(*ohms) || *ohms < 0.0) {
         throw std::invalid_argument("load '" + text + "': give a channel and ohms, for example 1=10");
     }
-    return {text.front() - '0', ohms};
+    return {text.front() - '0', *ohms};
 }
 
 std::string CheckSerial(const std::string& text) {
@@ -75,15 +82,15 @@ std::string CheckHost(const std::string& text) {
 }
 
 std::string CheckDuration(const std::string& text) {
-    double seconds = 0.0;
-    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    const bool sound = error == std::errc() && rest == text.data() + text.size() && seconds > 0.0;
-    return sound && seconds <= kLongestDuration ? std::string() : "the time is a number of seconds above 0, up to 1e9";
+    const auto seconds = ParseNumber(text);
+    return seconds && *seconds > 0.0 && *seconds <= kLongestDuration
+               ? std::string()
+               : "the time is a number of seconds above 0, up to 1e9";
 }
 
 } // namespace
 
-std::optional<ProgramOptions> ParseCommandLine(int argc, const char* const* argv, int& exit_code) {
+std::optional<ProgramOptions> ParseCommandLine(int argc, const char* const* argv, int& exitCode) {
     ProgramOptions options;
     std::vector<std::string> loads;
     std::vector<std::string> faults;
@@ -101,7 +108,7 @@ std::optional<ProgramOptions> ParseCommandLine(int argc, const char* const* argv
                            ->capture_default_str()
                            ->check(CLI::Validator(CheckHost, ""));
 #ifndef _WIN32
-    app.add_flag("--pty", options.pseudo_terminal, "serve on a pseudo-terminal, as a serial line, instead of TCP")
+    app.add_flag("--pty", options.pseudoTerminal, "serve on a pseudo-terminal, as a serial line, instead of TCP")
         ->excludes(port)
         ->excludes(host);
 #endif
@@ -124,11 +131,11 @@ std::optional<ProgramOptions> ParseCommandLine(int argc, const char* const* argv
     app.add_option("--for", options.duration, "stop by itself after so many seconds")
         ->type_name("SECONDS")
         ->check(CLI::Validator(CheckDuration, ""));
-    app.add_flag("--exit-with-parent", options.exit_with_parent,
+    app.add_flag("--exit-with-parent", options.exitWithParent,
                  "stop when the thread that started the program ends (Linux)");
     app.add_flag("-v,--verbose", options.verbose, "print connections, commands and replies on stderr");
 
-    exit_code = 0;
+    exitCode = 0;
     try {
         app.parse(argc, argv);
         for (const std::string& load : loads) {
@@ -141,8 +148,8 @@ std::optional<ProgramOptions> ParseCommandLine(int argc, const char* const* argv
     } catch (const CLI::CallForHelp&) {
         std::cout << app.help();
     } catch (const std::exception& wrong) {
-        std::cerr << "virtual_supply: " << wrong.what() << " (--help tells more)\n";
-        exit_code = kWrongArguments;
+        std::cerr << "virtual_supply: " << wrong.what() << " (see --help)\n";
+        exitCode = kWrongArguments;
     }
     return std::nullopt;
 }

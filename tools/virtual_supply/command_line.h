@@ -1,7 +1,5 @@
-// The program's command line.
+// The command line of the program.
 #pragma once
-
-#include "tools/virtual_supply/faults.h"
 
 #include <cstdint>
 #include <map>
@@ -9,23 +7,25 @@
 #include <string>
 #include <vector>
 
+#include "tools/virtual_supply/faults.h"
+
 namespace virtual_supply {
 
 struct ProgramOptions {
     std::string host = "127.0.0.1";
     std::uint16_t port = 0;
-    bool pseudo_terminal = false;
+    bool pseudoTerminal = false;
     std::string model = "TX4410";
     std::string serial = "SN00000001";
     std::map<int, double> loads; // ohms, by channel
     std::vector<Fault> faults;
     std::optional<double> duration; // s
-    bool exit_with_parent = false;
+    bool exitWithParent = false;
     bool verbose = false;
 };
 
-/// Reads the command line. When the program is to end instead (help was asked for, or an argument is wrong), says what
-/// there is to say on stdout or stderr and returns nothing, with the exit code: 0 or 2.
-std::optional<ProgramOptions> ParseCommandLine(int argc, const char* const* argv, int& exit_code);
+/// Parses the command line. For --help and for invalid arguments, prints a text on stdout or stderr, sets `exitCode` to
+/// 0 or 2 and returns nothing.
+std::optional<ProgramOptions> ParseCommandLine(int argc, const char* const* argv, int& exitCode);
 
 } // namespace virtual_supply

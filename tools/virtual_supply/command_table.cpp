@@ -17,8 +17,8 @@ using L = ListTemplate;
 using D = DelayTemplate;
 using I = Instrument;
 
-constexpr Kind kGroupIndex = Integer({0, kMostGroups - 1});
-constexpr Kind kPlace = Integer({0, kMostGroups});
+constexpr Kind kGroupIndex = Integer({0, kMaxGroups - 1});
+constexpr Kind kPlace = Integer({0, kMaxGroups});
 constexpr Kind kGroupTime = Real(kGroupTimeLimits);
 constexpr Kind kCycles = Integer({0, 99999});
 constexpr Kind kLevel = Real(Range{0.0, kVoltageLimits[0].maximum});
@@ -26,131 +26,131 @@ constexpr Kind kListVolts = Real(kVoltageLimits[0]);
 constexpr Kind kListAmperes = Real(kCurrentLimits[0]);
 
 const std::vector<Setting>& Settings() {
-    static const std::vector<Setting> kSettings{
-        {":INST:SELE", kNone, Word(kChannels), &C::selected_channel},
-        {":SOUR:BLE", kNone, kBoolean, &C::bleeder},
+    static const std::vector<Setting> table{
+        {":INST:SELE", None, Word(kChannels), &C::selectedChannel},
+        {":SOUR:BLE", None, kBoolean, &C::bleeder},
 
-        {":SOUR#:VOLT", kHeader, kVolts, &S::voltage},
-        {":SOUR#:VOLT:PROT", kHeader, kVolts, &S::ovp_level},
-        {":SOUR#:VOLT:PROT:STAT", kHeader, kBoolean, &S::ovp_enabled},
-        {":SOUR#:VOLT:SENS", kHeader, kBoolean, &S::remote_sense},
-        {":SOUR#:CURR", kHeader, kAmperes, &S::current},
-        {":SOUR#:CURR:PROT", kHeader, kAmperes, &S::ocp_level},
-        {":SOUR#:CURR:PROT:STAT", kHeader, kBoolean, &S::ocp_enabled},
-        {":SOUR#:CURR:PROT:DEL", kHeader, kSeconds, &S::ocp_delay},
-        {":SOUR#:CURR:PROT:DEL:MODE", kHeader, Word(kProtectionDelayModes), &S::ocp_delay_mode},
+        {":SOUR#:VOLT", Header, kVolts, &S::voltage},
+        {":SOUR#:VOLT:PROT", Header, kVolts, &S::ovpLevel},
+        {":SOUR#:VOLT:PROT:STAT", Header, kBoolean, &S::ovpEnabled},
+        {":SOUR#:VOLT:SENS", Header, kBoolean, &S::remoteSense},
+        {":SOUR#:CURR", Header, kAmperes, &S::current},
+        {":SOUR#:CURR:PROT", Header, kAmperes, &S::ocpLevel},
+        {":SOUR#:CURR:PROT:STAT", Header, kBoolean, &S::ocpEnabled},
+        {":SOUR#:CURR:PROT:DEL", Header, kSeconds, &S::ocpDelay},
+        {":SOUR#:CURR:PROT:DEL:MODE", Header, Word(kProtectionDelayModes), &S::ocpDelayMode},
 
-        {":OUTP:STAT", kWord, kBoolean, &S::output},
-        {":OUTP:OVP:VAL", kWord, kVolts, &S::ovp_level},
-        {":OUTP:OVP:STAT", kWord, kBoolean, &S::ovp_enabled},
-        {":OUTP:OCP:VAL", kWord, kAmperes, &S::ocp_level},
-        {":OUTP:OCP:STAT", kWord, kBoolean, &S::ocp_enabled},
-        {":OUTP:OCP:DEL", kWord, kSeconds, &S::ocp_delay},
-        {":OUTP:OCP:DEL:MODE", kWord, Word(kProtectionDelayModes), &S::ocp_delay_mode},
-        {":OUTP:PONS:STAT", kWord, Word(kPowerOnStates), &S::power_on_state},
-        {":OUTP:PAIR", kWord, Word(kPairModes), &S::pair_mode},
-        {":OUTP:SENS:STAT", kWord, kBoolean, &S::remote_sense},
-        {":OUTP:TRAC:STAT", kWord, kBoolean, &S::tracking},
-        {":OUTP:OFFM", kWord, Word(kOffModes), &S::off_mode},
+        {":OUTP:STAT", FirstArgument, kBoolean, &S::output},
+        {":OUTP:OVP:VAL", FirstArgument, kVolts, &S::ovpLevel},
+        {":OUTP:OVP:STAT", FirstArgument, kBoolean, &S::ovpEnabled},
+        {":OUTP:OCP:VAL", FirstArgument, kAmperes, &S::ocpLevel},
+        {":OUTP:OCP:STAT", FirstArgument, kBoolean, &S::ocpEnabled},
+        {":OUTP:OCP:DEL", FirstArgument, kSeconds, &S::ocpDelay},
+        {":OUTP:OCP:DEL:MODE", FirstArgument, Word(kProtectionDelayModes), &S::ocpDelayMode},
+        {":OUTP:PONS:STAT", FirstArgument, Word(kPowerOnStates), &S::powerOnState},
+        {":OUTP:PAIR", FirstArgument, Word(kPairModes), &S::pairMode},
+        {":OUTP:SENS:STAT", FirstArgument, kBoolean, &S::remoteSense},
+        {":OUTP:TRAC:STAT", FirstArgument, kBoolean, &S::tracking},
+        {":OUTP:OFFM", FirstArgument, Word(kOffModes), &S::offMode},
 
-        {":MEAS:CURR:RANG", kWord, Word(kCurrentRanges), &S::current_range},
-        {":MEAS:CURR:RATE", kWord, Word(kCurrentRates), &S::current_rate},
+        {":MEAS:CURR:RANG", FirstArgument, Word(kCurrentRanges), &S::currentRange},
+        {":MEAS:CURR:RATE", FirstArgument, Word(kCurrentRates), &S::currentRate},
 
-        {":LIST:STAT", kNone, kBoolean, &C::list_enabled},
-        {":LIST:CYCLE", kNone, kCycles, &C::list_cycles},
-        {":LIST:ENDS", kNone, Word(kListEndStates), &C::list_end_state},
-        {":LIST:TEMP:SEL", kNone, Word(kListShapes), &L::shape},
-        {":LIST:TEMP:MAXV", kNone, kLevel, &L::maximum},
-        {":LIST:TEMP:MINV", kNone, kLevel, &L::minimum},
-        {":LIST:TEMP:PERI", kNone, kGroupTime, &L::period},
-        {":LIST:TEMP:INTE", kNone, kGroupTime, &L::interval},
-        {":LIST:TEMP:CYCLE", kNone, kCycles, &L::cycles},
-        {":LIST:TEMP:INVE", kNone, kBoolean, &L::inverted},
-        {":LIST:TEMP:WIDT", kNone, kGroupTime, &L::width},
-        {":LIST:TEMP:PULSECount", kNone, Integer({1, 256}), &L::pulse_count},
-        {":LIST:TEMP:SYMM", kNone, Integer({0, 100}), &L::symmetry},
-        {":LIST:TEMP:STAI", kNone, Integer({1, kMostGroups}), &L::stairs},
-        {":LIST:TEMP:EXPP", kNone, Integer({1, 512}), &L::exp_power},
-        {":LIST:TEMP:EXPR", kNone, Integer({0, 10}), &L::exp_rate},
+        {":LIST:STAT", None, kBoolean, &C::listEnabled},
+        {":LIST:CYCLE", None, kCycles, &C::listCycles},
+        {":LIST:ENDS", None, Word(kListEndStates), &C::listEndState},
+        {":LIST:TEMP:SEL", None, Word(kListShapes), &L::shape},
+        {":LIST:TEMP:MAXV", None, kLevel, &L::maximum},
+        {":LIST:TEMP:MINV", None, kLevel, &L::minimum},
+        {":LIST:TEMP:PERI", None, kGroupTime, &L::period},
+        {":LIST:TEMP:INTE", None, kGroupTime, &L::interval},
+        {":LIST:TEMP:CYCLE", None, kCycles, &L::cycles},
+        {":LIST:TEMP:INVE", None, kBoolean, &L::inverted},
+        {":LIST:TEMP:WIDT", None, kGroupTime, &L::width},
+        {":LIST:TEMP:PULSECount", None, Integer({1, 256}), &L::pulseCount},
+        {":LIST:TEMP:SYMM", None, Integer({0, 100}), &L::symmetry},
+        {":LIST:TEMP:STAI", None, Integer({1, kMaxGroups}), &L::stairs},
+        {":LIST:TEMP:EXPP", None, Integer({1, 512}), &L::expPower},
+        {":LIST:TEMP:EXPR", None, Integer({0, 10}), &L::expRate},
 
-        {":DELAY:STATe", kNone, kBoolean, &C::delay_enabled},
-        {":DELAY:CYCLEs", kNone, kCycles, &C::delay_cycles},
-        {":DELAY:ENDState", kNone, Word(kDelayEndStates), &C::delay_end_state},
-        {":DELAY:GENerate:SELect", kNone, Word(kDelayModes), &D::mode},
-        {":DELAY:GENerate:PATT", kNone, Word(kDelayPatterns), &D::pattern},
-        {":DELAY:GENerate:POINTs", kNone, Integer({1, kMostGroups}), &D::points},
-        {":DELAY:GENerate:TIMe:ON", kNone, kGroupTime, &D::on_time},
-        {":DELAY:GENerate:TIMe:OFF", kNone, kGroupTime, &D::off_time},
-        {":DELAY:GENerate:TIMe:BASE", kNone, kGroupTime, &D::base_time},
-        {":DELAY:GENerate:TIMe:STEP", kNone, kGroupTime, &D::step_time},
+        {":DELAY:STATe", None, kBoolean, &C::delayEnabled},
+        {":DELAY:CYCLEs", None, kCycles, &C::delayCycles},
+        {":DELAY:ENDState", None, Word(kDelayEndStates), &C::delayEndState},
+        {":DELAY:GENerate:SELect", None, Word(kDelayModes), &D::mode},
+        {":DELAY:GENerate:PATT", None, Word(kDelayPatterns), &D::pattern},
+        {":DELAY:GENerate:POINTs", None, Integer({1, kMaxGroups}), &D::points},
+        {":DELAY:GENerate:TIMe:ON", None, kGroupTime, &D::onTime},
+        {":DELAY:GENerate:TIMe:OFF", None, kGroupTime, &D::offTime},
+        {":DELAY:GENerate:TIMe:BASE", None, kGroupTime, &D::baseTime},
+        {":DELAY:GENerate:TIMe:STEP", None, kGroupTime, &D::stepTime},
     };
-    return kSettings;
+    return table;
 }
 
 const std::vector<Operation>& Operations() {
-    static const std::vector<Operation> kOperations{
-        {"*IDN?", kNone, {}, {kText}, &I::Identify},
-        {"*CLS", kNone, {}, {}, &I::Clear},
-        {"*RST", kNone, {}, {}, &I::Reset},
-        {"*ESR?", kNone, {}, {kInteger}, &I::EventStatus},
-        {"*OPC?", kNone, {}, {kInteger}, &I::OperationComplete},
-        {":SYSTem:ERRor?", kNone, {}, {kInteger, kText}, &I::NextError},
-        {":STATus:QUEStionable:INSTrument:ISUMmary#:CONDition?", kHeader, {}, {kInteger}, &I::QuestionableCondition},
-        {":STATus:QUEStionable:INSTrument:ISUMmary#:EVENt?", kHeader, {}, {kInteger}, &I::QuestionableEvent},
+    static const std::vector<Operation> table{
+        {"*IDN?", None, {}, {kText}, &I::Identify},
+        {"*CLS", None, {}, {}, &I::Clear},
+        {"*RST", None, {}, {}, &I::Reset},
+        {"*ESR?", None, {}, {kInteger}, &I::EventStatus},
+        {"*OPC?", None, {}, {kInteger}, &I::OperationComplete},
+        {":SYSTem:ERRor?", None, {}, {kInteger, kText}, &I::NextError},
+        {":STATus:QUEStionable:INSTrument:ISUMmary#:CONDition?", Header, {}, {kInteger}, &I::QuestionableCondition},
+        {":STATus:QUEStionable:INSTrument:ISUMmary#:EVENt?", Header, {}, {kInteger}, &I::QuestionableEvent},
 
-        {":OUTPut:STATe", kNone, {Word(kAllChannels), kBoolean}, {}, &I::SwitchAllOutputs},
-        {":OUTP:CVCC?", kWord, {}, {Word(kRegulationModes)}, &I::RegulationMode},
+        {":OUTPut:STATe", None, {Word(kAllChannels), kBoolean}, {}, &I::SwitchAllOutputs},
+        {":OUTP:CVCC?", FirstArgument, {}, {Word(kRegulationModes)}, &I::RegulationMode},
 
-        {":MEAS:VOLT?", kWord, {}, {kReading}, &I::MeasureVoltage},
-        {":MEAS:CURR?", kWord, {}, {kReading}, &I::MeasureCurrent},
-        {":MEAS:POWE?", kWord, {}, {kReading}, &I::MeasurePower},
-        {":MEAS:ALL?", kWord, {}, {kReading, kReading, kReading}, &I::MeasureAll},
+        {":MEAS:VOLT?", FirstArgument, {}, {kReading}, &I::MeasureVoltage},
+        {":MEAS:CURR?", FirstArgument, {}, {kReading}, &I::MeasureCurrent},
+        {":MEAS:POWE?", FirstArgument, {}, {kReading}, &I::MeasurePower},
+        {":MEAS:ALL?", FirstArgument, {}, {kReading, kReading, kReading}, &I::MeasureAll},
 
-        {":LIST:STATUS?", kNone, {}, {Word(kListStates), kReading, kInteger, kInteger}, &I::ListStatus},
-        {":LIST:GROUP:NUM?", kNone, {}, {kInteger}, &I::ListGroupCount},
-        {":LIST:GROUP:INS", kNone, {kPlace}, {}, &I::InsertListGroup},
-        {":LIST:GROUP:DEL", kNone, {kGroupIndex}, {}, &I::DeleteListGroup},
-        {":LIST:GROUP:CLE", kNone, {}, {}, &I::ClearListGroups},
-        {":LIST:GROUP:PARA", kNone, {kGroupIndex, kListVolts, kListAmperes, kGroupTime}, {}, &I::SetListGroup},
-        {":LIST:GROUP:PARA?", kNone, {kGroupIndex}, {kReading, kReading, kReading}, &I::GetListGroup},
-        {":LIST:TEMP:OBJ", kNone, {Word(kListObjects), kLevel}, {}, &I::SetListObject},
-        {":LIST:TEMP:OBJ?", kNone, {}, {Word(kListObjects), kReading}, &I::GetListObject},
-        {":LIST:TEMP:POINTs?", kNone, {}, {kInteger}, &I::ListTemplatePoints},
-        {":LIST:TEMP:CONSTruct", kNone, {kPlace}, {}, &I::ConstructList},
+        {":LIST:STATUS?", None, {}, {Word(kListStates), kReading, kInteger, kInteger}, &I::ListStatus},
+        {":LIST:GROUP:NUM?", None, {}, {kInteger}, &I::ListGroupCount},
+        {":LIST:GROUP:INS", None, {kPlace}, {}, &I::InsertListGroup},
+        {":LIST:GROUP:DEL", None, {kGroupIndex}, {}, &I::DeleteListGroup},
+        {":LIST:GROUP:CLE", None, {}, {}, &I::ClearListGroups},
+        {":LIST:GROUP:PARA", None, {kGroupIndex, kListVolts, kListAmperes, kGroupTime}, {}, &I::SetListGroup},
+        {":LIST:GROUP:PARA?", None, {kGroupIndex}, {kReading, kReading, kReading}, &I::GetListGroup},
+        {":LIST:TEMP:OBJ", None, {Word(kListObjects), kLevel}, {}, &I::SetListObject},
+        {":LIST:TEMP:OBJ?", None, {}, {Word(kListObjects), kReading}, &I::GetListObject},
+        {":LIST:TEMP:POINTs?", None, {}, {kInteger}, &I::ListTemplatePoints},
+        {":LIST:TEMP:CONSTruct", None, {kPlace}, {}, &I::ConstructList},
 
-        {":DELAY:STATUS?", kNone, {}, {Word(kDelayStates), kReading, kInteger, kInteger}, &I::DelayStatus},
-        {":DELAY:GROUP:NUM?", kNone, {}, {kInteger}, &I::DelayGroupCount},
-        {":DELAY:GROUP:INSert", kNone, {kPlace}, {}, &I::InsertDelayGroup},
-        {":DELAY:GROUP:DELete", kNone, {kGroupIndex}, {}, &I::DeleteDelayGroup},
-        {":DELAY:GROUP:CLEar", kNone, {}, {}, &I::ClearDelayGroups},
-        {":DELAY:GROUP:PARAmeter", kNone, {kGroupIndex, kBoolean, kGroupTime}, {}, &I::SetDelayGroup},
-        {":DELAY:GROUP:PARAmeter?", kNone, {kGroupIndex}, {kBoolean, kReading}, &I::GetDelayGroup},
-        {":DELAY:GENerate:CONSTruct", kNone, {kPlace}, {}, &I::ConstructDelay},
+        {":DELAY:STATUS?", None, {}, {Word(kDelayStates), kReading, kInteger, kInteger}, &I::DelayStatus},
+        {":DELAY:GROUP:NUM?", None, {}, {kInteger}, &I::DelayGroupCount},
+        {":DELAY:GROUP:INSert", None, {kPlace}, {}, &I::InsertDelayGroup},
+        {":DELAY:GROUP:DELete", None, {kGroupIndex}, {}, &I::DeleteDelayGroup},
+        {":DELAY:GROUP:CLEar", None, {}, {}, &I::ClearDelayGroups},
+        {":DELAY:GROUP:PARAmeter", None, {kGroupIndex, kBoolean, kGroupTime}, {}, &I::SetDelayGroup},
+        {":DELAY:GROUP:PARAmeter?", None, {kGroupIndex}, {kBoolean, kReading}, &I::GetDelayGroup},
+        {":DELAY:GENerate:CONSTruct", None, {kPlace}, {}, &I::ConstructDelay},
 
-        {":TRIG:IN:ENAB", kNone, {Word(kTriggerInputs), kBoolean}, {}, &I::EnableTriggerInput},
-        {":TRIG:IN:ENAB?", kNone, {Word(kTriggerInputs)}, {kBoolean}, &I::TriggerInputEnabled},
+        {":TRIG:IN:ENAB", None, {Word(kTriggerInputs), kBoolean}, {}, &I::EnableTriggerInput},
+        {":TRIG:IN:ENAB?", None, {Word(kTriggerInputs)}, {kBoolean}, &I::TriggerInputEnabled},
     };
-    return kOperations;
+    return table;
 }
 
-template <class Type>
+template <typename Type>
 Type& Field(Instrument& instrument, int channel, Type ChannelSettings::*member) {
-    return instrument.channel(channel).settings.*member;
+    return instrument.ChannelAt(channel).settings.*member;
 }
 
-template <class Type>
+template <typename Type>
 Type& Field(Instrument& instrument, int /*channel*/, Type CommonSettings::*member) {
     return instrument.common.*member;
 }
 
-template <class Type>
+template <typename Type>
 Type& Field(Instrument& instrument, int /*channel*/, Type ListTemplate::*member) {
-    return instrument.list_template.*member;
+    return instrument.listTemplate.*member;
 }
 
-template <class Type>
+template <typename Type>
 Type& Field(Instrument& instrument, int /*channel*/, Type DelayTemplate::*member) {
-    return instrument.delay_template.*member;
+    return instrument.delayTemplate.*member;
 }
 
 struct HeaderOrder {
@@ -161,7 +161,7 @@ struct HeaderOrder {
 using Index = std::map<std::string, Command, HeaderOrder>;
 
 void Add(Index& index, const std::string& header, Command command) {
-    if (command.channel_in != ChannelIn::kHeader) {
+    if (command.channelIn != ChannelIn::Header) {
         index.emplace(header, std::move(command));
         return;
     }
@@ -176,12 +176,12 @@ Index BuildIndex() {
     Index index;
     for (const Setting& setting : Settings()) {
         const std::string header(setting.header);
-        Add(index, header, {setting.channel_in, 0, {setting.kind}, {}, &setting, nullptr});
-        Add(index, header + '?', {setting.channel_in, 0, {}, {setting.kind}, &setting, nullptr});
+        Add(index, header, {setting.channelIn, 0, {setting.kind}, {}, &setting, nullptr});
+        Add(index, header + '?', {setting.channelIn, 0, {}, {setting.kind}, &setting, nullptr});
     }
     for (const Operation& operation : Operations()) {
         Add(index, std::string(operation.header),
-            {operation.channel_in, 0, operation.arguments, operation.reply, nullptr, &operation});
+            {operation.channelIn, 0, operation.arguments, operation.reply, nullptr, &operation});
     }
     return index;
 }
@@ -214,9 +214,9 @@ Reply Command::Run(Instrument& instrument, const Arguments& given) const {
 }
 
 const Command* FindCommand(std::string_view header) {
-    static const Index kIndex = BuildIndex();
-    const auto found = kIndex.find(header);
-    return found == kIndex.end() ? nullptr : &found->second;
+    static const Index index = BuildIndex();
+    const auto found = index.find(header);
+    return found == index.end() ? nullptr : &found->second;
 }
 
 } // namespace virtual_supply

@@ -1,23 +1,23 @@
-// Every command that the supply knows, one row each, and how a row is found.
+// The commands of the supply, one row each, and their lookup by header.
 #pragma once
-
-#include "tools/virtual_supply/instrument.h"
-#include "tools/virtual_supply/kinds.h"
 
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "tools/virtual_supply/instrument.h"
+#include "tools/virtual_supply/kinds.h"
+
 namespace virtual_supply {
 
-/// Where a command says which channel it is for.
+/// The place of the channel number in a command.
 enum class ChannelIn {
-    kNone,   // nowhere: the command is for the supply
-    kHeader, // the '#' in the row's header stands for its number
-    kWord,   // the first argument is CH1 or CH2
+    None,          // the command is for the supply
+    Header,        // '#' in the row's header stands for the number
+    FirstArgument, // CH1 or CH2
 };
 
-/// A value that is kept: "<header> <value>" sets it, "<header>?" reads it back.
+/// A stored value: "<header> <value>" sets it, "<header>?" reads it back.
 struct Setting {
     using Member =
         std::variant<bool ChannelSettings::*, int ChannelSettings::*, double ChannelSettings::*, bool CommonSettings::*,
@@ -25,7 +25,7 @@ struct Setting {
                      double ListTemplate::*, int DelayTemplate::*, double DelayTemplate::*>;
 
     std::string_view header;
-    ChannelIn channel_in;
+    ChannelIn channelIn;
     Kind kind;
     Member member;
 
@@ -33,29 +33,30 @@ struct Setting {
     Value Load(Instrument& instrument, const Arguments& arguments) const;
 };
 
-/// Anything else. The header of a query ends in "?"; arguments follow the channel, if there is one.
+/// Every other command. The header of a query ends in "?". Arguments follow the channel, if there is one.
 struct Operation {
     std::string_view header;
-    ChannelIn channel_in;
+    ChannelIn channelIn;
     std::vector<Kind> arguments;
     std::vector<Kind> reply;
     Reply (Instrument::*run)(const Arguments& arguments);
 };
 
-/// What a header stands for: what a line must hold after it, what is answered, and what is done.
+/// The command of a header: its arguments, its reply and its effect.
 struct Command {
-    ChannelIn channel_in = ChannelIn::kNone;
-    int channel = 0; // the one named in the header, else 0
+    ChannelIn channelIn = ChannelIn::None;
+    int channel = 0; // from the header; 0: not in the header
     std::vector<Kind> arguments;
     std::vector<Kind> reply;
-    const Setting* setting = nullptr;     // one of these two is set
-    const Operation* operation = nullptr; //
+    // Exactly one of these is not null.
+    const Setting* setting = nullptr;
+    const Operation* operation = nullptr;
 
     Reply Run(Instrument& instrument, const Arguments& given) const;
 };
 
-/// The command of a header, which must be spelt as in the table except for letter case (there are no short and long
-/// forms); null when there is none.
+/// Returns the command of a header; null when there is none. The spelling is that of the table (there are no short and
+/// long forms); letter case is ignored.
 const Command* FindCommand(std::string_view header);
 
 } // namespace virtual_supply

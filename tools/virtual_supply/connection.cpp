@@ -8,7 +8,7 @@ namespace {
 
 bool IsBlank(std::string_view line) { return line.find_first_not_of(" \t") == std::string_view::npos; }
 
-/// The text with every byte that would disturb a terminal written as \xNN.
+/// Returns `text` with \xNN in place of each byte that is not printable ASCII.
 std::string Printable(std::string_view text) {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string printable;
@@ -64,8 +64,8 @@ void StreamConnection<Stream>::Read() {
                             });
 }
 
-/// Executes the lines received so far. Stops at a reply, to go on when it is written: a client that asks without
-/// reading the answers has to wait, and costs no memory.
+/// Executes the lines received so far. Stops at a reply and continues when the reply is written: memory stays bounded
+/// for a client that sends queries and does not read the replies.
 template <typename Stream>
 void StreamConnection<Stream>::Proceed() {
     while (const auto line = lines_.Take(unread_)) {
@@ -76,7 +76,7 @@ void StreamConnection<Stream>::Proceed() {
     Read();
 }
 
-/// Executes one line. False: what follows has to wait, or the connection is over.
+/// Executes one line. Returns false when the following lines must wait for a reply or the connection is closed.
 template <typename Stream>
 bool StreamConnection<Stream>::Handle(const LineSplitter::Line& line) {
     if (line.overrun) {

@@ -1,10 +1,6 @@
 // One client of the server.
 #pragma once
 
-#include "tools/virtual_supply/faults.h"
-#include "tools/virtual_supply/line_splitter.h"
-#include "tools/virtual_supply/virtual_supply.h"
-
 #include <array>
 #include <asio.hpp>
 #include <functional>
@@ -12,16 +8,20 @@
 #include <string>
 #include <string_view>
 
+#include "tools/virtual_supply/faults.h"
+#include "tools/virtual_supply/line_splitter.h"
+#include "tools/virtual_supply/virtual_supply.h"
+
 namespace virtual_supply {
 
-/// What the connections of a server share. It outlives them all.
+/// The objects that the connections of a server share. It must outlive them.
 struct Exchange {
     VirtualSupply& supply;
     FaultPlan& faults;
     std::function<void(std::string_view)> log; // may be empty
 };
 
-/// What the server needs to know of a connection.
+/// A connection as the server uses it.
 class Connection {
   public:
     Connection() = default;
@@ -35,13 +35,13 @@ class Connection {
     virtual void Close() = 0;
 };
 
-/// Reads lines, has them executed one after another, and writes the replies. Runs on the server's thread only; lives
-/// as long as an operation on its stream is under way. The streams are asio::ip::tcp::socket and, for
-/// pseudo-terminals, asio::posix::stream_descriptor.
+/// Reads lines, executes them one after another, and writes the replies. Not thread-safe: all functions run on the
+/// server's thread. Pending operations on the stream keep the object alive. The streams are asio::ip::tcp::socket and,
+/// for pseudo-terminals, asio::posix::stream_descriptor.
 template <typename Stream>
 class StreamConnection final : public Connection, public std::enable_shared_from_this<StreamConnection<Stream>> {
   public:
-    /// `closed` is called once, when the connection is over.
+    /// Calls `closed` once, when the connection closes.
     StreamConnection(Stream stream, Exchange& exchange, std::size_t number, std::function<void()> closed);
 
     void Start() override;
@@ -62,7 +62,7 @@ class StreamConnection final : public Connection, public std::enable_shared_from
     const std::size_t number_;
     std::function<void()> closed_;
     std::array<char, kChunkSize> chunk_{};
-    std::string_view unread_; // what is left of chunk_
+    std::string_view unread_; // the part of chunk_ that is not yet split into lines
     LineSplitter lines_;
     std::string outgoing_;
 };

@@ -17,17 +17,17 @@ constexpr auto kGarbageReply = "\xff\x00%s%n{}?!\x01\n"sv;
 struct FaultName {
     std::string_view name;
     FaultKind kind;
-    bool takes_value;
+    std::string_view value; // placeholder of its value; empty: takes none
 };
 
 constexpr std::array<FaultName, 7> kFaultNames{{
-    {"drop", FaultKind::kDrop, false},
-    {"delay", FaultKind::kDelay, true},
-    {"silent", FaultKind::kSilent, false},
-    {"garbage", FaultKind::kGarbage, false},
-    {"cut", FaultKind::kCut, false},
-    {"long", FaultKind::kLong, true},
-    {"crlf", FaultKind::kCrLf, false},
+    {"drop", FaultKind::Drop, ""},
+    {"delay", FaultKind::Delay, "MS"},
+    {"silent", FaultKind::Silent, ""},
+    {"garbage", FaultKind::Garbage, ""},
+    {"cut", FaultKind::Cut, ""},
+    {"long", FaultKind::Long, "BYTES"},
+    {"crlf", FaultKind::CrLf, ""},
 }};
 
 [[noreturn]] void Reject(std::string_view text, std::string_view why) {
@@ -44,7 +44,19 @@ std::uint64_t ParseCount(std::string_view text, std::string_view digits, std::ui
     return number;
 }
 
-/// Splits off what follows the separator; nothing when the separator is not there.
+/// Returns "drop, delay=MS, ... and crlf".
+std::string KnownKinds() {
+    std::string kinds;
+    for (const FaultName& each : kFaultNames) {
+        kinds += &each == &kFaultNames.front() ? "" : &each == &kFaultNames.back() ? " and " : ", ";
+        kinds += each.name;
+        kinds += each.value.empty() ? "" : "=" + std::string(each.value);
+    }
+    return kinds;
+}
+
+/// Removes the separator and the text after it from `text`, and returns the text after it; nothing when there is no
+/// separator.
 std::optional<std::string_view> CutAfter(std::string_view& text, char separator) {
     const auto place = text.find(separator);
     if (place == std::string_view::npos) {
@@ -57,25 +69,25 @@ std::optional<std::string_view> CutAfter(std::string_view& text, char separator)
 
 void Impose(const Fault& fault, Disturbance& disturbance) {
     switch (fault.kind) {
-    case FaultKind::kDrop:
+    case FaultKind::Drop:
         disturbance.drop = true;
         break;
-    case FaultKind::kDelay:
+    case FaultKind::Delay:
         disturbance.delay += std::chrono::milliseconds(fault.value);
         break;
-    case FaultKind::kSilent:
+    case FaultKind::Silent:
         disturbance.silent = true;
         break;
-    case FaultKind::kGarbage:
+    case FaultKind::Garbage:
         disturbance.garbage = true;
         break;
-    case FaultKind::kCut:
+    case FaultKind::Cut:
         disturbance.cut = true;
         break;
-    case FaultKind::kLong:
-        disturbance.long_reply = static_cast<std::size_t>(fault.value);
+    case FaultKind::Long:
+        disturbance.longReply = static_cast<std::size_t>(fault.value);
         break;
-    case FaultKind::kCrLf:
+    case FaultKind::CrLf:
         disturbance.crlf = true;
         break;
     }
@@ -92,11 +104,11 @@ Fault ParseFault(std::string_view text) {
     const auto found =
         std::find_if(kFaultNames.begin(), kFaultNames.end(), [&](const FaultName& each) { return each.name == name; });
     if (found == kFaultNames.end()) {
-        Reject(text, "the kinds are drop, delay=MS, silent, garbage, cut, long=BYTES and crlf");
+        Reject(text, "the kinds are " + KnownKinds());
     }
     Fault fault;
     fault.kind = found->kind;
-    if (found->takes_value) {
+    if (!found->value.empty()) {
         fault.value = ParseCount(text, value.value_or(""), kMaxFaultValue, "the value after '='");
     } else if (value) {
         Reject(text, "this kind takes no value");
@@ -118,8 +130,8 @@ std::string Disturbance::Wire(std::string reply) const {
     if (garbage) {
         return std::string(kGarbageReply);
     }
-    if (reply.size() < long_reply) {
-        reply.append(long_reply - reply.size(), 'X');
+    if (reply.size() < longReply) {
+        reply.append(longReply - reply.size(), 'X');
     }
     if (cut) {
         return reply.substr(0, reply.size() / 2);
@@ -143,7 +155,7 @@ void FaultPlan::Clear() {
     faults_.clear();
 }
 
-std::uint64_t FaultPlan::received() const {
+std::uint64_t FaultPlan::Received() const {
     const std::lock_guard lock(mutex_);
     return received_;
 }

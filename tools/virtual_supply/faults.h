@@ -1,4 +1,4 @@
-// Faults that are injected between the supply and its clients.
+// Faults that the server injects between the supply and its clients.
 #pragma once
 
 #include <chrono>
@@ -14,30 +14,31 @@
 namespace virtual_supply {
 
 enum class FaultKind {
-    kDrop,    // the connection is closed; the command is not executed
-    kDelay,   // the reply comes `value` milliseconds later
-    kSilent,  // the command is executed, the reply never comes
-    kGarbage, // the reply is replaced by bytes that are no sensible reply
-    kCut,     // the reply is cut to half, and has no line end
-    kLong,    // the reply is filled up with 'X' to `value` bytes before its line end
-    kCrLf,    // the reply ends with CR LF
+    Drop,    // closes the connection without executing the command
+    Delay,   // sends the reply `value` milliseconds later
+    Silent,  // executes the command and sends no reply
+    Garbage, // sends bytes that are not a valid reply
+    Cut,     // sends the first half of the reply, without a line end
+    Long,    // pads the reply with 'X' to `value` bytes before its line end
+    CrLf,    // ends the reply with CR LF
 };
 
-/// The largest delay (milliseconds) and the longest reply (bytes) that can be asked for.
+/// The maximum of a delay in milliseconds and of a reply in bytes.
 inline constexpr std::uint64_t kMaxFaultValue = 1'000'000;
 
 struct Fault {
-    FaultKind kind = FaultKind::kDrop;
-    std::uint64_t value = 0; // of kDelay and kLong, 1 to kMaxFaultValue
-    std::uint64_t first = 1; // the received command that is the first to be hit, counting from 1
-    std::uint64_t count = std::numeric_limits<std::uint64_t>::max(); // how many commands are hit
+    FaultKind kind = FaultKind::Drop;
+    std::uint64_t value = 0;                                         // of Delay and Long, 1 to kMaxFaultValue
+    std::uint64_t first = 1;                                         // number of the first command that is hit, from 1
+    std::uint64_t count = std::numeric_limits<std::uint64_t>::max(); // of commands that are hit
 };
 
-/// Reads "KIND[=VALUE][@N[+M]]": drop, delay=MS, silent, garbage, cut, long=BYTES or crlf, hitting M commands (without
-/// "+M" all) from the N-th on (without "@N" from the first on). Throws std::invalid_argument with a text for people.
+/// Parses "KIND[=VALUE][@N[+M]]": drop, delay=MS, silent, garbage, cut, long=BYTES or crlf. The fault hits M commands
+/// (default: all) from the N-th on (default: the first).
+/// On failure: throws std::invalid_argument with a message for users.
 Fault ParseFault(std::string_view text);
 
-/// What the faults make of one command.
+/// The effect of the active faults on one command.
 struct Disturbance {
     bool drop = false;
     std::chrono::milliseconds delay{0};
@@ -45,29 +46,30 @@ struct Disturbance {
     bool garbage = false;
     bool cut = false;
     bool crlf = false;
-    std::size_t long_reply = 0; // bytes; 0: as long as it is
+    std::size_t longReply = 0; // bytes; 0: no padding
 
-    /// The bytes that are sent for a reply; empty when nothing is, as for a command that has no reply.
+    /// Returns the bytes to send for `reply`. Returns nothing for an empty reply, which is that of a command without
+    /// one.
     std::string Wire(std::string reply) const;
 };
 
-/// The faults in force, and the count of received commands that they refer to. Blank and overlong lines do not count.
-/// All functions may be called from any thread.
+/// The active faults, and the count of received commands that they refer to. Blank and overlong lines do not count.
+/// Thread-safe.
 class FaultPlan {
   public:
-    /// Puts a fault in force. N counts all commands received so far, over all connections.
+    /// Adds a fault. Its numbers count the commands of all connections since the start.
     void Add(const Fault& fault);
 
-    /// Puts a fault in force that hits the next `count` commands, whatever has been received so far.
+    /// Adds a fault that hits the next `count` commands.
     void AddForNext(FaultKind kind, std::uint64_t value = 0, std::uint64_t count = 1);
 
-    /// Ends all faults. The count of received commands goes on.
+    /// Removes all faults. The count of received commands stays.
     void Clear();
 
-    /// How many commands have been received.
-    std::uint64_t received() const;
+    /// Returns the number of received commands.
+    std::uint64_t Received() const;
 
-    /// Counts one received command and says what befalls it.
+    /// Counts one received command and returns the effect of the faults on it.
     Disturbance Next();
 
   private:

@@ -26,7 +26,7 @@ void Instrument::Update() {
     RunDelay(now);
     for (std::size_t i = 0; i < channels_.size(); ++i) {
         if (const auto tripped = channels_.at(i).Update(now)) {
-            status.Report(*tripped == Protection::kOverVoltage ? kOverVoltageTrips.at(i) : kOverCurrentTrips.at(i));
+            status.Report(*tripped == Protection::OverVoltage ? kOverVoltageTrips.at(i) : kOverCurrentTrips.at(i));
         }
     }
 }
@@ -43,12 +43,12 @@ Reply Instrument::Clear(const Arguments& /*arguments*/) {
 
 Reply Instrument::Reset(const Arguments& /*arguments*/) {
     common = CommonSettings{};
-    list_template = ListTemplate{};
-    delay_template = DelayTemplate{};
+    listTemplate = ListTemplate{};
+    delayTemplate = DelayTemplate{};
     list_.Clear();
     delay_.Clear();
-    list_progress_ = {};
-    delay_progress_ = {};
+    listProgress_ = {};
+    delayProgress_ = {};
     for (Channel& each : channels_) {
         each.Reset();
     }
@@ -59,7 +59,7 @@ Reply Instrument::EventStatus(const Arguments& /*arguments*/) {
     return {static_cast<double>(status.TakeEventStatus())};
 }
 
-// Every command is complete when the next one is read.
+// Commands run one after another, so every earlier command is complete.
 Reply Instrument::OperationComplete(const Arguments& /*arguments*/) { return {1.0}; }
 
 Reply Instrument::NextError(const Arguments& /*arguments*/) {
@@ -68,14 +68,14 @@ Reply Instrument::NextError(const Arguments& /*arguments*/) {
 }
 
 Reply Instrument::QuestionableCondition(const Arguments& arguments) {
-    return {static_cast<double>(channel(arguments.channel).Condition())};
+    return {static_cast<double>(ChannelAt(arguments.channel).Condition())};
 }
 
 Reply Instrument::QuestionableEvent(const Arguments& arguments) {
-    return {static_cast<double>(channel(arguments.channel).TakeEvent())};
+    return {static_cast<double>(ChannelAt(arguments.channel).TakeEvent())};
 }
 
-// The first argument is the word ALL, which says nothing more.
+// The first argument is the keyword ALL, which is the only accepted one.
 Reply Instrument::SwitchAllOutputs(const Arguments& arguments) {
     for (Channel& each : channels_) {
         each.settings.output = arguments.values.at(1) != 0.0;
@@ -84,75 +84,73 @@ Reply Instrument::SwitchAllOutputs(const Arguments& arguments) {
 }
 
 Reply Instrument::RegulationMode(const Arguments& arguments) {
-    return {channel(arguments.channel).RegulatedBy() == Regulation::kConstantVoltage ? 0.0 : 1.0};
+    return {ChannelAt(arguments.channel).RegulatedBy() == Regulation::ConstantVoltage ? 0.0 : 1.0};
 }
 
-Reply Instrument::MeasureVoltage(const Arguments& arguments) { return {channel(arguments.channel).OutputVoltage()}; }
+Reply Instrument::MeasureVoltage(const Arguments& arguments) { return {ChannelAt(arguments.channel).OutputVoltage()}; }
 
-Reply Instrument::MeasureCurrent(const Arguments& arguments) { return {channel(arguments.channel).OutputCurrent()}; }
+Reply Instrument::MeasureCurrent(const Arguments& arguments) { return {ChannelAt(arguments.channel).OutputCurrent()}; }
 
-Reply Instrument::MeasurePower(const Arguments& arguments) { return {channel(arguments.channel).OutputPower()}; }
+Reply Instrument::MeasurePower(const Arguments& arguments) { return {ChannelAt(arguments.channel).OutputPower()}; }
 
 Reply Instrument::MeasureAll(const Arguments& arguments) {
-    const Channel& measured = channel(arguments.channel);
+    const Channel& measured = ChannelAt(arguments.channel);
     return {measured.OutputVoltage(), measured.OutputCurrent(), measured.OutputPower()};
 }
 
-// Both sequencers drive channel 1. They are off again when their last cycle is over, and leave the output as their end
-// state says.
+// Both sequencers drive channel 1. After the last cycle they switch themselves off and apply their end state.
 
 void Instrument::RunList(std::chrono::steady_clock::time_point now) {
-    const auto elapsed = list_watch_.Elapsed(common.list_enabled, now);
+    const auto elapsed = listWatch_.Elapsed(common.listEnabled, now);
     if (!elapsed) {
-        list_progress_.running = false;
+        listProgress_.running = false;
         return;
     }
-    list_progress_ = ProgressOf(list_.groups(), common.list_cycles, *elapsed);
+    listProgress_ = ProgressOf(list_.Groups(), common.listCycles, *elapsed);
     if (list_.size() > 0) {
-        const ListGroup& group = list_.At(list_progress_.group);
-        channel(1).settings.voltage = group.voltage;
-        channel(1).settings.current = group.current;
+        const ListGroup& group = list_.At(listProgress_.group);
+        ChannelAt(1).settings.voltage = group.voltage;
+        ChannelAt(1).settings.current = group.current;
     }
-    if (!list_progress_.running) {
-        common.list_enabled = false;
-        channel(1).settings.output = channel(1).settings.output && common.list_end_state != 0;
+    if (!listProgress_.running) {
+        common.listEnabled = false;
+        ChannelAt(1).settings.output = ChannelAt(1).settings.output && common.listEndState != 0;
     }
 }
 
 void Instrument::RunDelay(std::chrono::steady_clock::time_point now) {
-    const auto elapsed = delay_watch_.Elapsed(common.delay_enabled, now);
+    const auto elapsed = delayWatch_.Elapsed(common.delayEnabled, now);
     if (!elapsed) {
-        delay_progress_.running = false;
+        delayProgress_.running = false;
         return;
     }
-    delay_progress_ = ProgressOf(delay_.groups(), common.delay_cycles, *elapsed);
-    bool& output = channel(1).settings.output;
+    delayProgress_ = ProgressOf(delay_.Groups(), common.delayCycles, *elapsed);
+    bool& output = ChannelAt(1).settings.output;
     if (delay_.size() > 0) {
-        output = delay_.At(delay_progress_.group).on;
+        output = delay_.At(delayProgress_.group).on;
     }
-    if (!delay_progress_.running) {
+    if (!delayProgress_.running) {
         constexpr int kOff = 0;
         constexpr int kOn = 1;
-        common.delay_enabled = false;
-        output = common.delay_end_state == kOn || (common.delay_end_state != kOff && output);
+        common.delayEnabled = false;
+        output = common.delayEndState == kOn || (common.delayEndState != kOff && output);
     }
 }
 
 namespace {
 
-Reply ProgressReply(const Progress& progress, int running_word) {
-    return {static_cast<double>(progress.running ? running_word : 0), progress.seconds,
-            static_cast<double>(progress.group), static_cast<double>(progress.cycle)};
+/// `state` is a value of kListStates or kDelayStates.
+Reply ProgressReply(const Progress& progress, double state) {
+    return {state, progress.seconds, static_cast<double>(progress.group), static_cast<double>(progress.cycle)};
 }
 
 } // namespace
 
 Reply Instrument::ListStatus(const Arguments& /*arguments*/) {
-    if (!list_progress_.running && list_.size() > 0) {
-        return {1.0, list_progress_.seconds, static_cast<double>(list_progress_.group),
-                static_cast<double>(list_progress_.cycle)}; // ready
-    }
-    return ProgressReply(list_progress_, 2);
+    constexpr double kStopped = 0.0;
+    constexpr double kReady = 1.0;
+    constexpr double kRunning = 2.0;
+    return ProgressReply(listProgress_, listProgress_.running ? kRunning : list_.size() > 0 ? kReady : kStopped);
 }
 
 Reply Instrument::ListGroupCount(const Arguments& /*arguments*/) { return {static_cast<double>(list_.size())}; }
@@ -184,25 +182,29 @@ Reply Instrument::GetListGroup(const Arguments& arguments) {
 }
 
 Reply Instrument::SetListObject(const Arguments& arguments) {
-    list_template.object = static_cast<int>(arguments.values.at(0));
-    list_template.other_value = arguments.values.at(1);
+    listTemplate.object = static_cast<int>(arguments.values.at(0));
+    listTemplate.otherValue = arguments.values.at(1);
     return {};
 }
 
 Reply Instrument::GetListObject(const Arguments& /*arguments*/) {
-    return {static_cast<double>(list_template.object), list_template.other_value};
+    return {static_cast<double>(listTemplate.object), listTemplate.otherValue};
 }
 
 Reply Instrument::ListTemplatePoints(const Arguments& /*arguments*/) {
-    return {static_cast<double>(Generate(list_template).size())};
+    return {static_cast<double>(Generate(listTemplate).size())};
 }
 
 Reply Instrument::ConstructList(const Arguments& arguments) {
-    list_.Replace(arguments.values.at(0), Generate(list_template));
+    list_.Replace(arguments.values.at(0), Generate(listTemplate));
     return {};
 }
 
-Reply Instrument::DelayStatus(const Arguments& /*arguments*/) { return ProgressReply(delay_progress_, 1); }
+Reply Instrument::DelayStatus(const Arguments& /*arguments*/) {
+    constexpr double kStopped = 0.0;
+    constexpr double kRunning = 1.0;
+    return ProgressReply(delayProgress_, delayProgress_.running ? kRunning : kStopped);
+}
 
 Reply Instrument::DelayGroupCount(const Arguments& /*arguments*/) { return {static_cast<double>(delay_.size())}; }
 
@@ -233,17 +235,17 @@ Reply Instrument::GetDelayGroup(const Arguments& arguments) {
 }
 
 Reply Instrument::ConstructDelay(const Arguments& arguments) {
-    delay_.Replace(arguments.values.at(0), Generate(delay_template));
+    delay_.Replace(arguments.values.at(0), Generate(delayTemplate));
     return {};
 }
 
 Reply Instrument::EnableTriggerInput(const Arguments& arguments) {
-    common.trigger_inputs.at(static_cast<std::size_t>(arguments.values.at(0)) - 1) = arguments.values.at(1) != 0.0;
+    common.triggerInputs.at(static_cast<std::size_t>(arguments.values.at(0)) - 1) = arguments.values.at(1) != 0.0;
     return {};
 }
 
 Reply Instrument::TriggerInputEnabled(const Arguments& arguments) {
-    return {common.trigger_inputs.at(static_cast<std::size_t>(arguments.values.at(0)) - 1) ? 1.0 : 0.0};
+    return {common.triggerInputs.at(static_cast<std::size_t>(arguments.values.at(0)) - 1) ? 1.0 : 0.0};
 }
 
 } // namespace virtual_supply

@@ -1,11 +1,6 @@
-// The supply behind its commands: two channels, the settings they share, status, identity, and the operations that
-// the command table names.
+// The model behind the commands: two channels, common settings, status, identity, and the operations of the command
+// table.
 #pragma once
-
-#include "tools/virtual_supply/channel.h"
-#include "tools/virtual_supply/kinds.h"
-#include "tools/virtual_supply/sequencer.h"
-#include "tools/virtual_supply/status.h"
 
 #include <array>
 #include <chrono>
@@ -14,46 +9,53 @@
 #include <string>
 #include <vector>
 
+#include "tools/virtual_supply/channel.h"
+#include "tools/virtual_supply/kinds.h"
+#include "tools/virtual_supply/sequencer.h"
+#include "tools/virtual_supply/status.h"
+
 namespace virtual_supply {
 
-/// Settings that belong to no channel, at their values after power-on and "*RST".
+/// The settings of the whole supply, with their values after power-on and "*RST".
 struct CommonSettings {
-    int selected_channel = 1;
+    int selectedChannel = 1;
     bool bleeder = false;
 
-    bool list_enabled = false;
-    int list_cycles = 1; // 0: for ever
-    int list_end_state = 0;
-    bool delay_enabled = false;
-    int delay_cycles = 1; // 0: for ever
-    int delay_end_state = 0;
-    std::array<bool, 4> trigger_inputs{};
+    bool listEnabled = false;
+    int listCycles = 1; // 0: without end
+    int listEndState = 0;
+    bool delayEnabled = false;
+    int delayCycles = 1; // 0: without end
+    int delayEndState = 0;
+    std::array<bool, 4> triggerInputs{};
 };
 
-/// What an operation is called with: the channel it is for (0 when the command has none) and its arguments, parsed
-/// and checked as its row in the command table says.
+/// The arguments of an operation: its channel (0: none) and the values, parsed and checked according to its row in the
+/// command table.
 struct Arguments {
     int channel = 0;
     std::vector<double> values;
 };
 
-/// The fields of a reply, as many as the row in the command table says; none from an operation that is no query.
+/// The fields of a reply, as many as the row in the command table has; empty for an operation that is not a query.
 using Reply = std::vector<Value>;
 
 using Clock = std::function<std::chrono::steady_clock::time_point()>;
 
 class Instrument {
   public:
-    /// `identity` is the whole answer to "*IDN?".
+    /// `identity` is the reply to "*IDN?".
     Instrument(std::string identity, Clock clock);
 
-    Channel& channel(int number) { return channels_.at(static_cast<std::size_t>(number - 1)); }
+    /// `number` is 1 or 2.
+    Channel& ChannelAt(int number) { return channels_.at(static_cast<std::size_t>(number - 1)); }
     CommonSettings common;
     Status status;
-    ListTemplate list_template;
-    DelayTemplate delay_template;
+    ListTemplate listTemplate;
+    DelayTemplate delayTemplate;
 
-    /// Lets time pass: protections trip, event registers latch. To be called before and after every change.
+    /// Advances the sequencers, the protections and the event registers to the present time.
+    /// The caller must call it before and after every change.
     void Update();
 
     Reply Identify(const Arguments& arguments);
@@ -103,11 +105,11 @@ class Instrument {
     Clock clock_;
     std::array<Channel, kChannelCount> channels_{Channel(1), Channel(2)};
     GroupTable<ListGroup> list_;
-    Stopwatch list_watch_;
-    Progress list_progress_;
+    Stopwatch listWatch_;
+    Progress listProgress_;
     GroupTable<DelayGroup> delay_;
-    Stopwatch delay_watch_;
-    Progress delay_progress_;
+    Stopwatch delayWatch_;
+    Progress delayProgress_;
 };
 
 } // namespace virtual_supply

@@ -1,4 +1,4 @@
-// The words that stand for choices. Where a value has several, all are accepted and the first is answered.
+// The keywords of arguments and replies. All keywords of a value are accepted; the first one is used in replies.
 #pragma once
 
 #include <array>

@@ -9,7 +9,7 @@ namespace virtual_supply {
 
 namespace {
 
-// Not std::toupper: that one asks the locale, and must not be given a negative char.
+// std::toupper depends on the locale, and is undefined for negative values of char.
 constexpr char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 double CheckRange(const Kind& kind, int channel, double number) {
@@ -21,7 +21,7 @@ double CheckRange(const Kind& kind, int channel, double number) {
 }
 
 double ParseNumber(std::string_view text, std::string_view allowed) {
-    // The allowed characters keep out "nan" and "inf", which std::from_chars would take.
+    // std::from_chars accepts "nan" and "inf", which the allowed characters exclude.
     if (text.find_first_not_of(allowed) != std::string_view::npos) {
         throw Refusal(kDataTypeError);
     }
@@ -88,16 +88,16 @@ bool LessIgnoringCase(std::string_view left, std::string_view right) {
 
 double ParseArgument(const Kind& kind, int channel, std::string_view text) {
     switch (kind.type) {
-    case Kind::Type::kBoolean:
+    case Kind::Type::Boolean:
         return ParseBoolean(text);
-    case Kind::Type::kInteger:
+    case Kind::Type::Integer:
         return CheckRange(kind, channel, ParseNumber(text, "0123456789+-"));
-    case Kind::Type::kReal:
+    case Kind::Type::Real:
         return CheckRange(kind, channel, ParseNumber(text, "0123456789+-.eE"));
-    case Kind::Type::kKeyword:
+    case Kind::Type::Keyword:
         return ParseKeyword(kind.words, text);
-    case Kind::Type::kText:
-        break; // a reply only: no command takes text
+    case Kind::Type::Text:
+        break; // of replies only
     }
     throw Refusal(kDataTypeError);
 }
@@ -109,17 +109,17 @@ void AppendReply(const Kind& kind, const Value& value, std::string& reply) {
     }
     const double number = std::get<double>(value);
     switch (kind.type) {
-    case Kind::Type::kBoolean:
+    case Kind::Type::Boolean:
         reply += number != 0.0 ? "ON" : "OFF";
         break;
-    case Kind::Type::kInteger:
+    case Kind::Type::Integer:
         reply += std::to_string(static_cast<long long>(number));
         break;
-    case Kind::Type::kReal:
-    case Kind::Type::kText:
+    case Kind::Type::Real:
+    case Kind::Type::Text:
         AppendReal(number, reply);
         break;
-    case Kind::Type::kKeyword:
+    case Kind::Type::Keyword:
         AppendKeyword(kind.words, static_cast<int>(number), reply);
         break;
     }

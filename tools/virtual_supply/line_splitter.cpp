@@ -6,10 +6,10 @@ namespace virtual_supply {
 
 std::optional<LineSplitter::Line> LineSplitter::Take(std::string_view& received) {
     while (!received.empty()) {
-        const auto line_feed = received.find('\n');
-        const bool ends = line_feed != std::string_view::npos;
-        const std::string_view part = received.substr(0, line_feed);
-        received.remove_prefix(ends ? line_feed + 1 : received.size());
+        const auto lineFeed = received.find('\n');
+        const bool ends = lineFeed != std::string_view::npos;
+        const std::string_view part = received.substr(0, lineFeed);
+        received.remove_prefix(ends ? lineFeed + 1 : received.size());
         if (dropping_) {
             dropping_ = !ends;
             continue;

@@ -1,4 +1,4 @@
-// Cuts a stream of received bytes into lines.
+// Splits a stream of received bytes into lines.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace virtual_supply {
 
-/// The longest line that is taken in, in bytes without its line feed.
+/// The maximum length of a line in bytes, without its line feed.
 inline constexpr std::size_t kMaxLineLength = 4096;
 
 class LineSplitter {
@@ -18,9 +18,9 @@ class LineSplitter {
         bool overrun = false; // the line was longer than kMaxLineLength; the text is lost
     };
 
-    /// Takes bytes from the front of `received` up to and including the next line feed, and returns the line that
-    /// they complete; nothing when `received` ran out before. An overrun is reported as soon as it happens, once per
-    /// line, and the rest of that line is dropped. Never keeps more than kMaxLineLength bytes.
+    /// Removes bytes from the front of `received` up to and including the next line feed, and returns the completed
+    /// line; nothing when `received` has no line feed. Reports an overrun once per line, as soon as it happens, and
+    /// drops the rest of that line. Stores at most kMaxLineLength bytes.
     std::optional<Line> Take(std::string_view& received);
 
   private:

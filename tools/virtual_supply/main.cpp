@@ -1,8 +1,4 @@
-// The virtual supply as a program: serves on the loopback interface or a pseudo-terminal until it is told to stop.
-
-#include "tools/virtual_supply/command_line.h"
-#include "tools/virtual_supply/server.h"
-#include "tools/virtual_supply/virtual_supply.h"
+// The virtual supply as a program: serves on the loopback interface or a pseudo-terminal until a signal stops it.
 
 #include <asio.hpp>
 #include <chrono>
@@ -18,6 +14,10 @@
 #include <unistd.h>
 #endif
 
+#include "tools/virtual_supply/command_line.h"
+#include "tools/virtual_supply/server.h"
+#include "tools/virtual_supply/virtual_supply.h"
+
 namespace {
 
 using virtual_supply::ProgramOptions;
@@ -25,7 +25,7 @@ using virtual_supply::VirtualSupply;
 using virtual_supply::VirtualSupplyServer;
 
 #ifdef __linux__
-/// Has SIGTERM sent to this process when its parent ends. False: the parent has ended already.
+/// Makes the system send SIGTERM to this process when its parent ends. Returns false when the parent has ended already.
 bool TieToParent() {
     const pid_t parent = getppid();
     return prctl(PR_SET_PDEATHSIG, SIGTERM) == 0 && getppid() == parent;
@@ -38,10 +38,10 @@ void Log(std::string_view line) { std::cerr << (std::string(line) + '\n') << std
 
 int Run(const ProgramOptions& options) {
     asio::io_context context{1};
-    // Before the ready line: whoever has read it may send a signal at once.
+    // Before the ready line: its reader may send a signal at once.
     asio::signal_set signals(context, SIGINT, SIGTERM);
     signals.async_wait([&](asio::error_code /*error*/, int /*signal*/) { context.stop(); });
-    if (options.exit_with_parent && !TieToParent()) {
+    if (options.exitWithParent && !TieToParent()) {
         return EXIT_SUCCESS;
     }
     asio::steady_timer timer(context);
@@ -56,15 +56,15 @@ int Run(const ProgramOptions& options) {
         supply.SetLoad(channel, ohms);
     }
     const auto announce = [&supply](std::string_view resource) {
-        std::cout << ("Virtual " + supply.model() + " listening on " + std::string(resource) + '\n') << std::flush;
+        std::cout << ("Virtual " + supply.Model() + " listening on " + std::string(resource) + '\n') << std::flush;
     };
     const VirtualSupplyServer server(supply, {.host = options.host,
                                               .port = options.port,
-                                              .pseudo_terminal = options.pseudo_terminal,
+                                              .pseudoTerminal = options.pseudoTerminal,
                                               .faults = options.faults,
                                               .log = options.verbose ? &Log : nullptr,
                                               .moved = announce});
-    announce(server.resource());
+    announce(server.Resource());
     context.run();
     return EXIT_SUCCESS;
 }
@@ -73,9 +73,9 @@ int Run(const ProgramOptions& options) {
 
 int main(int argc, char** argv) {
     try {
-        int exit_code = EXIT_SUCCESS;
-        const auto options = virtual_supply::ParseCommandLine(argc, argv, exit_code);
-        return options ? Run(*options) : exit_code;
+        int exitCode = EXIT_SUCCESS;
+        const auto options = virtual_supply::ParseCommandLine(argc, argv, exitCode);
+        return options ? Run(*options) : exitCode;
     } catch (const std::exception& failure) {
         std::cerr << "virtual_supply: " << failure.what() << '\n';
         return EXIT_FAILURE;

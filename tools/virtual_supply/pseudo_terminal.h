@@ -1,15 +1,15 @@
-// A serial line without wires: what is written at one end comes out at the other.
+// A pair of connected ends that behaves as a serial line.
 #pragma once
 
 #include <string>
 
 namespace virtual_supply {
 
-/// The line is raw: no echo, no line editing, every byte as it is. Both ends are closed with the object, which hangs up
-/// on whoever has the far end open.
+/// The line is raw: it transfers every byte unchanged, without echo and line editing. The destructor closes both ends,
+/// which disconnects clients that have the far end open.
 class PseudoTerminal {
   public:
-    /// Throws std::system_error, with a text for people, when there is none to be had.
+    /// On failure: throws std::system_error with a message for users.
     PseudoTerminal();
     PseudoTerminal(PseudoTerminal&& other) noexcept;
     PseudoTerminal(const PseudoTerminal&) = delete;
@@ -17,15 +17,15 @@ class PseudoTerminal {
     PseudoTerminal& operator=(PseudoTerminal&&) = delete;
     ~PseudoTerminal();
 
-    /// The device that clients open: "/dev/pts/3".
-    const std::string& device() const { return device_; }
+    /// Returns the device that clients open: "/dev/pts/3".
+    const std::string& Device() const { return device_; }
 
-    /// The near end, from now on the caller's to close.
+    /// Returns the near end, which the caller must close.
     int ReleaseNearEnd();
 
   private:
     int near_ = -1;
-    int far_ = -1; // held open, so that the near end does not see clients come and go as errors
+    int far_ = -1; // stays open: without it, reading the near end fails while no client has the device open
     std::string device_;
 };
 

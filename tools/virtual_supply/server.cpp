@@ -1,10 +1,5 @@
 #include "tools/virtual_supply/server.h"
 
-#include "tools/virtual_supply/connection.h"
-#ifndef _WIN32
-#include "tools/virtual_supply/pseudo_terminal.h"
-#endif
-
 #include <asio.hpp>
 #include <atomic>
 #include <chrono>
@@ -16,6 +11,11 @@
 #include <thread>
 #include <utility>
 
+#include "tools/virtual_supply/connection.h"
+#ifndef _WIN32
+#include "tools/virtual_supply/pseudo_terminal.h"
+#endif
+
 namespace virtual_supply {
 
 namespace {
@@ -26,7 +26,7 @@ tcp::endpoint LoopbackEndpoint(const std::string& host, std::uint16_t port) {
     asio::error_code error;
     const auto address = asio::ip::make_address(host, error);
     if (error || !address.is_loopback()) {
-        throw std::invalid_argument("host '" + host + "' is no address of the loopback interface");
+        throw std::invalid_argument("host '" + host + "' is not an address of the loopback interface");
     }
     return {address, port};
 }
@@ -35,14 +35,14 @@ tcp::acceptor Listen(asio::io_context& context, const tcp::endpoint& endpoint) {
     try {
         return {context, endpoint};
     } catch (const std::system_error& failure) {
-        // In the system's own category: Asio's does not compare with std::errc.
+        // Asio's own category does not compare with std::errc.
         throw std::system_error({failure.code().value(), std::system_category()},
                                 "cannot listen on " + endpoint.address().to_string() + " port " +
                                     std::to_string(endpoint.port()));
     }
 }
 
-/// Where the clients of a server come from. Runs on the server's thread, but for resource().
+/// The source of a server's clients. All functions but Port and Resource run on the server's thread.
 class Entrance {
   public:
     Entrance() = default;
@@ -52,25 +52,25 @@ class Entrance {
     Entrance& operator=(Entrance&&) = delete;
     virtual ~Entrance() = default;
 
-    virtual std::uint16_t port() const { return 0; }
-    virtual std::string resource() const = 0;
+    virtual std::uint16_t Port() const { return 0; }
+    virtual std::string Resource() const = 0;
     virtual void Open() = 0;
     virtual void Close() = 0;
 };
 
-/// Hands each client that connects to `serve`.
+/// Calls `serve` for each client that connects.
 class TcpEntrance final : public Entrance {
   public:
     TcpEntrance(asio::io_context& context, const tcp::endpoint& endpoint, std::function<void(tcp::socket)> serve)
         : acceptor_(Listen(context, endpoint)), pause_(context), endpoint_(acceptor_.local_endpoint()),
           serve_(std::move(serve)) {}
 
-    std::uint16_t port() const override { return endpoint_.port(); }
+    std::uint16_t Port() const override { return endpoint_.port(); }
 
-    std::string resource() const override {
+    std::string Resource() const override {
         const auto address = endpoint_.address();
         const std::string host = address.is_v6() ? '[' + address.to_string() + ']' : address.to_string();
-        return "TCPIP0::" + host + "::" + std::to_string(port()) + "::SOCKET";
+        return "TCPIP0::" + host + "::" + std::to_string(Port()) + "::SOCKET";
     }
 
     void Open() override {
@@ -79,8 +79,8 @@ class TcpEntrance final : public Entrance {
                 return;
             }
             if (error) {
-                // Mostly too many open files. The waiting client stays in the queue, so accepting again at once would
-                // spin until another client leaves.
+                // The usual cause is too many open files. The waiting client stays in the queue, so accepting again at
+                // once would spin until another client leaves.
                 constexpr std::chrono::milliseconds kPause{10};
                 pause_.expires_after(kPause);
                 pause_.async_wait([this](asio::error_code /*error*/) {
@@ -90,7 +90,7 @@ class TcpEntrance final : public Entrance {
                 });
                 return;
             }
-            asio::error_code ignored; // a client that is gone already shows in the first read
+            asio::error_code ignored; // the first read reports a client that has left already
             socket.set_option(tcp::no_delay(true), ignored);
             serve_(std::move(socket));
             Open();
@@ -111,7 +111,7 @@ class TcpEntrance final : public Entrance {
 };
 
 #ifdef ASIO_HAS_POSIX_STREAM_DESCRIPTOR
-/// Hands a pseudo-terminal to `serve`, and another one each time it is opened again.
+/// Calls `serve` with a pseudo-terminal, and with another one each time it is opened again.
 class PseudoTerminalEntrance final : public Entrance {
   public:
     using Serve = std::function<void(asio::posix::stream_descriptor)>;
@@ -119,22 +119,22 @@ class PseudoTerminalEntrance final : public Entrance {
     PseudoTerminalEntrance(asio::io_context& context, Serve serve, std::function<void(std::string_view)> moved)
         : context_(context), serve_(std::move(serve)), moved_(std::move(moved)) {}
 
-    std::string resource() const override {
+    std::string Resource() const override {
         const std::lock_guard lock(mutex_);
-        return "ASRL" + terminal_->device() + "::INSTR";
+        return "ASRL" + terminal_->Device() + "::INSTR";
     }
 
     void Open() override {
-        const bool moves = is_open_;
-        is_open_ = true;
+        const bool moves = isOpen_;
+        isOpen_ = true;
         if (moves) {
-            PseudoTerminal next; // before the old one goes, whose name it must not get
+            PseudoTerminal next; // created before the old one closes, so that it gets another name
             const std::lock_guard lock(mutex_);
             terminal_.emplace(std::move(next));
         }
         serve_(asio::posix::stream_descriptor(context_, terminal_->ReleaseNearEnd()));
         if (moves && moved_) {
-            moved_(resource());
+            moved_(Resource());
         }
     }
 
@@ -144,7 +144,7 @@ class PseudoTerminalEntrance final : public Entrance {
     asio::io_context& context_;
     const Serve serve_;
     const std::function<void(std::string_view)> moved_;
-    bool is_open_ = false;
+    bool isOpen_ = false;
     mutable std::mutex mutex_; // guards terminal_
     std::optional<PseudoTerminal> terminal_{std::in_place};
 };
@@ -173,9 +173,10 @@ class VirtualSupplyServer::Implementation {
     Implementation(Implementation&&) = delete;
     Implementation& operator=(Implementation&&) = delete;
 
-    const Entrance& entrance() const { return *entrance_; }
-    FaultPlan& faults() { return faults_; }
-    std::size_t connection_count() const { return connection_count_; }
+    std::uint16_t Port() const { return entrance_->Port(); }
+    std::string Resource() const { return entrance_->Resource(); }
+    FaultPlan& Faults() { return faults_; }
+    std::size_t ConnectionCount() const { return connectionCount_; }
 
     void CloseConnections() {
         asio::post(context_, [this] { CloseAll(); });
@@ -191,7 +192,7 @@ class VirtualSupplyServer::Implementation {
 
   private:
     std::unique_ptr<Entrance> MakeEntrance(const ServerOptions& options) {
-        if (!options.pseudo_terminal) {
+        if (!options.pseudoTerminal) {
             return std::make_unique<TcpEntrance>(context_, LoopbackEndpoint(options.host, options.port),
                                                  [this](tcp::socket socket) { Serve(std::move(socket), [] {}); });
         }
@@ -204,22 +205,22 @@ class VirtualSupplyServer::Implementation {
 #endif
     }
 
-    /// `over` runs when the connection is closed and forgotten.
+    /// Calls `over` after the connection is closed and removed from the list.
     template <typename Stream>
     void Serve(Stream stream, std::function<void()> over) {
-        const std::size_t number = ++last_number_;
+        const std::size_t number = ++lastNumber_;
         auto connection = std::make_shared<StreamConnection<Stream>>(std::move(stream), exchange_, number,
                                                                      [this, number, over = std::move(over)] {
                                                                          connections_.erase(number);
-                                                                         connection_count_ = connections_.size();
+                                                                         connectionCount_ = connections_.size();
                                                                          over();
                                                                      });
         connections_.emplace(number, connection);
-        connection_count_ = connections_.size();
+        connectionCount_ = connections_.size();
         connection->Start();
     }
 
-    /// Opens the entrance again, under another name.
+    /// Opens the entrance again, which gives it another resource name.
     void Move() {
         if (stopped_) {
             return;
@@ -234,7 +235,7 @@ class VirtualSupplyServer::Implementation {
     }
 
     void CloseAll() {
-        // A copy, because each connection takes itself off the list.
+        // A copy, because each connection removes itself from the list.
         const auto connections = connections_;
         for (const auto& [number, connection] : connections) {
             connection->Close();
@@ -244,12 +245,12 @@ class VirtualSupplyServer::Implementation {
     FaultPlan faults_;
     Exchange exchange_;
     asio::io_context context_{1};
-    // What follows is used on the server's thread only, once that runs.
+    // Only the server's thread uses the following members after its start.
     bool stopped_ = false;
     std::map<std::size_t, std::shared_ptr<Connection>> connections_;
-    std::size_t last_number_ = 0;
+    std::size_t lastNumber_ = 0;
     const std::unique_ptr<Entrance> entrance_;
-    std::atomic<std::size_t> connection_count_{0};
+    std::atomic<std::size_t> connectionCount_{0};
     std::thread thread_;
 };
 
@@ -258,13 +259,13 @@ VirtualSupplyServer::VirtualSupplyServer(VirtualSupply& supply, ServerOptions op
 
 VirtualSupplyServer::~VirtualSupplyServer() = default;
 
-std::uint16_t VirtualSupplyServer::port() const { return implementation_->entrance().port(); }
+std::uint16_t VirtualSupplyServer::Port() const { return implementation_->Port(); }
 
-std::string VirtualSupplyServer::resource() const { return implementation_->entrance().resource(); }
+std::string VirtualSupplyServer::Resource() const { return implementation_->Resource(); }
 
-FaultPlan& VirtualSupplyServer::faults() { return implementation_->faults(); }
+FaultPlan& VirtualSupplyServer::Faults() { return implementation_->Faults(); }
 
-std::size_t VirtualSupplyServer::connection_count() const { return implementation_->connection_count(); }
+std::size_t VirtualSupplyServer::ConnectionCount() const { return implementation_->ConnectionCount(); }
 
 void VirtualSupplyServer::CloseConnections() { implementation_->CloseConnections(); }
 

@@ -1,9 +1,6 @@
 // Serves a virtual supply to any number of TCP clients, or on a pseudo-terminal.
 #pragma once
 
-#include "tools/virtual_supply/faults.h"
-#include "tools/virtual_supply/virtual_supply.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -12,29 +9,37 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/virtual_supply/faults.h"
+#include "tools/virtual_supply/virtual_supply.h"
+
 namespace virtual_supply {
 
 struct ServerOptions {
     std::string host = "127.0.0.1";                // an address of the loopback interface
     std::uint16_t port = 0;                        // 0: a free one
-    bool pseudo_terminal = false;                  // serve on a pseudo-terminal instead
-    std::vector<Fault> faults{};                   // in force from the first command on
-    std::function<void(std::string_view)> log{};   // told one line per event, on the server's thread; may be empty
-    std::function<void(std::string_view)> moved{}; // told the new resource, on the server's thread; may be empty
+    bool pseudoTerminal = false;                   // serve on a pseudo-terminal instead
+    std::vector<Fault> faults{};                   // active from the first command on
+    std::function<void(std::string_view)> log{};   // called on the server's thread with a line per event; may be empty
+    std::function<void(std::string_view)> moved{}; // called on the server's thread with the new resource; may be empty
 };
 
-/// Listens from construction on and serves on a thread of its own. A pseudo-terminal is one connection from the
-/// beginning, whoever has its other end open; when that connection is closed the server hangs up and moves to another
-/// pseudo-terminal, as a serial adapter that was pulled out comes back under another name. Commands are lines ended by
-/// a line feed (a carriage return before it is dropped), replies are lines ended by a line feed and go to the
-/// connection that asked. All functions may be called from any thread.
+/// Listens from construction on and serves on a thread of its own. Commands and replies are lines that end with a line
+/// feed; a carriage return before the line feed of a command is dropped. A reply goes to the connection that sent the
+/// query.
+///
+/// A pseudo-terminal is one connection from the beginning, whether or not a client has opened it. When that connection
+/// is closed the server moves to another pseudo-terminal, as a serial adapter that is unplugged returns under another
+/// name.
+///
+/// Thread-safe.
 class VirtualSupplyServer {
   public:
-    /// The supply must outlive the server. Throws std::invalid_argument for a host that is no loopback address, and
-    /// std::system_error, with a text for people, when the port or a pseudo-terminal cannot be had.
+    /// On failure: throws std::invalid_argument for a host that is not a loopback address, and std::system_error with a
+    /// message for users when the port or a pseudo-terminal is not available.
+    /// The supply must outlive the server.
     explicit VirtualSupplyServer(VirtualSupply& supply, ServerOptions options = {});
 
-    /// Stops and waits for the thread. Not to be called on the server's own thread (from the log).
+    /// Stops and waits for the thread. The caller must not be the server's own thread, which calls the log.
     ~VirtualSupplyServer();
 
     VirtualSupplyServer(const VirtualSupplyServer&) = delete;
@@ -42,22 +47,22 @@ class VirtualSupplyServer {
     VirtualSupplyServer(VirtualSupplyServer&&) = delete;
     VirtualSupplyServer& operator=(VirtualSupplyServer&&) = delete;
 
-    /// 0 on a pseudo-terminal.
-    std::uint16_t port() const;
+    /// Returns the TCP port; 0 on a pseudo-terminal.
+    std::uint16_t Port() const;
 
-    /// The VISA resource string of the supply: "TCPIP0::127.0.0.1::5025::SOCKET" or, until it moves,
-    /// "ASRL/dev/pts/3::INSTR".
-    std::string resource() const;
+    /// Returns the VISA resource string of the supply: "TCPIP0::127.0.0.1::5025::SOCKET", or "ASRL/dev/pts/3::INSTR",
+    /// which changes when the server moves to another pseudo-terminal.
+    std::string Resource() const;
 
-    FaultPlan& faults();
+    FaultPlan& Faults();
 
-    /// How many clients are connected now.
-    std::size_t connection_count() const;
+    /// Returns the number of connected clients.
+    std::size_t ConnectionCount() const;
 
-    /// Closes all connections, and goes on listening. Returns at once.
+    /// Closes all connections and continues to listen. Does not wait until they are closed.
     void CloseConnections();
 
-    /// Closes all connections and stops listening. Returns at once; a second call does nothing.
+    /// Closes all connections and stops listening. Does not wait until they are closed. Idempotent.
     void Stop();
 
   private:

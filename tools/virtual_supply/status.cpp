@@ -9,20 +9,20 @@ namespace {
 
 unsigned EventBit(int code) {
     constexpr std::array<unsigned, 5> kBitOfClass{0, 0x20, 0x10, 0x08, 0x04};
-    const auto error_class = static_cast<std::size_t>(-code / 100);
-    return error_class < kBitOfClass.size() ? kBitOfClass[error_class] : 0;
+    const auto errorClass = static_cast<std::size_t>(-code / 100);
+    return errorClass < kBitOfClass.size() ? kBitOfClass[errorClass] : 0;
 }
 
 } // namespace
 
 void Status::Report(const ScpiError& error) {
-    event_status_ |= EventBit(error.code);
+    eventStatus_ |= EventBit(error.code);
     if (errors_.size() < kErrorQueueDepth) {
         errors_.push_back(error);
         return;
     }
     errors_.back() = kQueueOverflow;
-    event_status_ |= EventBit(kQueueOverflow.code);
+    eventStatus_ |= EventBit(kQueueOverflow.code);
 }
 
 ScpiError Status::TakeError() {
@@ -34,11 +34,11 @@ ScpiError Status::TakeError() {
     return oldest;
 }
 
-unsigned Status::TakeEventStatus() { return std::exchange(event_status_, 0); }
+unsigned Status::TakeEventStatus() { return std::exchange(eventStatus_, 0); }
 
 void Status::Clear() {
     errors_.clear();
-    event_status_ = 0;
+    eventStatus_ = 0;
 }
 
 } // namespace virtual_supply

@@ -1,4 +1,4 @@
-// What went wrong, as the supply tells it: the error queue and the standard event status register.
+// The error queue and the standard event status register.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 
 namespace virtual_supply {
 
-/// An entry of the error queue. The text is a literal, holds no comma and no quote.
+/// An entry of the error queue. The text is a literal without commas and quotes.
 struct ScpiError {
     int code;
     std::string_view text;
@@ -25,7 +25,7 @@ inline constexpr ScpiError kIllegalParameterValue{-224, "Illegal parameter value
 inline constexpr ScpiError kQueueOverflow{-350, "Queue overflow"};
 inline constexpr ScpiError kInputBufferOverrun{-363, "Input buffer overrun"};
 
-/// How many errors wait at most; the one that finds the queue full turns the newest entry into kQueueOverflow.
+/// The maximum number of queued errors. An error beyond it replaces the newest entry with kQueueOverflow.
 inline constexpr std::size_t kErrorQueueDepth = 16;
 
 class Status {
@@ -34,19 +34,19 @@ class Status {
     /// 0x08 device-dependent (-3xx), 0x04 query (-4xx).
     void Report(const ScpiError& error);
 
-    /// The oldest error, which leaves the queue; kNoError when there is none.
+    /// Removes and returns the oldest error; kNoError when the queue is empty.
     ScpiError TakeError();
 
-    /// The event status register, which reads 0 afterwards. The power-on bit (0x80) is never set: a client that has
-    /// just connected finds a clear register.
+    /// Returns the event status register and clears it. The power-on bit (0x80) is never set, so the register of a new
+    /// supply is 0.
     unsigned TakeEventStatus();
 
-    /// Forgets everything.
+    /// Clears the queue and the register.
     void Clear();
 
   private:
     std::deque<ScpiError> errors_;
-    unsigned event_status_ = 0;
+    unsigned eventStatus_ = 0;
 };
 
 } // namespace virtual_supply

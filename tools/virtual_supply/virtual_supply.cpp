@@ -1,12 +1,12 @@
 #include "tools/virtual_supply/virtual_supply.h"
 
-#include "tools/virtual_supply/command_table.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <stdexcept>
 #include <vector>
+
+#include "tools/virtual_supply/command_table.h"
 
 namespace virtual_supply {
 
@@ -39,7 +39,7 @@ bool IsOutsideCharacterSet(char c) { return (c < ' ' && c != '\t') || c > '~'; }
 
 Arguments ParseArguments(const Command& command, std::string_view text) {
     const auto fields = SplitFields(text);
-    const std::size_t before = command.channel_in == ChannelIn::kWord ? 1 : 0;
+    const std::size_t before = command.channelIn == ChannelIn::FirstArgument ? 1 : 0;
     if (fields.size() > before + command.arguments.size()) {
         throw Refusal(kParameterNotAllowed);
     }
@@ -48,7 +48,7 @@ Arguments ParseArguments(const Command& command, std::string_view text) {
         throw Refusal(kMissingParameter);
     }
     Arguments arguments{command.channel, {}};
-    if (command.channel_in == ChannelIn::kWord) {
+    if (command.channelIn == ChannelIn::FirstArgument) {
         arguments.channel = static_cast<int>(ParseArgument(Word(kChannels), 0, fields.front()));
     }
     for (std::size_t i = 0; i < command.arguments.size(); ++i) {
@@ -85,7 +85,7 @@ std::string VirtualSupply::Execute(std::string_view line) {
     try {
         reply = Run(line);
     } catch (const Refusal& refusal) {
-        instrument_.status.Report(refusal.error());
+        instrument_.status.Report(refusal.Error());
     }
     instrument_.Update();
     return reply;
@@ -98,12 +98,12 @@ std::string VirtualSupply::Run(std::string_view line) {
     if (line.find(';') != std::string_view::npos) {
         throw Refusal(kSyntaxError);
     }
-    const auto header_end = std::min(line.find_first_of(kBlanks), line.size());
-    const Command* const command = FindCommand(line.substr(0, header_end));
+    const auto headerEnd = std::min(line.find_first_of(kBlanks), line.size());
+    const Command* const command = FindCommand(line.substr(0, headerEnd));
     if (command == nullptr) {
         throw Refusal(kUndefinedHeader);
     }
-    const Arguments arguments = ParseArguments(*command, Trimmed(line.substr(header_end)));
+    const Arguments arguments = ParseArguments(*command, Trimmed(line.substr(headerEnd)));
     return FormatReply(*command, command->Run(instrument_, arguments));
 }
 
@@ -121,7 +121,7 @@ void VirtualSupply::SetLoad(int channel, std::optional<double> ohms) {
     }
     const std::lock_guard lock(mutex_);
     instrument_.Update();
-    instrument_.channel(channel).Connect(ohms);
+    instrument_.ChannelAt(channel).Connect(ohms);
     instrument_.Update();
 }
 

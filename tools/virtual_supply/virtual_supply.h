@@ -1,7 +1,5 @@
-// The supply as its clients see it: command lines in, replies out.
+// The supply as its clients see it: executes command lines and returns replies.
 #pragma once
-
-#include "tools/virtual_supply/instrument.h"
 
 #include <chrono>
 #include <mutex>
@@ -9,34 +7,38 @@
 #include <string>
 #include <string_view>
 
+#include "tools/virtual_supply/instrument.h"
+
 namespace virtual_supply {
 
 struct SupplyOptions {
     std::string model = "TX4410";
     std::string serial = "SN00000001";
-    Clock clock = [] { return std::chrono::steady_clock::now(); }; // decides when protection delays are over
+    Clock clock = [] { return std::chrono::steady_clock::now(); }; // for protection delays and sequences
 };
 
-/// A two-channel supply. Channel 1 gives 0 to 22 V and 0 to 5.5 A, channel 2 gives 0 to 5.5 V and 0 to 16.8 A. After
+/// A two-channel supply. Channel 1 has 0 to 22 V and 0 to 5.5 A, channel 2 has 0 to 5.5 V and 0 to 16.8 A. After
 /// power-on and "*RST": 0 V, current at the channel's maximum, protections disabled with their levels at the maximum,
-/// outputs off. All functions may be called from any thread.
+/// outputs off.
+/// Thread-safe.
 class VirtualSupply {
   public:
     explicit VirtualSupply(const SupplyOptions& options = {});
 
-    /// Carries out one command line, given without its line end, and returns the reply without a line end; empty when
-    /// there is none, because the command is no query or because it was refused. Why a line was refused is left in
-    /// the error queue. A line holds one command: ';' is refused. A blank line is nothing. Any bytes are welcome.
+    /// Executes one command line and returns its reply, which is empty for a command that is not a query. A blank line
+    /// is ignored.
+    /// `line`: any bytes, without a line end. ';' is refused, because a line holds one command.
+    /// On failure: adds an error to the error queue and returns an empty reply.
     std::string Execute(std::string_view line);
 
-    /// Notes in the error queue that a line was too long to be taken in.
+    /// Adds the error of an overlong line to the error queue.
     void ReportInputOverrun();
 
-    /// Connects a resistance (ohms, not negative, 0 is a short circuit) to the output of channel 1 or 2, or removes it.
-    /// Throws std::invalid_argument for other values.
+    /// Connects a resistance in ohms (0 is a short circuit) to the output of channel 1 or 2, or disconnects the load.
+    /// On failure: throws std::invalid_argument for another channel and for a value that is negative or not finite.
     void SetLoad(int channel, std::optional<double> ohms);
 
-    const std::string& model() const { return model_; }
+    const std::string& Model() const { return model_; }
 
   private:
     std::string Run(std::string_view line);

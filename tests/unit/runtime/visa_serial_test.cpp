@@ -48,7 +48,7 @@ class Line {
     Line& operator=(const Line&) = delete;
     ~Line() { HangUp(); }
 
-    [[nodiscard]] std::string Resource() const { return "ASRL" + terminal_.device() + "::INSTR"; }
+    [[nodiscard]] std::string Resource() const { return "ASRL" + terminal_.Device() + "::INSTR"; }
 
     void Send(std::string_view bytes) const {
         EXPECT_EQ(::write(near_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));

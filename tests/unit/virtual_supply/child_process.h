@@ -1,4 +1,4 @@
-// A program that runs beside the test. Nothing waits longer than the hang guard.
+// A child process of a test. Every wait ends after kProcessGuard.
 #pragma once
 
 #include <algorithm>
@@ -22,23 +22,24 @@ namespace virtual_supply {
 
 class ChildProcess {
   public:
-    /// Starts the program of the path, with pipes on its standard streams.
+    /// Starts the program `arguments.front()` with pipes on its standard streams.
+    /// On failure: throws std::runtime_error.
     explicit ChildProcess(std::vector<std::string> arguments) {
         posix_spawn_file_actions_t actions{};
         posix_spawn_file_actions_init(&actions);
-        const int child_input = MakePipe(nullptr, &input_);
-        const int child_output = MakePipe(&output_, nullptr);
-        const int child_errors = MakePipe(&errors_, nullptr);
-        posix_spawn_file_actions_adddup2(&actions, child_input, STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, child_output, STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, child_errors, STDERR_FILENO);
+        const int childInput = MakePipe(nullptr, &input_);
+        const int childOutput = MakePipe(&output_, nullptr);
+        const int childErrors = MakePipe(&errors_, nullptr);
+        posix_spawn_file_actions_adddup2(&actions, childInput, STDIN_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, childOutput, STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, childErrors, STDERR_FILENO);
         std::vector<char*> argv(arguments.size() + 1, nullptr);
         std::transform(arguments.begin(), arguments.end(), argv.begin(), [](std::string& text) { return text.data(); });
         const int error = ::posix_spawn(&pid_, argv.front(), &actions, nullptr, argv.data(), environ);
         posix_spawn_file_actions_destroy(&actions);
-        ::close(child_input);
-        ::close(child_output);
-        ::close(child_errors);
+        ::close(childInput);
+        ::close(childOutput);
+        ::close(childErrors);
         if (error != 0) {
             throw std::runtime_error("cannot start " + arguments.front());
         }
@@ -48,7 +49,7 @@ class ChildProcess {
         CloseInput();
         ::close(output_);
         ::close(errors_);
-        if (!exit_code_) {
+        if (!exitCode_) {
             ::kill(pid_, SIGKILL);
             ::waitpid(pid_, nullptr, 0);
         }
@@ -69,25 +70,25 @@ class ChildProcess {
         }
     }
 
-    /// The next line of the standard output, with its line feed; what there was when the output ends before.
+    /// Returns the next line of the standard output with its line feed; a shorter text when the output ends before.
     std::string ReadLine() { return Read(output_, true); }
 
-    /// All the rest of the standard output and of the standard error stream.
+    /// Return the rest of the standard output or of the standard error stream.
     std::string ReadOutput() { return Read(output_, false); }
     std::string ReadErrors() { return Read(errors_, false); }
 
-    /// Waits for the end. The exit code; -1 when a signal ended the program, -2 when it does not end.
+    /// Waits for the end. Returns the exit code; -1 when a signal ended the program, -2 when it does not end in time.
     int Wait() {
         const auto deadline = Deadline();
         int status = 0;
-        while (!exit_code_ && std::chrono::steady_clock::now() < deadline) {
+        while (!exitCode_ && std::chrono::steady_clock::now() < deadline) {
             if (::waitpid(pid_, &status, WNOHANG) == pid_) {
-                exit_code_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+                exitCode_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
             } else {
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }
         }
-        return exit_code_.value_or(-2);
+        return exitCode_.value_or(-2);
     }
 
   private:
@@ -96,23 +97,23 @@ class ChildProcess {
     static std::chrono::steady_clock::time_point Deadline() { return std::chrono::steady_clock::now() + kProcessGuard; }
 
     /// Keeps one end of a new pipe and returns the other one.
-    static int MakePipe(int* kept_reader, int* kept_writer) {
+    static int MakePipe(int* keptReader, int* keptWriter) {
         std::array<int, 2> ends{};
         if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-            throw std::runtime_error("no pipe");
+            throw std::runtime_error("cannot create a pipe");
         }
-        if (kept_reader != nullptr) {
-            *kept_reader = ends[0];
+        if (keptReader != nullptr) {
+            *keptReader = ends[0];
             return ends[1];
         }
-        *kept_writer = ends[1];
+        *keptWriter = ends[1];
         return ends[0];
     }
 
-    static std::string Read(int from, bool one_line) {
+    static std::string Read(int from, bool oneLine) {
         const auto deadline = Deadline();
         std::string text;
-        while (!one_line || !text.ends_with('\n')) {
+        while (!oneLine || !text.ends_with('\n')) {
             const auto left =
                 std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
             pollfd waiting{from, POLLIN, 0};
@@ -130,7 +131,7 @@ class ChildProcess {
     int input_ = -1;
     int output_ = -1;
     int errors_ = -1;
-    std::optional<int> exit_code_;
+    std::optional<int> exitCode_;
 };
 
 } // namespace virtual_supply

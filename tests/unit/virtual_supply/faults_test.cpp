@@ -1,4 +1,4 @@
-// How faults are written down, which commands they hit, and what they make of a reply.
+// The syntax of faults, the commands that they hit, and their effect on replies.
 
 #include "tools/virtual_supply/faults.h"
 
@@ -23,7 +23,7 @@ std::string Complaint(std::string_view text) {
     }
 }
 
-/// What the fault makes of the reply to the first command.
+/// Returns the bytes that are sent for the reply to the first command.
 std::string Wire(std::string_view fault, const std::string& reply) {
     FaultPlan plan;
     plan.Add(ParseFault(fault));
@@ -38,14 +38,14 @@ void ExpectFault(std::string_view text, FaultKind kind, std::uint64_t value, std
     EXPECT_EQ(fault.count, count) << text;
 }
 
-TEST(FaultText, NamesKindValueAndCommands) {
-    ExpectFault("drop", FaultKind::kDrop, 0, 1, kAlways);
-    ExpectFault("delay=250", FaultKind::kDelay, 250, 1, kAlways);
-    ExpectFault("silent@3", FaultKind::kSilent, 0, 3, kAlways);
-    ExpectFault("garbage@3+1", FaultKind::kGarbage, 0, 3, 1);
-    ExpectFault("cut@1+18446744073709551615", FaultKind::kCut, 0, 1, kAlways);
-    ExpectFault("long=1000000@2+5", FaultKind::kLong, 1000000, 2, 5);
-    ExpectFault("crlf", FaultKind::kCrLf, 0, 1, kAlways);
+TEST(FaultText, SetsKindValueAndCommands) {
+    ExpectFault("drop", FaultKind::Drop, 0, 1, kAlways);
+    ExpectFault("delay=250", FaultKind::Delay, 250, 1, kAlways);
+    ExpectFault("silent@3", FaultKind::Silent, 0, 3, kAlways);
+    ExpectFault("garbage@3+1", FaultKind::Garbage, 0, 3, 1);
+    ExpectFault("cut@1+18446744073709551615", FaultKind::Cut, 0, 1, kAlways);
+    ExpectFault("long=1000000@2+5", FaultKind::Long, 1000000, 2, 5);
+    ExpectFault("crlf", FaultKind::CrLf, 0, 1, kAlways);
 }
 
 TEST(FaultText, IsRefusedWithAReason) {
@@ -68,17 +68,17 @@ TEST(FaultText, IsRefusedWithAReason) {
               "fault 'drop@1+': the count after '+' must be a number from 1 to 18446744073709551615");
 }
 
-TEST(FaultPlan, HitsFromTheNamedCommandOn) {
+TEST(FaultPlan, HitsFromTheGivenCommandOn) {
     FaultPlan plan;
     plan.Add(ParseFault("drop@3"));
     EXPECT_FALSE(plan.Next().drop);
     EXPECT_FALSE(plan.Next().drop);
     EXPECT_TRUE(plan.Next().drop);
     EXPECT_TRUE(plan.Next().drop);
-    EXPECT_EQ(plan.received(), 4U);
+    EXPECT_EQ(plan.Received(), 4U);
 }
 
-TEST(FaultPlan, HitsAsManyCommandsAsNamed) {
+TEST(FaultPlan, HitsTheGivenNumberOfCommands) {
     FaultPlan plan;
     plan.Add(ParseFault("silent@2+2"));
     EXPECT_FALSE(plan.Next().silent);
@@ -87,13 +87,13 @@ TEST(FaultPlan, HitsAsManyCommandsAsNamed) {
     EXPECT_FALSE(plan.Next().silent);
 }
 
-TEST(FaultPlan, HitsTheNextCommandsWhateverWasReceivedBefore) {
+TEST(FaultPlan, HitsTheNextCommandsIndependentOfEarlierOnes) {
     FaultPlan plan;
     plan.Next();
     plan.Next();
-    plan.AddForNext(FaultKind::kLong, 1500);
-    EXPECT_EQ(plan.Next().long_reply, 1500U);
-    EXPECT_EQ(plan.Next().long_reply, 0U);
+    plan.AddForNext(FaultKind::Long, 1500);
+    EXPECT_EQ(plan.Next().longReply, 1500U);
+    EXPECT_EQ(plan.Next().longReply, 0U);
 }
 
 TEST(FaultPlan, CombinesFaults) {
@@ -105,23 +105,23 @@ TEST(FaultPlan, CombinesFaults) {
     EXPECT_EQ(disturbance.Wire("1"), "1\r\n");
 }
 
-TEST(FaultPlan, IsCleanAfterClear) {
+TEST(FaultPlan, HitsNoCommandAfterClear) {
     FaultPlan plan;
     plan.Add(ParseFault("drop"));
     plan.Clear();
     EXPECT_FALSE(plan.Next().drop);
 }
 
-TEST(ReplyOnTheWire, IsOneLineWithoutFault) { EXPECT_EQ(Disturbance().Wire("3.300000"), "3.300000\n"); }
+TEST(ReplyOnTheWire, IsOneLineWithoutAFault) { EXPECT_EQ(Disturbance().Wire("3.300000"), "3.300000\n"); }
 
-TEST(ReplyOnTheWire, IsNothingWithoutReply) {
+TEST(ReplyOnTheWire, IsEmptyWithoutAReply) {
     EXPECT_EQ(Disturbance().Wire(""), "");
     EXPECT_EQ(Wire("garbage", ""), "");
     EXPECT_EQ(Wire("long=10", ""), "");
     EXPECT_EQ(Wire("crlf", ""), "");
 }
 
-TEST(ReplyOnTheWire, IsDisturbedAsTheFaultSays) {
+TEST(ReplyOnTheWire, IsAlteredByTheFault) {
     EXPECT_EQ(Wire("silent", "3.300000"), "");
     EXPECT_EQ(Wire("garbage", "3.300000"), "\xff\0%s%n{}?!\x01\n"s);
     EXPECT_EQ(Wire("cut", "3.300000"), "3.30");

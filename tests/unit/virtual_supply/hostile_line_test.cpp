@@ -1,4 +1,4 @@
-// Lines that no honest client sends: the supply refuses them, and goes on.
+// Malformed lines: the supply refuses them and continues.
 
 #include "tools/virtual_supply/virtual_supply.h"
 
@@ -17,20 +17,20 @@ using namespace std::string_literals;
 
 constexpr auto kNextError = ":SYSTem:ERRor?";
 
-TEST(HostileLines, OfBlanksAreNothing) {
+TEST(HostileLines, AreIgnoredWhenBlank) {
     VirtualSupply supply;
     EXPECT_EQ(supply.Execute(""), "");
     EXPECT_EQ(supply.Execute("   \t "), "");
     EXPECT_EQ(supply.Execute(kNextError), "0,\"No error\"");
 }
 
-TEST(HostileLines, WithBlanksAroundHeaderAndArgumentsAreUnderstood) {
+TEST(HostileLines, AreExecutedWithBlanksAroundHeaderAndArguments) {
     VirtualSupply supply;
     supply.Execute(" \t:OUTP:STAT \t CH1 , ON \t");
     EXPECT_EQ(supply.Execute("  :OUTP:STAT?   CH1  "), "ON");
 }
 
-TEST(HostileLines, WithBytesOutsideAsciiAreRefused) {
+TEST(HostileLines, AreRefusedWithBytesOutsidePrintableAscii) {
     for (const std::string& line : {"\0"s, "*IDN?\0"s, "\0*IDN?"s, "\xff\xfe"s, "*IDN\x80?"s, "\x1b[2J"s, "*CLS\r"s,
                                     ":SOUR1:VOLT 1\x7f"s, ":SOUR1:VOLT \xc3\xa4"s}) {
         VirtualSupply supply;
@@ -39,7 +39,7 @@ TEST(HostileLines, WithBytesOutsideAsciiAreRefused) {
     }
 }
 
-TEST(HostileLines, OfAnyLengthAreRefused) {
+TEST(HostileLines, AreRefusedAtAMillionCharacters) {
     VirtualSupply supply;
     supply.Execute(std::string(1'000'000, ':'));
     EXPECT_EQ(supply.Execute(kNextError), "-113,\"Undefined header\"");
@@ -51,13 +51,13 @@ TEST(HostileLines, OfAnyLengthAreRefused) {
     EXPECT_EQ(supply.Execute(kNextError), "-104,\"Data type error\"");
 }
 
-TEST(HostileLines, WithFormatsInThemAreText) {
+TEST(HostileLines, AreNotInterpretedAsFormatStrings) {
     VirtualSupply supply;
     supply.Execute("%s%n{}");
     EXPECT_EQ(supply.Execute(kNextError), "-113,\"Undefined header\"");
 }
 
-TEST(HostileLines, OfRandomPiecesNeverHarmTheSupply) {
+TEST(HostileLines, LeaveTheSupplyWorkingWhenMadeOfRandomPieces) {
     const std::vector<std::string> pieces{":SOUR1:VOLT", ":OUTP:STAT", "?",   " ", ",", "CH1", "ON",   "1e999",
                                           "\0"s,         "\xff",       "nan", ";", ":", "%n",  "*RST", "-"};
     std::mt19937 random(20240501); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same lines in every run
@@ -82,7 +82,7 @@ class DecimalComma : public std::numpunct<char> {
     std::string do_grouping() const override { return "\3"; }
 };
 
-TEST(HostileLocale, ChangesNoNumber) {
+TEST(HostileLocale, DoesNotChangeNumbers) {
     const std::locale before = std::locale::global(std::locale(std::locale::classic(), new DecimalComma));
     VirtualSupply supply;
     supply.Execute(":SOUR1:VOLT 1.5");

@@ -1,4 +1,4 @@
-// How received bytes become lines.
+// Splitting received bytes into lines.
 
 #include "tools/virtual_supply/line_splitter.h"
 
@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace std::string_literals;
 
-/// The lines that chunks make; an overrun shows as "OVERRUN".
+/// Returns the lines of the chunks, with "OVERRUN" for an overrun.
 std::vector<std::string> LinesOf(const std::vector<std::string>& chunks) {
     LineSplitter splitter;
     std::vector<std::string> lines;
@@ -38,26 +38,26 @@ TEST(LineSplitter, JoinsALineThatArrivesInPieces) {
     EXPECT_THAT(LinesOf({"*I", "", "D", "N?\n*C", "LS\n"}), ElementsAre("*IDN?", "*CLS"));
 }
 
-TEST(LineSplitter, KeepsBackALineWithoutEnd) { EXPECT_THAT(LinesOf({"*IDN?"}), IsEmpty()); }
+TEST(LineSplitter, HoldsBackAnUnfinishedLine) { EXPECT_THAT(LinesOf({"*IDN?"}), IsEmpty()); }
 
 TEST(LineSplitter, DropsOneCarriageReturnBeforeTheLineFeed) {
     EXPECT_THAT(LinesOf({"*CLS\r\n", "*CLS\r", "\n", "*CLS\r\r\n", "*C\rLS\n", "\r\n"}),
                 ElementsAre("*CLS", "*CLS", "*CLS\r", "*C\rLS", ""));
 }
 
-TEST(LineSplitter, PassesAnyBytes) { EXPECT_THAT(LinesOf({"\0\xff\x80\n"s}), ElementsAre("\0\xff\x80"s)); }
+TEST(LineSplitter, KeepsAllBytesOfALine) { EXPECT_THAT(LinesOf({"\0\xff\x80\n"s}), ElementsAre("\0\xff\x80"s)); }
 
-TEST(LineSplitter, TakesInLinesOf4096Bytes) {
+TEST(LineSplitter, AcceptsLinesOf4096Bytes) {
     const std::string longest(4096, 'A');
     EXPECT_THAT(LinesOf({longest + "\n"}), ElementsAre(longest));
     EXPECT_THAT(LinesOf({longest, "\n"}), ElementsAre(longest));
 }
 
 TEST(LineSplitter, ReportsALongerLineOnceAndDropsAllOfIt) {
-    const std::string too_long(4097, 'A');
-    EXPECT_THAT(LinesOf({too_long + "\n*CLS\n"}), ElementsAre("OVERRUN", "*CLS"));
-    EXPECT_THAT(LinesOf({too_long, "*RST", "*RST\n*CLS\n"}), ElementsAre("OVERRUN", "*CLS"));
-    EXPECT_THAT(LinesOf({std::string(4096, 'A'), "A", too_long, too_long, "\n", "*CLS\n"}),
+    const std::string tooLong(4097, 'A');
+    EXPECT_THAT(LinesOf({tooLong + "\n*CLS\n"}), ElementsAre("OVERRUN", "*CLS"));
+    EXPECT_THAT(LinesOf({tooLong, "*RST", "*RST\n*CLS\n"}), ElementsAre("OVERRUN", "*CLS"));
+    EXPECT_THAT(LinesOf({std::string(4096, 'A'), "A", tooLong, tooLong, "\n", "*CLS\n"}),
                 ElementsAre("OVERRUN", "*CLS"));
 }
 
@@ -65,7 +65,7 @@ TEST(LineSplitter, ReportsAnOverrunBeforeTheLineHasEnded) {
     EXPECT_THAT(LinesOf({std::string(4097, 'A')}), ElementsAre("OVERRUN"));
 }
 
-TEST(LineSplitter, StartsAfreshAfterAnOverrun) {
+TEST(LineSplitter, ReportsEachOverrunOnce) {
     EXPECT_THAT(LinesOf({std::string(5000, 'A') + "\n", std::string(5000, 'A') + "\n*CLS\n"}),
                 ElementsAre("OVERRUN", "OVERRUN", "*CLS"));
 }

@@ -1,4 +1,4 @@
-// What loads make of the settings, and what the protections and the questionable registers make of that.
+// The output with loads: regulation, measured values, protections and questionable registers.
 
 #include "tools/virtual_supply/virtual_supply.h"
 
@@ -20,7 +20,7 @@ constexpr auto kCondition2 = ":STATus:QUEStionable:INSTrument:ISUMmary2:CONDitio
 constexpr auto kEvent1 = ":STATus:QUEStionable:INSTrument:ISUMmary1:EVENt?";
 constexpr auto kEvent2 = ":STATus:QUEStionable:INSTrument:ISUMmary2:EVENt?";
 
-/// A supply whose time stands still until a test moves it.
+/// A supply with a clock that only the test advances.
 class Output : public testing::Test {
   protected:
     void Send(std::initializer_list<std::string> lines) {
@@ -34,7 +34,7 @@ class Output : public testing::Test {
     VirtualSupply supply_{{.clock = [this] { return now_; }}};
 };
 
-TEST_F(Output, MeasuresNothingWhileOff) {
+TEST_F(Output, MeasuresZeroWhileOff) {
     supply_.SetLoad(1, 10.0);
     Send({":SOUR1:VOLT 5", ":SOUR1:CURR 1"});
     EXPECT_EQ(Ask(":MEAS:VOLT? CH1"), "0.000000");
@@ -45,14 +45,14 @@ TEST_F(Output, MeasuresNothingWhileOff) {
     EXPECT_EQ(Ask(kCondition1), "0");
 }
 
-TEST_F(Output, HoldsTheVoltageWithNothingConnected) {
+TEST_F(Output, HoldsTheVoltageWithoutALoad) {
     Send({":SOUR1:VOLT 5", ":SOUR1:CURR 0", ":OUTP:STAT CH1,ON"});
     EXPECT_EQ(Ask(":MEAS:ALL? CH1"), "5.000000,0.000000,0.000000");
     EXPECT_EQ(Ask(":OUTP:CVCC? CH1"), "CV");
     EXPECT_EQ(Ask(kCondition1), "2");
 }
 
-TEST_F(Output, HoldsTheVoltageWhileTheLoadDrawsNoMoreThanTheCurrentSetting) {
+TEST_F(Output, HoldsTheVoltageUpToTheCurrentLimit) {
     supply_.SetLoad(1, 10.0);
     Send({":SOUR1:VOLT 5", ":SOUR1:CURR 0.5", ":OUTP:STAT CH1,ON"});
     EXPECT_EQ(Ask(":MEAS:VOLT? CH1"), "5.000000");
@@ -63,7 +63,7 @@ TEST_F(Output, HoldsTheVoltageWhileTheLoadDrawsNoMoreThanTheCurrentSetting) {
     EXPECT_EQ(Ask(kCondition1), "2");
 }
 
-TEST_F(Output, HoldsTheCurrentWhenTheLoadWantsMore) {
+TEST_F(Output, HoldsTheCurrentWhenTheLoadDemandsMore) {
     supply_.SetLoad(2, 0.25);
     Send({":SOUR2:VOLT 5", ":SOUR2:CURR 4", ":OUTP:STAT CH2,ON"});
     EXPECT_EQ(Ask(":MEAS:VOLT? CH2"), "1.000000");
@@ -95,13 +95,13 @@ TEST_F(Output, FollowsTheLoad) {
     EXPECT_EQ(Ask(":MEAS:CURR? CH1"), "0.000000");
 }
 
-TEST_F(Output, KeepsItsLoadOverReset) {
+TEST_F(Output, KeepsItsLoadAfterReset) {
     supply_.SetLoad(1, 10.0);
     Send({"*RST", ":SOUR1:VOLT 5", ":OUTP:STAT CH1,ON"});
     EXPECT_EQ(Ask(":MEAS:CURR? CH1"), "0.500000");
 }
 
-TEST_F(Output, TakesOnlyLoadsThatExist) {
+TEST_F(Output, RefusesInvalidLoads) {
     EXPECT_THROW(supply_.SetLoad(0, 1.0), std::invalid_argument);
     EXPECT_THROW(supply_.SetLoad(3, 1.0), std::invalid_argument);
     EXPECT_THROW(supply_.SetLoad(1, -1.0), std::invalid_argument);
@@ -109,7 +109,7 @@ TEST_F(Output, TakesOnlyLoadsThatExist) {
     EXPECT_THROW(supply_.SetLoad(1, std::numeric_limits<double>::infinity()), std::invalid_argument);
 }
 
-TEST_F(Output, LatchesInTheEventRegisterWhatHasRisenInTheCondition) {
+TEST_F(Output, LatchesRisingConditionBitsInTheEventRegister) {
     supply_.SetLoad(1, 10.0);
     EXPECT_EQ(Ask(kEvent1), "0");
     Send({":SOUR1:VOLT 5", ":OUTP:STAT CH1,ON", ":SOUR1:CURR 0.1", ":OUTP:STAT CH1,OFF"});
@@ -119,7 +119,7 @@ TEST_F(Output, LatchesInTheEventRegisterWhatHasRisenInTheCondition) {
     EXPECT_EQ(Ask(kEvent2), "0");
 }
 
-TEST_F(Output, DoesNotLatchAConditionAgainThatHasNotChanged) {
+TEST_F(Output, DoesNotLatchAnUnchangedConditionAgain) {
     Send({":OUTP:STAT CH2,ON"});
     EXPECT_EQ(Ask(kEvent2), "2");
     EXPECT_EQ(Ask(kCondition2), "2");
@@ -153,7 +153,7 @@ TEST_F(Output, StaysOnAboveTheLevelOfADisabledProtection) {
     EXPECT_EQ(Ask(kNextError), "0,\"No error\"");
 }
 
-TEST_F(Output, IsJudgedByTheVoltageAtTheOutputAndNotByTheSetting) {
+TEST_F(Output, TripsOnTheOutputVoltageInsteadOfTheSetting) {
     supply_.SetLoad(1, 1.0);
     Send({":SOUR1:VOLT:PROT 3", ":SOUR1:VOLT:PROT:STAT ON", ":SOUR1:CURR 2", ":SOUR1:VOLT 4", ":OUTP:STAT CH1,ON"});
     EXPECT_EQ(Ask(":OUTP:STAT? CH1"), "ON");
@@ -172,14 +172,14 @@ TEST_F(Output, IsSwitchedOffAtOnceByTheOverCurrentProtectionWithoutDelay) {
     EXPECT_EQ(Ask(kNextError), "0,\"No error\"");
 }
 
-TEST_F(Output, IsJudgedByTheCurrentThatTheLoadWantsEvenWhenItIsLimited) {
+TEST_F(Output, TripsOnTheDemandedCurrentEvenWhenItIsLimited) {
     supply_.SetLoad(2, 1.0);
     Send({":OUTP:OCP:VAL CH2,3", ":SOUR2:CURR 2", ":SOUR2:VOLT 4", ":OUTP:STAT CH2,ON", ":OUTP:OCP:STAT CH2,ON"});
     EXPECT_EQ(Ask(":OUTP:STAT? CH2"), "OFF");
     EXPECT_EQ(Ask(kNextError), "-300,\"Device-specific error;Over-current protection tripped on CH2\"");
 }
 
-TEST_F(Output, IsSwitchedOffByTheOverCurrentProtectionWhenItsDelayIsOver) {
+TEST_F(Output, IsSwitchedOffByTheOverCurrentProtectionAfterItsDelay) {
     supply_.SetLoad(1, 1.0);
     Send({":SOUR1:CURR:PROT 2", ":SOUR1:CURR:PROT:DEL 0.5", ":SOUR1:CURR:PROT:STAT ON", ":SOUR1:VOLT 4",
           ":OUTP:STAT CH1,ON"});
@@ -190,7 +190,7 @@ TEST_F(Output, IsSwitchedOffByTheOverCurrentProtectionWhenItsDelayIsOver) {
     EXPECT_EQ(Ask(kNextError), "-300,\"Device-specific error;Over-current protection tripped on CH1\"");
 }
 
-TEST_F(Output, IsGivenTheDelayFromTheMomentThatTheLoadChanged) {
+TEST_F(Output, StartsTheProtectionDelayWhenTheLoadChanges) {
     Send({":SOUR1:CURR:PROT 2", ":SOUR1:CURR:PROT:DEL 0.5", ":SOUR1:CURR:PROT:STAT ON", ":SOUR1:VOLT 4",
           ":OUTP:STAT CH1,ON"});
     supply_.SetLoad(1, 1.0);
@@ -198,7 +198,7 @@ TEST_F(Output, IsGivenTheDelayFromTheMomentThatTheLoadChanged) {
     EXPECT_EQ(Ask(":OUTP:STAT? CH1"), "OFF");
 }
 
-TEST_F(Output, IsGivenTheWholeDelayAgainAfterTheCurrentWasFine) {
+TEST_F(Output, RestartsTheProtectionDelayAfterTheCurrentWasBelowTheLevel) {
     supply_.SetLoad(1, 1.0);
     Send({":SOUR1:CURR:PROT 2", ":SOUR1:CURR:PROT:DEL 0.5", ":SOUR1:CURR:PROT:STAT ON", ":SOUR1:VOLT 4",
           ":OUTP:STAT CH1,ON"});
@@ -210,7 +210,7 @@ TEST_F(Output, IsGivenTheWholeDelayAgainAfterTheCurrentWasFine) {
     EXPECT_EQ(Ask(":OUTP:STAT? CH1"), "OFF");
 }
 
-TEST_F(Output, HasTrippedBeforeALateCommandCouldSaveIt) {
+TEST_F(Output, TripsBeforeALateCommandDisablesTheProtection) {
     supply_.SetLoad(1, 1.0);
     Send({":OUTP:OCP:VAL CH1,2", ":OUTP:OCP:DEL CH1,0.5", ":OUTP:OCP:STAT CH1,ON", ":SOUR1:VOLT 4",
           ":OUTP:STAT CH1,ON"});
@@ -226,7 +226,7 @@ TEST_F(Output, CanBeSwitchedOnAgainAfterATrip) {
     EXPECT_EQ(Ask(":OUTP:STAT? CH1"), "ON");
 }
 
-TEST_F(Output, LosesItsConditionWithATrip) {
+TEST_F(Output, ClearsItsConditionWhenAProtectionTrips) {
     Send({":SOUR1:VOLT:PROT 3", ":SOUR1:VOLT:PROT:STAT ON", ":OUTP:STAT CH1,ON"});
     EXPECT_EQ(Ask(kCondition1), "2");
     Send({":SOUR1:VOLT 4"});

@@ -1,7 +1,4 @@
-// The program: its ready line, its options, and how it ends.
-
-#include "tests/unit/virtual_supply/child_process.h"
-#include "tests/unit/virtual_supply/tcp_client.h"
+// The program: its ready line, its options and its end.
 
 #include <charconv>
 #include <csignal>
@@ -14,6 +11,9 @@
 #include <string_view>
 #include <unistd.h>
 #include <vector>
+
+#include "tests/unit/virtual_supply/child_process.h"
+#include "tests/unit/virtual_supply/tcp_client.h"
 
 namespace virtual_supply {
 namespace {
@@ -28,70 +28,70 @@ std::vector<std::string> Command(const std::vector<std::string>& options) {
     return command;
 }
 
-/// The port in a ready line that consists of this beginning, a port, and the resource's end; 0 when it does not.
-std::uint16_t PortOf(std::string_view ready_line, std::string_view beginning) {
+/// Returns the port in a ready line of `beginning`, port and "::SOCKET"; 0 for any other line.
+std::uint16_t PortOf(std::string_view readyLine, std::string_view beginning) {
     constexpr std::string_view kEnd = "::SOCKET\n";
     std::uint16_t port = 0;
-    if (!ready_line.starts_with(beginning) || !ready_line.ends_with(kEnd)) {
+    if (!readyLine.starts_with(beginning) || !readyLine.ends_with(kEnd)) {
         return port;
     }
-    ready_line.remove_prefix(beginning.size());
-    ready_line.remove_suffix(kEnd.size());
-    const auto rest = std::from_chars(ready_line.data(), ready_line.data() + ready_line.size(), port).ptr;
-    return rest == ready_line.data() + ready_line.size() ? port : std::uint16_t{0};
+    readyLine.remove_prefix(beginning.size());
+    readyLine.remove_suffix(kEnd.size());
+    const auto rest = std::from_chars(readyLine.data(), readyLine.data() + readyLine.size(), port).ptr;
+    return rest == readyLine.data() + readyLine.size() ? port : std::uint16_t{0};
 }
 
-/// The program with these options, ready.
+/// The program after its ready line.
 class RunningSupply {
   public:
     explicit RunningSupply(const std::vector<std::string>& options)
-        : process_(Command(options)), ready_line_(process_.ReadLine()) {}
+        : process_(Command(options)), readyLine_(process_.ReadLine()) {}
 
-    ChildProcess& process() { return process_; }
-    const std::string& ready_line() const { return ready_line_; }
-    std::uint16_t port() const { return PortOf(ready_line_, "Virtual TX4410 listening on TCPIP0::127.0.0.1::"); }
+    ChildProcess& Process() { return process_; }
+    const std::string& ReadyLine() const { return readyLine_; }
+    std::uint16_t Port() const { return PortOf(readyLine_, "Virtual TX4410 listening on TCPIP0::127.0.0.1::"); }
 
   private:
     ChildProcess process_;
-    std::string ready_line_;
+    std::string readyLine_;
 };
 
-TEST(Program, PrintsItsResourceInOneLineWhenItIsReady) {
+TEST(Program, PrintsItsResourceInOneLineWhenReady) {
     RunningSupply supply({});
-    ASSERT_NE(supply.port(), 0) << supply.ready_line();
-    EXPECT_EQ(TcpClient(supply.port()).Ask("*IDN?"), "Keltor Technology,TX4410,SN00000001,1.00\n");
-    supply.process().Signal(SIGTERM);
-    EXPECT_EQ(supply.process().ReadOutput(), "");
-    EXPECT_EQ(supply.process().ReadErrors(), "");
-    EXPECT_EQ(supply.process().Wait(), 0);
+    ASSERT_NE(supply.Port(), 0) << supply.ReadyLine();
+    EXPECT_EQ(TcpClient(supply.Port()).Ask("*IDN?"), "Keltor Technology,TX4410,SN00000001,1.00\n");
+    supply.Process().Signal(SIGTERM);
+    EXPECT_EQ(supply.Process().ReadOutput(), "");
+    EXPECT_EQ(supply.Process().ReadErrors(), "");
+    EXPECT_EQ(supply.Process().Wait(), 0);
 }
 
 TEST(Program, EndsCleanlyOnSigint) {
     RunningSupply supply({});
-    supply.process().Signal(SIGINT);
-    EXPECT_EQ(supply.process().Wait(), 0);
+    supply.Process().Signal(SIGINT);
+    EXPECT_EQ(supply.Process().Wait(), 0);
 }
 
 TEST(Program, EndsCleanlyWithClientsConnected) {
     RunningSupply supply({});
-    TcpClient client(supply.port());
+    TcpClient client(supply.Port());
     EXPECT_EQ(client.Ask("*OPC?"), "1\n");
-    supply.process().Signal(SIGTERM);
-    EXPECT_EQ(supply.process().Wait(), 0);
+    supply.Process().Signal(SIGTERM);
+    EXPECT_EQ(supply.Process().Wait(), 0);
     EXPECT_EQ(client.ReadLine(), "");
 }
 
-TEST(Program, StopsByItselfAfterTheGivenTime) {
+TEST(Program, StopsAfterTheGivenTime) {
     RunningSupply supply({"--for", "0.05"});
-    EXPECT_THAT(supply.ready_line(), StartsWith("Virtual TX4410 listening on "));
-    EXPECT_EQ(supply.process().Wait(), 0);
+    EXPECT_THAT(supply.ReadyLine(), StartsWith("Virtual TX4410 listening on "));
+    EXPECT_EQ(supply.Process().Wait(), 0);
 }
 
-TEST(Program, TakesModelSerialLoadsAndFaults) {
+TEST(Program, AcceptsModelSerialLoadsAndFaults) {
     RunningSupply supply({"--model", "TX4520", "--serial", "SN42", "--load", "1=10", "--load", "2=0.5", "--fault",
                           "crlf@1+1", "--fault", "long=4@2+1"});
-    const std::uint16_t port = PortOf(supply.ready_line(), "Virtual TX4520 listening on TCPIP0::127.0.0.1::");
-    ASSERT_NE(port, 0) << supply.ready_line();
+    const std::uint16_t port = PortOf(supply.ReadyLine(), "Virtual TX4520 listening on TCPIP0::127.0.0.1::");
+    ASSERT_NE(port, 0) << supply.ReadyLine();
     TcpClient client(port);
     EXPECT_EQ(client.Ask("*IDN?"), "Keltor Technology,TX4520,SN42,1.00\r\n");
     EXPECT_EQ(client.Ask("*OPC?"), "1XXX\n");
@@ -102,10 +102,10 @@ TEST(Program, TakesModelSerialLoadsAndFaults) {
 
 TEST(Program, LogsOnTheErrorStreamWhenVerbose) {
     RunningSupply supply({"--verbose"});
-    EXPECT_EQ(TcpClient(supply.port()).Ask("*OPC?"), "1\n");
-    supply.process().Signal(SIGTERM);
-    EXPECT_EQ(supply.process().Wait(), 0);
-    EXPECT_EQ(supply.process().ReadErrors(), "1 connected\n1 < *OPC?\n1 > 1\\x0A\n1 closed\n");
+    EXPECT_EQ(TcpClient(supply.Port()).Ask("*OPC?"), "1\n");
+    supply.Process().Signal(SIGTERM);
+    EXPECT_EQ(supply.Process().Wait(), 0);
+    EXPECT_EQ(supply.Process().ReadErrors(), "1 connected\n1 < *OPC?\n1 > 1\\x0A\n1 closed\n");
 }
 
 TEST(Program, ListensOnTheIpv6LoopbackAddress) {
@@ -118,19 +118,19 @@ TEST(Program, ListensOnTheIpv6LoopbackAddress) {
     EXPECT_NE(PortOf(line, "Virtual TX4410 listening on TCPIP0::[::1]::"), 0) << line;
 }
 
-/// The device in a ready line of a pseudo-terminal; empty when it is none.
-std::string DeviceOf(std::string_view ready_line) {
+/// Returns the device in the ready line of a pseudo-terminal; empty for any other line.
+std::string DeviceOf(std::string_view readyLine) {
     constexpr std::string_view kBeginning = "Virtual TX4410 listening on ASRL";
     constexpr std::string_view kEnd = "::INSTR\n";
-    if (!ready_line.starts_with(kBeginning) || !ready_line.ends_with(kEnd)) {
+    if (!readyLine.starts_with(kBeginning) || !readyLine.ends_with(kEnd)) {
         return {};
     }
-    ready_line.remove_prefix(kBeginning.size());
-    ready_line.remove_suffix(kEnd.size());
-    return std::string(ready_line);
+    readyLine.remove_prefix(kBeginning.size());
+    readyLine.remove_suffix(kEnd.size());
+    return std::string(readyLine);
 }
 
-/// The far end of a pseudo-terminal.
+/// A client's end of a pseudo-terminal.
 class Terminal {
   public:
     explicit Terminal(const std::string& device) : file_(::open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC)) {}
@@ -140,7 +140,7 @@ class Terminal {
     Terminal(Terminal&&) = delete;
     Terminal& operator=(Terminal&&) = delete;
 
-    /// The reply, up to and including its line feed; what came when the line is hung up or stays silent.
+    /// Returns the reply up to and including its line feed, or a part of it when the line hangs up or stays silent.
     std::string Ask(std::string query) const {
         query += '\n';
         EXPECT_EQ(::write(file_, query.data(), query.size()), static_cast<ssize_t>(query.size()));
@@ -159,37 +159,37 @@ class Terminal {
 
 TEST(Program, ServesOnAPseudoTerminalWhenAskedTo) {
     RunningSupply supply({"--pty", "--load", "1=10", "--verbose"});
-    const auto device = DeviceOf(supply.ready_line());
-    ASSERT_THAT(device, StartsWith("/dev/pts/")) << supply.ready_line();
+    const auto device = DeviceOf(supply.ReadyLine());
+    ASSERT_THAT(device, StartsWith("/dev/pts/")) << supply.ReadyLine();
     {
         const Terminal terminal(device);
         EXPECT_EQ(terminal.Ask("*IDN?"), "Keltor Technology,TX4410,SN00000001,1.00\n");
         EXPECT_EQ(terminal.Ask(":SOUR1:VOLT 2\n:SOUR1:VOLT?"), "2.000000\n");
     }
-    EXPECT_EQ(Terminal(device).Ask(":SOUR1:VOLT?"), "2.000000\n"); // for one after the other
-    supply.process().Signal(SIGTERM);
-    EXPECT_EQ(supply.process().ReadOutput(), "");
-    EXPECT_EQ(supply.process().Wait(), 0);
-    EXPECT_EQ(supply.process().ReadErrors(),
+    EXPECT_EQ(Terminal(device).Ask(":SOUR1:VOLT?"), "2.000000\n"); // also for the next client
+    supply.Process().Signal(SIGTERM);
+    EXPECT_EQ(supply.Process().ReadOutput(), "");
+    EXPECT_EQ(supply.Process().Wait(), 0);
+    EXPECT_EQ(supply.Process().ReadErrors(),
               "1 connected\n1 < *IDN?\n1 > Keltor Technology,TX4410,SN00000001,1.00\\x0A\n1 < :SOUR1:VOLT 2\n"
               "1 < :SOUR1:VOLT?\n1 > 2.000000\\x0A\n1 < :SOUR1:VOLT?\n1 > 2.000000\\x0A\n1 closed\n");
 }
 
-TEST(Program, HangsUpAndTellsWhichPseudoTerminalItMovesTo) {
+TEST(Program, PrintsTheNextPseudoTerminalAfterItHangsUp) {
     RunningSupply supply({"--pty", "--fault", "drop@2+1"});
-    const auto device = DeviceOf(supply.ready_line());
+    const auto device = DeviceOf(supply.ReadyLine());
     const Terminal terminal(device);
     EXPECT_EQ(terminal.Ask("*OPC?"), "1\n");
     EXPECT_EQ(terminal.Ask("*OPC?"), "");
-    const auto next = DeviceOf(supply.process().ReadLine());
+    const auto next = DeviceOf(supply.Process().ReadLine());
     ASSERT_THAT(next, StartsWith("/dev/pts/"));
     EXPECT_NE(next, device);
     EXPECT_EQ(Terminal(next).Ask("*OPC?"), "1\n");
 }
 
-TEST(Program, SaysInOneLineThatThePortIsTaken) {
+TEST(Program, ReportsAPortInUseInOneLine) {
     RunningSupply first({});
-    const std::string port = std::to_string(first.port());
+    const std::string port = std::to_string(first.Port());
     ChildProcess second(Command({"--port", port}));
     EXPECT_EQ(second.Wait(), 1);
     EXPECT_EQ(second.ReadOutput(), "");
@@ -197,19 +197,19 @@ TEST(Program, SaysInOneLineThatThePortIsTaken) {
               "virtual_supply: cannot listen on 127.0.0.1 port " + port + ": Address already in use\n");
 }
 
-TEST(Program, ListensOnTheNamedPort) {
+TEST(Program, ListensOnTheGivenPort) {
     std::uint16_t port = 0;
     {
         RunningSupply finder({});
-        port = finder.port();
-        finder.process().Signal(SIGTERM);
-        EXPECT_EQ(finder.process().Wait(), 0);
+        port = finder.Port();
+        finder.Process().Signal(SIGTERM);
+        EXPECT_EQ(finder.Process().Wait(), 0);
     }
     RunningSupply supply({"--port", std::to_string(port)});
-    EXPECT_EQ(supply.port(), port);
+    EXPECT_EQ(supply.Port(), port);
 }
 
-TEST(Program, ExplainsItselfWithUnitsFaultsAndExamples) {
+TEST(Program, PrintsHelpWithUnitsFaultsAndExamples) {
     ChildProcess process(Command({"--help"}));
     const std::string help = process.ReadOutput();
     EXPECT_EQ(process.Wait(), 0);
@@ -277,20 +277,20 @@ TEST(Program, EndsWithExitCodeTwoOnWrongArguments) {
         EXPECT_EQ(process.ReadOutput(), "") << options.back();
         const std::string errors = process.ReadErrors();
         EXPECT_THAT(errors, StartsWith("virtual_supply: "));
-        EXPECT_THAT(errors, EndsWith(" (--help tells more)\n"));
+        EXPECT_THAT(errors, EndsWith(" (see --help)\n"));
         EXPECT_EQ(errors.find('\n'), errors.size() - 1) << errors;
     }
 }
 
 #ifdef __linux__
-TEST(Program, DoesNotOutliveItsParentWhenAskedSo) {
-    // The shell is the parent; it ends when its input does. The program's output ends when the program does.
+TEST(Program, EndsWithItsParentWhenAsked) {
+    // The shell is the parent. It ends when its input is closed; the output is closed when the program ends.
     ChildProcess shell({"/bin/sh", "-c", "\"$0\" --exit-with-parent --for 600 & read -r line", VIRTUAL_SUPPLY});
     EXPECT_THAT(shell.ReadLine(), StartsWith("Virtual TX4410 listening on "));
     const auto start = std::chrono::steady_clock::now();
     shell.CloseInput();
     EXPECT_EQ(shell.ReadOutput(), "");
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(25)) << "the hang guard ended the reading";
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(25)) << "the program did not end";
 }
 #endif
 

@@ -1,4 +1,4 @@
-// List mode and delay mode: their tables, what they generate, and how they run.
+// List mode and delay mode: tables, templates and execution.
 
 #include "tools/virtual_supply/virtual_supply.h"
 
@@ -15,7 +15,7 @@ class Sequencer : public testing::Test {
     void Wait(double seconds) {
         now_ += std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::chrono::duration<double>(seconds));
     }
-    /// The oldest error's code and text, so that a test sees why a line was refused.
+    /// Returns code and text of the oldest error.
     std::string Error() { return Ask(":SYSTem:ERRor?"); }
 
     std::chrono::steady_clock::time_point now_{};
@@ -25,7 +25,7 @@ class Sequencer : public testing::Test {
 constexpr const char* kNoErrorReply = "0,\"No error\"";
 constexpr const char* kOutOfRange = "-222,\"Data out of range\"";
 
-TEST_F(Sequencer, ListGroupsAreInsertedSetReadAndDeleted) {
+TEST_F(Sequencer, InsertsSetsReadsAndDeletesListGroups) {
     EXPECT_EQ(Ask(":LIST:GROUP:NUM?"), "0");
     Ask(":LIST:GROUP:INS 0");
     Ask(":LIST:GROUP:INS 1");
@@ -42,7 +42,7 @@ TEST_F(Sequencer, ListGroupsAreInsertedSetReadAndDeleted) {
     EXPECT_EQ(Error(), kNoErrorReply);
 }
 
-TEST_F(Sequencer, GroupsThatAreNotThereAreRefused) {
+TEST_F(Sequencer, RefusesGroupNumbersOutOfRange) {
     for (const auto* line : {":LIST:GROUP:PARA 0,1,1,1", ":LIST:GROUP:DEL 0", ":LIST:GROUP:INS 1",
                              ":LIST:GROUP:CONSTruct 1", ":DELAY:GROUP:PARAmeter 0,ON,1", ":DELAY:GROUP:DELete 0",
                              ":DELAY:GROUP:INSert 513", ":DELAY:GENerate:CONSTruct 1"}) {
@@ -55,7 +55,7 @@ TEST_F(Sequencer, GroupsThatAreNotThereAreRefused) {
     EXPECT_EQ(Error(), kOutOfRange);
 }
 
-TEST_F(Sequencer, ListGroupsKeepToTheFirstChannelsLimits) {
+TEST_F(Sequencer, RefusesListGroupsOutsideTheLimitsOfChannel1) {
     Ask(":LIST:GROUP:INS 0");
     for (const auto* values : {"22.1,1,1", "1,5.6,1", "1,1,0.0001", "1,1,3601"}) {
         Ask(std::string(":LIST:GROUP:PARA 0,") + values);
@@ -63,7 +63,7 @@ TEST_F(Sequencer, ListGroupsKeepToTheFirstChannelsLimits) {
     }
 }
 
-TEST_F(Sequencer, TablesHold512Groups) {
+TEST_F(Sequencer, Holds512GroupsPerTable) {
     for (int i = 0; i < 512; ++i) {
         Ask(":DELAY:GROUP:INSert 0");
     }
@@ -73,7 +73,7 @@ TEST_F(Sequencer, TablesHold512Groups) {
     EXPECT_EQ(Ask(":DELAY:GROUP:NUM?"), "512");
 }
 
-TEST_F(Sequencer, ConstructedStairsHaveTheirPoints) {
+TEST_F(Sequencer, ConstructsOneGroupPerStair) {
     for (const auto* line : {":LIST:TEMP:SEL UP", ":LIST:TEMP:OBJ V,2", ":LIST:TEMP:MINV 1", ":LIST:TEMP:MAXV 5",
                              ":LIST:TEMP:STAI 5", ":LIST:TEMP:INTE 0.5", ":LIST:TEMP:CONSTruct 0"}) {
         Ask(line);
@@ -85,13 +85,13 @@ TEST_F(Sequencer, ConstructedStairsHaveTheirPoints) {
     EXPECT_EQ(Ask(":LIST:GROUP:PARA? 4"), "5.000000,2.000000,0.500000");
     Ask(":LIST:TEMP:SEL DN");
     Ask(":LIST:TEMP:OBJ C,3");
-    Ask(":LIST:TEMP:CONSTruct 5"); // behind the others
+    Ask(":LIST:TEMP:CONSTruct 5"); // after the others
     EXPECT_EQ(Ask(":LIST:GROUP:NUM?"), "10");
     EXPECT_EQ(Ask(":LIST:GROUP:PARA? 5"), "3.000000,5.000000,0.500000");
     EXPECT_EQ(Ask(":LIST:GROUP:PARA? 9"), "3.000000,1.000000,0.500000");
 }
 
-TEST_F(Sequencer, EachShapeGoesFromItsMinimumToItsMaximum) {
+TEST_F(Sequencer, ConstructsEachShapeBetweenMinimumAndMaximum) {
     struct Case {
         const char* shape;
         const char* points;
@@ -115,7 +115,7 @@ TEST_F(Sequencer, EachShapeGoesFromItsMinimumToItsMaximum) {
     }
 }
 
-TEST_F(Sequencer, PulsesAreHighForTheirWidthAndInvertedOnesLow) {
+TEST_F(Sequencer, ConstructsInvertedPulsesThatAreLowForTheirWidth) {
     for (const auto* line : {":LIST:TEMP:SEL PULSE", ":LIST:TEMP:WIDT 0.25", ":LIST:TEMP:PULSECount 2",
                              ":LIST:TEMP:INVE ON", ":LIST:TEMP:CONSTruct 0"}) {
         Ask(line);
@@ -125,7 +125,7 @@ TEST_F(Sequencer, PulsesAreHighForTheirWidthAndInvertedOnesLow) {
     EXPECT_EQ(Ask(":LIST:GROUP:PARA? 3"), "1.000000,0.000000,0.750000");
 }
 
-TEST_F(Sequencer, StairsUpAndDownThatWouldNotFitAreRefused) {
+TEST_F(Sequencer, RefusesStairsThatExceedTheTable) {
     Ask(":LIST:TEMP:SEL UPDN");
     Ask(":LIST:TEMP:STAI 3");
     EXPECT_EQ(Ask(":LIST:TEMP:POINTs?"), "6");
@@ -134,7 +134,7 @@ TEST_F(Sequencer, StairsUpAndDownThatWouldNotFitAreRefused) {
     EXPECT_EQ(Error(), kOutOfRange);
 }
 
-TEST_F(Sequencer, ListRunsThroughItsGroupsAndCyclesAndDrivesTheFirstChannel) {
+TEST_F(Sequencer, RunsAListThroughGroupsAndCyclesOnChannel1) {
     for (const auto* line : {":LIST:GROUP:INS 0", ":LIST:GROUP:INS 0", ":LIST:GROUP:PARA 0,1,0.5,1",
                              ":LIST:GROUP:PARA 1,2,1.5,3", ":LIST:CYCLE 2", ":LIST:ENDS LAST", ":OUTP:STAT CH1,ON"}) {
         Ask(line);
@@ -155,7 +155,7 @@ TEST_F(Sequencer, ListRunsThroughItsGroupsAndCyclesAndDrivesTheFirstChannel) {
     EXPECT_EQ(Ask(":OUTP:STAT? CH1"), "ON");
 }
 
-TEST_F(Sequencer, ListEndsWithItsOutputOffUnlessToldOtherwise) {
+TEST_F(Sequencer, SwitchesTheOutputOffAfterAListByDefault) {
     for (const auto* line : {":LIST:GROUP:INS 0", ":OUTP:STAT CH1,ON", ":LIST:STAT ON"}) {
         Ask(line);
     }
@@ -163,13 +163,13 @@ TEST_F(Sequencer, ListEndsWithItsOutputOffUnlessToldOtherwise) {
     EXPECT_EQ(Ask(":OUTP:STAT? CH1"), "OFF");
 }
 
-TEST_F(Sequencer, ListWithoutGroupsStopsAtOnce) {
+TEST_F(Sequencer, StopsAListWithoutGroupsAtOnce) {
     Ask(":LIST:STAT ON");
     EXPECT_EQ(Ask(":LIST:STAT?"), "OFF");
     EXPECT_EQ(Ask(":LIST:STATUS?"), "STOPPED,0.000000,0,0");
 }
 
-TEST_F(Sequencer, DelayGroupsAreInsertedSetReadAndDeleted) {
+TEST_F(Sequencer, InsertsSetsReadsAndDeletesDelayGroups) {
     Ask(":DELAY:GROUP:INSert 0");
     Ask(":DELAY:GROUP:PARAmeter 0,ON,0.250000");
     EXPECT_EQ(Ask(":DELAY:GROUP:PARAmeter? 0"), "ON,0.250000");
@@ -181,7 +181,7 @@ TEST_F(Sequencer, DelayGroupsAreInsertedSetReadAndDeleted) {
     EXPECT_EQ(Error(), kNoErrorReply);
 }
 
-TEST_F(Sequencer, ConstructedDelaysAlternateWithFixedGrowingOrShrinkingTimes) {
+TEST_F(Sequencer, ConstructsDelaysWithFixedGrowingAndShrinkingTimes) {
     for (const auto* line :
          {":DELAY:GENerate:POINTs 3", ":DELAY:GENerate:TIMe:ON 2", ":DELAY:GENerate:TIMe:OFF 3",
           ":DELAY:GENerate:TIMe:BASE 1", ":DELAY:GENerate:TIMe:STEP 0.5", ":DELAY:GENerate:CONSTruct 0"}) {
@@ -201,7 +201,7 @@ TEST_F(Sequencer, ConstructedDelaysAlternateWithFixedGrowingOrShrinkingTimes) {
     EXPECT_EQ(Ask(":DELAY:GROUP:PARAmeter? 2"), "ON,0.001000");
 }
 
-TEST_F(Sequencer, DelaySwitchesTheFirstChannelAndEndsAsTold) {
+TEST_F(Sequencer, RunsADelaySequenceOnChannel1AndAppliesItsEndState) {
     struct Case {
         const char* end;
         const char* output;
@@ -223,7 +223,7 @@ TEST_F(Sequencer, DelaySwitchesTheFirstChannelAndEndsAsTold) {
     }
 }
 
-TEST_F(Sequencer, WithoutALimitOfCyclesGoesOnUntilItIsSwitchedOff) {
+TEST_F(Sequencer, RunsUntilItIsSwitchedOffWithZeroCycles) {
     for (const auto* line : {":DELAY:GENerate:CONSTruct 0", ":DELAY:CYCLEs 0", ":DELAY:STATe ON"}) {
         Ask(line);
     }

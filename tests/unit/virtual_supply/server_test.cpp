@@ -1,8 +1,6 @@
-// The server over real TCP: framing, sharing, faults, and clients that misbehave.
+// The server over TCP: framing, several clients, faults and misbehaving clients.
 
-#include "tests/unit/virtual_supply/tcp_client.h"
 #include "tools/virtual_supply/server.h"
-#include "tools/virtual_supply/virtual_supply.h"
 
 #include <chrono>
 #include <functional>
@@ -15,6 +13,9 @@
 #include <thread>
 #include <vector>
 
+#include "tests/unit/virtual_supply/tcp_client.h"
+#include "tools/virtual_supply/virtual_supply.h"
+
 namespace virtual_supply {
 namespace {
 
@@ -24,12 +25,12 @@ constexpr auto kIdentity = "Keltor Technology,TX4410,SN00000001,1.00\n";
 
 class Server : public testing::Test {
   protected:
-    TcpClient Connect() const { return TcpClient(server_.port()); }
+    TcpClient Connect() const { return TcpClient(server_.Port()); }
 
-    /// Waits until the server has so many clients; false when that takes longer than the hang guard.
+    /// Waits until the server has `count` clients. Returns false after kHangGuard.
     bool WaitForConnections(std::size_t count) const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(kHangGuard);
-        while (server_.connection_count() != count) {
+        while (server_.ConnectionCount() != count) {
             if (std::chrono::steady_clock::now() > deadline) {
                 return false;
             }
@@ -42,9 +43,9 @@ class Server : public testing::Test {
     VirtualSupplyServer server_{supply_};
 };
 
-TEST_F(Server, ListensOnAFreePortAndNamesItsResource) {
-    EXPECT_NE(server_.port(), 0);
-    EXPECT_EQ(server_.resource(), "TCPIP0::127.0.0.1::" + std::to_string(server_.port()) + "::SOCKET");
+TEST_F(Server, ListensOnAFreePortAndReturnsItsResource) {
+    EXPECT_NE(server_.Port(), 0);
+    EXPECT_EQ(server_.Resource(), "TCPIP0::127.0.0.1::" + std::to_string(server_.Port()) + "::SOCKET");
 }
 
 TEST_F(Server, AnswersAQueryWithOneLine) {
@@ -67,7 +68,7 @@ TEST_F(Server, AcceptsALineThatArrivesByteByByte) {
     EXPECT_EQ(client.ReadLine(), kIdentity);
 }
 
-TEST_F(Server, AnswersSeveralLinesOfOneSegmentInTheirOrder) {
+TEST_F(Server, AnswersSeveralLinesOfOneSegmentInOrder) {
     auto client = Connect();
     client.Send("*OPC?\n:SOUR2:VOLT 1\n:SOUR2:VOLT?\n*ESR?\n");
     EXPECT_EQ(client.ReadLine(), "1\n");
@@ -75,7 +76,7 @@ TEST_F(Server, AnswersSeveralLinesOfOneSegmentInTheirOrder) {
     EXPECT_EQ(client.ReadLine(), "0\n");
 }
 
-TEST_F(Server, AnswersAClientThatHasEndedItsSending) {
+TEST_F(Server, AnswersAClientThatHasShutDownItsSendingSide) {
     auto client = Connect();
     client.Send("*IDN?\n*OPC?\n");
     client.EndSending();
@@ -84,7 +85,7 @@ TEST_F(Server, AnswersAClientThatHasEndedItsSending) {
     EXPECT_EQ(client.ReadLine(), "");
 }
 
-TEST_F(Server, SendsNoReplyToAWrongQuery) {
+TEST_F(Server, SendsNoReplyToAnInvalidQuery) {
     auto client = Connect();
     client.Send(":NO:SUCH?\n:OUTP:STAT?\n");
     EXPECT_EQ(client.Ask("*OPC?"), "1\n");
@@ -102,7 +103,7 @@ TEST_F(Server, SharesOneSupplyBetweenItsConnections) {
     EXPECT_EQ(first.Ask(":SYSTem:ERRor?"), "-113,\"Undefined header\"\n");
 }
 
-TEST_F(Server, AnswersTheConnectionThatAsked) {
+TEST_F(Server, AnswersTheConnectionThatSentTheQuery) {
     auto first = Connect();
     auto second = Connect();
     first.Send("*IDN?\n");
@@ -111,14 +112,14 @@ TEST_F(Server, AnswersTheConnectionThatAsked) {
     EXPECT_EQ(second.ReadLine(), "1\n");
 }
 
-TEST_F(Server, ShowsWhatItsOwnerDoesToTheSupply) {
+TEST_F(Server, ServesChangesMadeThroughTheSupplyObject) {
     auto client = Connect();
     supply_.SetLoad(1, 10.0);
     client.Send(":SOUR1:VOLT 5\n:OUTP:STAT CH1,ON\n");
     EXPECT_EQ(client.Ask(":MEAS:ALL? CH1"), "5.000000,0.500000,2.500000\n");
 }
 
-TEST_F(Server, RefusesAnOverlongLineAndGoesOn) {
+TEST_F(Server, RefusesAnOverlongLineAndContinues) {
     auto client = Connect();
     client.Send(std::string(100'000, 'A'));
     EXPECT_EQ(Connect().Ask("*OPC?"), "1\n");
@@ -128,7 +129,7 @@ TEST_F(Server, RefusesAnOverlongLineAndGoesOn) {
     EXPECT_EQ(client.Ask(":SYSTem:ERRor?"), "0,\"No error\"\n");
 }
 
-TEST_F(Server, IgnoresALineWithoutEndWhenTheClientLeaves) {
+TEST_F(Server, IgnoresAnUnfinishedLineWhenTheClientDisconnects) {
     {
         auto client = Connect();
         client.Send(":SOUR1:VOLT 7");
@@ -137,7 +138,7 @@ TEST_F(Server, IgnoresALineWithoutEndWhenTheClientLeaves) {
     EXPECT_EQ(Connect().Ask(":SOUR1:VOLT?"), "0.000000\n");
 }
 
-TEST_F(Server, ForgetsConnectionsThatHaveGone) {
+TEST_F(Server, RemovesClosedConnections) {
     auto first = Connect();
     {
         auto second = Connect();
@@ -147,7 +148,7 @@ TEST_F(Server, ForgetsConnectionsThatHaveGone) {
     EXPECT_EQ(first.Ask("*OPC?"), "1\n");
 }
 
-TEST_F(Server, SurvivesThousandsOfConnectionsThatLeaveAtOnce) {
+TEST_F(Server, SurvivesThousandsOfConnectionsThatDisconnectAtOnce) {
     const std::vector<std::string> leftovers{"", "*ID", "*IDN?\n", "\0\xff\n"s, "*IDN?\n*IDN?\n:SOUR1", "\n\n\n"};
     for (std::size_t i = 0; i < 3000; ++i) {
         Connect().Send(leftovers[i % leftovers.size()]);
@@ -156,7 +157,7 @@ TEST_F(Server, SurvivesThousandsOfConnectionsThatLeaveAtOnce) {
     EXPECT_EQ(Connect().Ask("*IDN?"), kIdentity);
 }
 
-TEST_F(Server, ServesManyConnectionsAtATime) {
+TEST_F(Server, ServesManyConnectionsAtTheSameTime) {
     std::vector<TcpClient> clients;
     for (int i = 0; i < 200; ++i) {
         clients.push_back(Connect());
@@ -183,22 +184,22 @@ TEST_F(Server, KeepsAllRepliesForAClientThatReadsLate) {
     EXPECT_EQ(good, kCount);
 }
 
-TEST_F(Server, ServesOthersWhileOneClientReadsNothing) {
+TEST_F(Server, ServesOthersWhileOneClientDoesNotRead) {
     auto greedy = Connect();
-    server_.faults().AddForNext(FaultKind::kLong, 1'000'000, 100);
+    server_.Faults().AddForNext(FaultKind::Long, 1'000'000, 100);
     std::string queries;
     for (int i = 0; i < 100; ++i) {
         queries += "*IDN?\n";
     }
-    greedy.Send(queries); // far more replies than the sockets can hold
-    while (server_.faults().received() < 2) {
+    greedy.Send(queries); // more replies than the socket buffers hold
+    while (server_.Faults().Received() < 2) {
         std::this_thread::yield();
     }
-    server_.faults().Clear();
+    server_.Faults().Clear();
     EXPECT_EQ(Connect().Ask("*OPC?"), "1\n");
 }
 
-TEST_F(Server, ClosesConnectionsOnRequestAndGoesOnListening) {
+TEST_F(Server, ClosesConnectionsOnRequestAndContinuesToListen) {
     auto client = Connect();
     ASSERT_TRUE(WaitForConnections(1));
     server_.CloseConnections();
@@ -206,7 +207,7 @@ TEST_F(Server, ClosesConnectionsOnRequestAndGoesOnListening) {
     EXPECT_EQ(Connect().Ask("*OPC?"), "1\n");
 }
 
-TEST_F(Server, IsGoneAfterStop) {
+TEST_F(Server, RefusesConnectionsAfterStop) {
     auto client = Connect();
     ASSERT_TRUE(WaitForConnections(1));
     server_.Stop();
@@ -215,7 +216,7 @@ TEST_F(Server, IsGoneAfterStop) {
     EXPECT_THROW(Connect(), std::system_error);
 }
 
-TEST_F(Server, CanBeStoppedFromAnyThread) {
+TEST_F(Server, StopsFromAnyThread) {
     auto client = Connect();
     ASSERT_TRUE(WaitForConnections(1));
     std::thread([this] { server_.Stop(); }).join();
@@ -223,7 +224,7 @@ TEST_F(Server, CanBeStoppedFromAnyThread) {
 }
 
 TEST_F(Server, DropsTheConnectionInsteadOfExecuting) {
-    server_.faults().Add(ParseFault("drop@2+1"));
+    server_.Faults().Add(ParseFault("drop@2+1"));
     auto client = Connect();
     EXPECT_EQ(client.Ask("*OPC?"), "1\n");
     client.Send(":SOUR1:VOLT 5\n:SOUR1:VOLT 6\n");
@@ -232,26 +233,26 @@ TEST_F(Server, DropsTheConnectionInsteadOfExecuting) {
 }
 
 TEST_F(Server, CountsCommandsOverAllConnections) {
-    server_.faults().Add(ParseFault("drop@3+1"));
+    server_.Faults().Add(ParseFault("drop@3+1"));
     auto first = Connect();
     auto second = Connect();
     EXPECT_EQ(first.Ask("\n  \n*OPC?"), "1\n");
     EXPECT_EQ(second.Ask("*OPC?"), "1\n");
     EXPECT_EQ(first.Ask("*OPC?"), "");
     EXPECT_EQ(second.Ask("*OPC?"), "1\n");
-    EXPECT_EQ(server_.faults().received(), 4U);
+    EXPECT_EQ(server_.Faults().Received(), 4U);
 }
 
-TEST_F(Server, ExecutesButDoesNotAnswerWhenSilent) {
+TEST_F(Server, ExecutesWithoutAReplyWhenSilent) {
     auto client = Connect();
-    server_.faults().AddForNext(FaultKind::kSilent, 0, 2);
+    server_.Faults().AddForNext(FaultKind::Silent, 0, 2);
     client.Send(":SOUR1:VOLT 5\n*IDN?\n");
     EXPECT_EQ(client.Ask(":SOUR1:VOLT?"), "5.000000\n");
 }
 
-TEST_F(Server, AnswersLaterWhenDelayed) {
+TEST_F(Server, SendsTheReplyLaterWhenDelayed) {
     auto client = Connect();
-    server_.faults().AddForNext(FaultKind::kDelay, 150);
+    server_.Faults().AddForNext(FaultKind::Delay, 150);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(client.Ask("*IDN?"), kIdentity);
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(150));
@@ -259,9 +260,9 @@ TEST_F(Server, AnswersLaterWhenDelayed) {
 
 TEST_F(Server, ServesOthersDuringADelayAndStopsWithoutWaitingForIt) {
     auto delayed = Connect();
-    server_.faults().AddForNext(FaultKind::kDelay, kMaxFaultValue);
+    server_.Faults().AddForNext(FaultKind::Delay, kMaxFaultValue);
     delayed.Send("*IDN?\n");
-    while (server_.faults().received() < 1) {
+    while (server_.Faults().Received() < 1) {
         std::this_thread::yield();
     }
     EXPECT_EQ(Connect().Ask("*OPC?"), "1\n");
@@ -271,13 +272,13 @@ TEST_F(Server, ServesOthersDuringADelayAndStopsWithoutWaitingForIt) {
 
 TEST_F(Server, SendsGarbageCutLongAndCrLfReplies) {
     auto client = Connect();
-    server_.faults().AddForNext(FaultKind::kGarbage);
+    server_.Faults().AddForNext(FaultKind::Garbage);
     EXPECT_EQ(client.Ask("*IDN?"), "\xff\0%s%n{}?!\x01\n"s);
-    server_.faults().AddForNext(FaultKind::kLong, 1500);
+    server_.Faults().AddForNext(FaultKind::Long, 1500);
     EXPECT_EQ(client.Ask("*OPC?"), "1" + std::string(1499, 'X') + "\n");
-    server_.faults().AddForNext(FaultKind::kCrLf);
+    server_.Faults().AddForNext(FaultKind::CrLf);
     EXPECT_EQ(client.Ask("*OPC?"), "1\r\n");
-    server_.faults().AddForNext(FaultKind::kCut);
+    server_.Faults().AddForNext(FaultKind::Cut);
     client.Send(":SOUR1:VOLT?\n");
     EXPECT_EQ(client.ReadBytes(4), "0.00");
     EXPECT_EQ(client.Ask("*OPC?"), "1\n");
@@ -294,19 +295,19 @@ TEST(ServerConstruction, FailsWhenThePortIsTaken) {
     VirtualSupply supply;
     const VirtualSupplyServer first(supply);
     try {
-        const VirtualSupplyServer second(supply, {.port = first.port()});
+        const VirtualSupplyServer second(supply, {.port = first.Port()});
         FAIL() << "two servers on one port";
     } catch (const std::system_error& failure) {
         EXPECT_EQ(failure.code(), std::errc::address_in_use);
         EXPECT_EQ(failure.what(),
-                  "cannot listen on 127.0.0.1 port " + std::to_string(first.port()) + ": Address already in use");
+                  "cannot listen on 127.0.0.1 port " + std::to_string(first.Port()) + ": Address already in use");
     }
 }
 
-TEST(ServerConstruction, CanReuseThePortOfAServerThatIsGone) {
+TEST(ServerConstruction, ReusesThePortOfAServerThatHasEnded) {
     VirtualSupply supply;
     auto first = std::make_unique<VirtualSupplyServer>(supply);
-    const auto port = first->port();
+    const auto port = first->Port();
     TcpClient client(port);
     EXPECT_EQ(client.Ask("*OPC?"), "1\n");
     first.reset();
@@ -314,15 +315,15 @@ TEST(ServerConstruction, CanReuseThePortOfAServerThatIsGone) {
     EXPECT_EQ(TcpClient(port).Ask("*OPC?"), "1\n");
 }
 
-TEST(ServerConstruction, PutsFaultsInForceFromTheFirstCommandOn) {
+TEST(ServerConstruction, AppliesFaultsFromTheFirstCommandOn) {
     VirtualSupply supply;
     const VirtualSupplyServer server(supply, {.faults = {ParseFault("crlf@1+1")}});
-    TcpClient client(server.port());
+    TcpClient client(server.Port());
     EXPECT_EQ(client.Ask("*OPC?"), "1\r\n");
     EXPECT_EQ(client.Ask("*OPC?"), "1\n");
 }
 
-TEST(ServerLog, TellsConnectionsCommandsAndRepliesInPrintableText) {
+TEST(ServerLog, ContainsConnectionsCommandsAndRepliesInPrintableText) {
     std::mutex mutex;
     std::vector<std::string> log;
     VirtualSupply supply;
@@ -331,7 +332,7 @@ TEST(ServerLog, TellsConnectionsCommandsAndRepliesInPrintableText) {
                                              const std::lock_guard lock(mutex);
                                              log.emplace_back(line);
                                          }});
-        TcpClient client(server.port());
+        TcpClient client(server.Port());
         client.Send("\x1b[2J\xff\n");
         EXPECT_EQ(client.Ask("*OPC?"), "1\n");
         client.Send(std::string(5000, 'A') + '\n');

@@ -1,4 +1,4 @@
-// Every setting: its value after power-on, that it is kept and read back, its limits, and how its header is spelt.
+// Every setting: power-on value, reading back, limits and header.
 
 #include "tools/virtual_supply/virtual_supply.h"
 
@@ -16,7 +16,7 @@ struct SettingCase {
     std::string changed;
 };
 
-// Lines that reach the same setting in two ways carry the same value.
+// Two headers of the same setting set the same value.
 const std::vector<SettingCase> kSettingCases{
     {":INST:SELE CH2", ":INST:SELE?", "CH1", "CH2"},
     {":SOUR:BLE ON", ":SOUR:BLE?", "OFF", "ON"},
@@ -111,7 +111,7 @@ TEST(Settings, HaveTheirPowerOnValues) {
     EXPECT_EQ(supply.Execute(kNextError), "0,\"No error\"");
 }
 
-TEST(Settings, AreReadBackAsTheyWereSet) {
+TEST(Settings, AreReadBackAfterTheyWereSet) {
     for (const SettingCase& each : kSettingCases) {
         VirtualSupply supply;
         EXPECT_EQ(supply.Execute(each.set), "") << each.set;
@@ -120,7 +120,7 @@ TEST(Settings, AreReadBackAsTheyWereSet) {
     }
 }
 
-TEST(Settings, OfTheTwoChannelsAreSeparate) {
+TEST(Settings, AreSeparateForEachChannel) {
     VirtualSupply supply;
     for (const SettingCase& each : kSettingCases) {
         supply.Execute(each.set);
@@ -141,7 +141,7 @@ TEST(Settings, ReturnToTheirPowerOnValuesOnReset) {
     }
 }
 
-TEST(Settings, OfOneProtectionAreReachedByBothItsHeaders) {
+TEST(Settings, AreSharedByBothHeadersOfAProtection) {
     VirtualSupply supply;
     supply.Execute(":SOUR1:VOLT:PROT 12.0");
     EXPECT_EQ(supply.Execute(":OUTP:OVP:VAL? CH1"), "12.000000");
@@ -160,11 +160,11 @@ TEST(Settings, OfOneProtectionAreReachedByBothItsHeaders) {
 }
 
 struct LimitCase {
-    std::string header; // up to the value
+    std::string header; // the line before the value
     std::string query;
     std::string maximum;
     std::string above;
-    std::string maximum_read;
+    std::string maximumRead;
 };
 
 const std::vector<LimitCase> kLimitCases{
@@ -184,18 +184,18 @@ const std::vector<LimitCase> kLimitCases{
     {":OUTP:OCP:DEL CH2,", ":OUTP:OCP:DEL? CH2", "3600", "3600.000001", "3600.000000"},
 };
 
-TEST(Limits, AreThemselvesAccepted) {
+TEST(Limits, AreAcceptedAsValues) {
     for (const LimitCase& each : kLimitCases) {
         VirtualSupply supply;
         supply.Execute(each.header + "0");
         EXPECT_EQ(supply.Execute(each.query), "0.000000") << each.header;
         supply.Execute(each.header + each.maximum);
-        EXPECT_EQ(supply.Execute(each.query), each.maximum_read) << each.header;
+        EXPECT_EQ(supply.Execute(each.query), each.maximumRead) << each.header;
         EXPECT_EQ(supply.Execute(kNextError), "0,\"No error\"") << each.header;
     }
 }
 
-TEST(Limits, RefuseWhatLiesOutsideAndKeepTheValue) {
+TEST(Limits, RefuseValuesOutsideAndKeepTheSetting) {
     for (const LimitCase& each : kLimitCases) {
         VirtualSupply supply;
         supply.Execute(each.header + "1.5");
@@ -258,14 +258,14 @@ TEST(AllOutputs, AreSwitchedTogether) {
     EXPECT_EQ(supply.Execute(kNextError), "0,\"No error\"");
 }
 
-TEST(AllOutputs, AreNotNamedByAChannel) {
+TEST(AllOutputs, AreNotSelectedByAChannelName) {
     VirtualSupply supply;
     supply.Execute(":OUTPut:STATe CH1,ON");
     EXPECT_EQ(supply.Execute(kNextError), "-224,\"Illegal parameter value\"");
     EXPECT_EQ(supply.Execute(":OUTP:STAT? CH1"), "OFF");
 }
 
-TEST(Identity, NamesModelAndSerialNumber) {
+TEST(Identity, ContainsModelAndSerialNumber) {
     VirtualSupply supply({.model = "TX4520", .serial = "SN77"});
     EXPECT_EQ(supply.Execute("*IDN?"), "Keltor Technology,TX4520,SN77,1.00");
     EXPECT_EQ(VirtualSupply().Execute("*IDN?"), "Keltor Technology,TX4410,SN00000001,1.00");

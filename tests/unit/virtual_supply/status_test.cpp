@@ -1,4 +1,4 @@
-// The error queue, the event status register, and which error a wrong line leaves.
+// The error queue, the event status register, and the error of each invalid line.
 
 #include "tools/virtual_supply/virtual_supply.h"
 
@@ -18,7 +18,7 @@ TEST(ErrorQueue, IsEmptyAfterPowerOn) {
     EXPECT_EQ(supply.Execute("*ESR?"), "0");
 }
 
-TEST(ErrorQueue, GivesErrorsInTheOrderInWhichTheyHappened) {
+TEST(ErrorQueue, ReturnsErrorsInTheirOrder) {
     VirtualSupply supply;
     supply.Execute(":NO:SUCH");
     supply.Execute(":SOUR1:VOLT 99");
@@ -29,7 +29,7 @@ TEST(ErrorQueue, GivesErrorsInTheOrderInWhichTheyHappened) {
     EXPECT_EQ(supply.Execute(kNextError), "0,\"No error\"");
 }
 
-TEST(ErrorQueue, EndsInAnOverflowWhenMoreThanSixteenErrorsWait) {
+TEST(ErrorQueue, EndsInAnOverflowAfterSixteenErrors) {
     VirtualSupply supply;
     for (int i = 0; i < 40; ++i) {
         supply.Execute(":NO:SUCH");
@@ -54,7 +54,7 @@ TEST(ErrorQueue, HoldsSixteenErrorsWithoutOverflow) {
     EXPECT_EQ(supply.Execute(kNextError), "0,\"No error\"");
 }
 
-TEST(EventStatus, TellsTheClassOfAnErrorAndIsClearedByReading) {
+TEST(EventStatus, HoldsTheErrorClassAndIsClearedByReading) {
     VirtualSupply supply;
     supply.Execute(":NO:SUCH");
     EXPECT_EQ(supply.Execute("*ESR?"), "32");
@@ -75,7 +75,7 @@ TEST(EventStatus, IsNotClearedByReadingErrors) {
     EXPECT_EQ(supply.Execute("*ESR?"), "32");
 }
 
-TEST(Clear, EmptiesQueueAndRegisters) {
+TEST(Clear, EmptiesErrorQueueAndEventRegisters) {
     VirtualSupply supply;
     supply.Execute(":NO:SUCH");
     supply.Execute(":OUTP:STAT CH1,ON");
@@ -88,7 +88,7 @@ TEST(Clear, EmptiesQueueAndRegisters) {
     EXPECT_EQ(supply.Execute(":OUTP:STAT? CH1"), "ON");
 }
 
-TEST(Reset, KeepsQueueAndEventRegisters) {
+TEST(Reset, KeepsErrorQueueAndEventRegisters) {
     VirtualSupply supply;
     supply.Execute(":NO:SUCH");
     supply.Execute(":OUTP:STAT CH1,ON");
@@ -100,7 +100,7 @@ TEST(Reset, KeepsQueueAndEventRegisters) {
 
 TEST(OperationComplete, IsAlwaysAnsweredWithOne) { EXPECT_EQ(VirtualSupply().Execute("*OPC?"), "1"); }
 
-TEST(InputOverrun, IsQueued) {
+TEST(InputOverrun, IsAddedToTheErrorQueue) {
     VirtualSupply supply;
     supply.ReportInputOverrun();
     EXPECT_EQ(supply.Execute(kNextError), "-363,\"Input buffer overrun\"");

@@ -1,4 +1,4 @@
-// A plain blocking TCP client. Nothing waits longer than the hang guard.
+// A blocking TCP client. Every wait ends after kHangGuard.
 #pragma once
 
 #include <array>
@@ -20,7 +20,8 @@ inline constexpr int kHangGuard = 30; // s
 
 class TcpClient {
   public:
-    /// Connects to a port of 127.0.0.1; throws std::system_error when nobody listens.
+    /// Connects to a port of 127.0.0.1.
+    /// On failure: throws std::system_error.
     explicit TcpClient(std::uint16_t port) : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
         sockaddr_in address{};
         address.sin_family = AF_INET;
@@ -29,8 +30,8 @@ class TcpClient {
         const timeval guard{kHangGuard, 0};
         ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &guard, sizeof guard);
         ::setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, &guard, sizeof guard);
-        const int at_once = 1;
-        ::setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &at_once, sizeof at_once);
+        const int atOnce = 1;
+        ::setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &atOnce, sizeof atOnce);
         if (::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
             const int error = errno;
             ::close(socket_);
@@ -48,7 +49,7 @@ class TcpClient {
     TcpClient& operator=(const TcpClient&) = delete;
     TcpClient& operator=(TcpClient&&) = delete;
 
-    /// False when the connection is lost.
+    /// Returns false when the connection is lost.
     bool Send(std::string_view bytes) {
         while (!bytes.empty()) {
             const auto sent = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
@@ -60,19 +61,19 @@ class TcpClient {
         return true;
     }
 
-    /// The next bytes up to and including a line feed; what came before the end of the connection when none does.
+    /// Returns the next bytes up to and including a line feed, or up to the end of the connection.
     std::string ReadLine() {
-        auto line_feed = received_.find('\n');
-        while (line_feed == std::string::npos && Receive()) {
-            line_feed = received_.find('\n');
+        auto lineFeed = received_.find('\n');
+        while (lineFeed == std::string::npos && Receive()) {
+            lineFeed = received_.find('\n');
         }
-        const auto size = line_feed == std::string::npos ? received_.size() : line_feed + 1;
+        const auto size = lineFeed == std::string::npos ? received_.size() : lineFeed + 1;
         std::string line = received_.substr(0, size);
         received_.erase(0, size);
         return line;
     }
 
-    /// Exactly so many bytes, or fewer when the connection ends.
+    /// Returns `size` bytes, or fewer when the connection ends.
     std::string ReadBytes(std::size_t size) {
         while (received_.size() < size && Receive()) {
         }
@@ -86,7 +87,7 @@ class TcpClient {
         return ReadLine();
     }
 
-    /// Says that nothing more will be sent; replies can still be read.
+    /// Shuts down the sending side; replies can still be read.
     void EndSending() { ::shutdown(socket_, SHUT_WR); }
 
   private:

@@ -1,4 +1,4 @@
-// How arguments are read and reply fields are written, kind by kind.
+// Parsing of arguments and formatting of reply fields, for each kind.
 
 #include "tools/virtual_supply/kinds.h"
 
@@ -14,7 +14,7 @@ int ErrorOf(const Kind& kind, std::string_view text) {
         ParseArgument(kind, 1, text);
         return 0;
     } catch (const Refusal& refusal) {
-        return refusal.error().code;
+        return refusal.Error().code;
     }
 }
 
@@ -40,7 +40,9 @@ TEST(Reals, AreWrittenWithSixDecimals) {
     EXPECT_EQ(Written(kReading, std::numeric_limits<double>::max()).size(), 1U + 309U + 7U);
 }
 
-TEST(Reals, HaveNoNegativeZero) { EXPECT_EQ(Written(kVolts, ParseArgument(kVolts, 1, "-0.000000")), "<0.000000"); }
+TEST(Reals, AreWrittenWithoutNegativeZero) {
+    EXPECT_EQ(Written(kVolts, ParseArgument(kVolts, 1, "-0.000000")), "<0.000000");
+}
 
 TEST(Integers, AreReadWithinTheirRange) {
     const Kind kind = Integer({-2, 512});
@@ -59,7 +61,7 @@ TEST(Integers, AreWrittenInDecimal) {
     EXPECT_EQ(Written(kInteger, -113.0), "<-113");
 }
 
-TEST(Booleans, AreWordsOrDigits) {
+TEST(Booleans, AreReadAsWordsOrDigits) {
     EXPECT_EQ(ParseArgument(kBoolean, 1, "ON"), 1.0);
     EXPECT_EQ(ParseArgument(kBoolean, 1, "off"), 0.0);
     EXPECT_EQ(ParseArgument(kBoolean, 1, "1"), 1.0);
@@ -69,14 +71,14 @@ TEST(Booleans, AreWordsOrDigits) {
     EXPECT_EQ(Written(kBoolean, 0.0), "<OFF");
 }
 
-TEST(Keywords, AreAllReadAndTheFirstIsWritten) {
+TEST(Keywords, AcceptEverySpellingAndWriteTheFirst) {
     EXPECT_EQ(ParseArgument(Word(kCurrentRates), 1, "4k"), 1.0);
     EXPECT_EQ(ParseArgument(Word(kCurrentRates), 1, "4000"), 1.0);
     EXPECT_EQ(ErrorOf(Word(kCurrentRates), "400"), -224);
     EXPECT_EQ(Written(Word(kCurrentRates), 1.0), "<4000");
 }
 
-TEST(Texts, AreWrittenAsTheyAreAndNeverRead) {
+TEST(Texts, AreWrittenUnchangedAndNeverAccepted) {
     EXPECT_EQ(Written(kText, std::string("%s{}")), "<%s{}");
     EXPECT_EQ(ErrorOf(kText, "x"), -104);
 }

@@ -1,5 +1,5 @@
-// A virtual supply in a process of its own, which ends with the one that started it: for benchmarks and for tests that
-// count what their own process holds.
+// A virtual supply in a child process that ends with its parent: for benchmarks, and for tests that count the resources
+// of their own process.
 #pragma once
 
 #include <array>
@@ -17,12 +17,13 @@ namespace virtual_supply {
 
 class ForkedSupply {
   public:
-    /// To be called before the process has any thread.
+    /// Starts the supply. On failure: ends the process with exit code 1.
+    /// The caller must not have started a thread.
     ForkedSupply() {
         std::array<int, 2> up{};
         std::array<int, 2> down{};
         if (::pipe(up.data()) != 0 || ::pipe(down.data()) != 0 || (child_ = ::fork()) < 0) {
-            std::perror("no supply");
+            std::perror("cannot start the supply");
             std::exit(1);
         }
         if (child_ == 0) {
@@ -49,12 +50,12 @@ class ForkedSupply {
     [[nodiscard]] std::uint16_t Port() const { return port_; }
     [[nodiscard]] std::string Resource() const { return "TCPIP0::127.0.0.1::" + std::to_string(port_) + "::SOCKET"; }
 
-    /// Puts a fault in force that hits the next command the supply receives.
+    /// Adds a fault that hits the next command that the supply receives.
     void FaultForNextCommand(FaultKind kind, std::uint64_t value = 0) {
         const Order order{kind, value};
         char done = 0;
         if (::write(alive_, &order, sizeof order) != sizeof order || ::read(answers_, &done, 1) != 1) {
-            std::fputs("the supply is gone\n", stderr);
+            std::fputs("the supply has ended\n", stderr);
             std::exit(1);
         }
     }
@@ -65,16 +66,16 @@ class ForkedSupply {
         std::uint64_t value;
     };
 
-    /// Serves until the parent's end of the pipe is closed, by whatever way the parent ends.
+    /// Serves until the parent closes its end of the pipe, which the system does when the parent is killed.
     [[noreturn]] static void Serve(int up, int down) {
         {
             VirtualSupply supply;
             VirtualSupplyServer server(supply);
-            const std::uint16_t port = server.port();
+            const std::uint16_t port = server.Port();
             Order order{};
             bool heard = ::write(up, &port, sizeof port) == sizeof port;
             while (heard && ::read(down, &order, sizeof order) == sizeof order) {
-                server.faults().AddForNext(order.kind, order.value);
+                server.Faults().AddForNext(order.kind, order.value);
                 heard = ::write(up, "!", 1) == 1;
             }
         }
@@ -82,7 +83,7 @@ class ForkedSupply {
     }
 
     pid_t child_ = -1;
-    int alive_ = -1; // open for as long as the supply is to live; orders go this way
+    int alive_ = -1; // carries the orders; closing it ends the supply
     int answers_ = -1;
     std::uint16_t port_ = 0;
 };

@@ -1,0 +1,35 @@
+// What a command consists of.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "tools/tarnexctl/console.h"
+#include "tools/tarnexctl/failure.h"
+
+namespace CLI { // NOLINT(readability-identifier-naming): the library's name
+class App;
+} // namespace CLI
+
+namespace tarnexctl {
+
+/// The options that every command takes.
+struct CommonOptions {
+    std::string resource; ///< VISA resource string
+    std::string options;  ///< IVI option string
+    bool json = false;
+};
+
+/// Runs a command whose own arguments are parsed. Returns the exit code of the program.
+/// On failure: throws Failure; malformed replies of the instrument throw std::logic_error.
+using Action = std::function<ExitCode(const CommonOptions& common, Console& console)>;
+
+struct Command {
+    const char* name;
+    const char* help; ///< one line of --help
+
+    /// Declares the command's own arguments on `app`. The returned action owns the values that they are parsed into.
+    Action (*declare)(CLI::App& app);
+};
+
+} // namespace tarnexctl

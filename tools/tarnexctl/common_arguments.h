@@ -1,0 +1,22 @@
+// Arguments that several commands take, and the checks of numbers.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+namespace tarnexctl {
+
+/// Accepts a number from `lowest` to `highest`; refuses "nan" and "inf".
+CLI::Validator Between(double lowest, double highest);
+
+/// Accepts a voltage in V or a current in A. The driver checks the limits of the channel.
+CLI::Validator Level();
+
+/// Declares one required CHANNEL.
+void DeclareChannel(CLI::App& app, std::string& channel);
+
+/// Declares any number of CHANNELs; none means all channels.
+void DeclareChannels(CLI::App& app, std::vector<std::string>& channels);
+
+} // namespace tarnexctl
