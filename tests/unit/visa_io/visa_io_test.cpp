@@ -166,7 +166,7 @@ TEST_F(VisaConnection, TakesItsSettingsFromTheRecord) {
 
 TEST(ConnectionSettings, DefaultToLineFeedsTwoSecondsAndAPlainSerialLine) {
     const auto [character, enabled, openTimeout, ioTimeout, append, strip, baudRate, dataBits, flowControl, parity,
-                stopBits] = OpenVisa::ConnectionSettings{};
+                stopBits, trace] = OpenVisa::ConnectionSettings{};
     EXPECT_EQ(character, 10);
     EXPECT_TRUE(enabled);
     EXPECT_EQ(openTimeout, 2000U);
@@ -178,6 +178,7 @@ TEST(ConnectionSettings, DefaultToLineFeedsTwoSecondsAndAPlainSerialLine) {
     EXPECT_EQ(flowControl, 0);
     EXPECT_EQ(parity, 0);
     EXPECT_EQ(stopBits, 10);
+    EXPECT_EQ(trace.callback, nullptr);
 }
 
 /// What opening a connection sets, in order, with the default settings.
