@@ -1,4 +1,4 @@
-// One call of the driver over a VISA that does nothing, next to the same work written by hand: what the driver adds.
+// The cost of one call of the driver over a VISA that does nothing, next to the same work written by hand.
 #include <benchmark/benchmark.h>
 
 #include <array>
@@ -142,7 +142,7 @@ double CallBeside(std::size_t others) {
     std::vector<ViSession> sessions(others);
     for (auto& session : sessions) {
         session = Open();
-        TARNEX_ConfigureVoltageLevel(session, kFirst, 1.0); // each has been used
+        TARNEX_ConfigureVoltageLevel(session, kFirst, 1.0); // the first use registers the session's names
     }
     bench::Samples samples;
     for (int round = 0; round < 200; ++round) {
@@ -153,7 +153,7 @@ double CallBeside(std::size_t others) {
                           }) /
                           kBatch);
     }
-    // Latest first: closing looks for the session among those used, from the latest one on.
+    // Latest first: closing searches the list of used sessions from the latest one.
     for (auto session = sessions.rbegin(); session != sessions.rend(); ++session) {
         TARNEX_close(*session);
     }
@@ -161,7 +161,7 @@ double CallBeside(std::size_t others) {
     return bench::Median(samples);
 }
 
-/// The slowest of several shapes of a selector of a mebibyte, in milliseconds.
+/// The slowest of several shapes of a selector of 1 MiB, in milliseconds.
 double SlowestLongSelector(std::string& slowest) {
     constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
     const auto repeated = [](const std::string& piece) {
@@ -218,7 +218,7 @@ double SlowestLongSelector(std::string& slowest) {
 } // namespace
 
 int main() {
-    setenv("IVI_CONFIG_STORE", "/nonexistent/store.xml", 1); // there is one thread yet
+    setenv("IVI_CONFIG_STORE", "/nonexistent/store.xml", 1); // there is only one thread
     HandwrittenOpen();
     bench::Report report;
     bench::Progress("calls over a VISA that does nothing");

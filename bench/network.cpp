@@ -168,8 +168,7 @@ double ResidentKibibytes() {
     return resident * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1024.0;
 }
 
-/// Where every session is served in its turn, the caches of the machine are cold for each; a raw socket shows by how
-/// much.
+/// With many sessions in turn, the caches of the machine are cold for each one; raw sockets in turn are the baseline.
 void CompareManySessions(const virtual_supply::ForkedSupply& supply, bench::Report& report) {
     constexpr std::size_t kSessions = 1000;
     constexpr std::size_t kQueries = 10000;
@@ -205,7 +204,7 @@ void CompareManySessions(const virtual_supply::ForkedSupply& supply, bench::Repo
         TARNEX_close(sessions.back());
         sessions.pop_back();
     }
-    const auto oneAgain = queryFirst(); // what the machine did meanwhile shall not count against either
+    const auto oneAgain = queryFirst(); // again, so that the load of the machine affects both alike
     one.insert(one.end(), oneAgain.begin(), oneAgain.end());
     TARNEX_close(sessions.back());
     report.AtMost("Memory of one of 1,000 sessions, I/O buffers included", perSession, "KiB", 16.0);

@@ -281,7 +281,7 @@ TEST_F(ConfigurationStore, YieldsToTheOptionString) {
 
 TEST_F(ConfigurationStore, DriverSetupIsReplacedAltogetherByAClauseOfTheOptionString) {
     auto store = FullStore();
-    store.driverSession->driverSetup = "a=1,a=2"; // would be refused if it were parsed
+    store.driverSession->driverSetup = "a=1,a=2"; // an error if it were parsed
     doubles::TheConfigServer().Use(store);
     const auto vi = Open("DriverSetup=");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_DRIVER_SETUP), "");
@@ -291,7 +291,7 @@ TEST_F(ConfigurationStore, DriverSetupIsReplacedAltogetherByAClauseOfTheOptionSt
 }
 
 TEST_F(ConfigurationStore, GivesBackEveryHandleWhenACallFails) {
-    // Each function, and how often a full store makes it called before the instrument is opened.
+    // Each function with the number of its calls before the instrument is opened, with a full store.
     const std::vector<std::pair<const char*, std::size_t>> stopping{
         {"IviConfig_Initialize", 1},
         {"IviConfig_GetConfigStorePropertyViString", 2},

@@ -1,4 +1,4 @@
-// The ground that every contract test starts from: empty doubles, and the driver's exports over them.
+// The fixture of the contract tests: the driver's exports over empty doubles.
 #pragma once
 
 #include <gmock/gmock.h>

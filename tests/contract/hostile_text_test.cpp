@@ -1,5 +1,5 @@
-// Texts from outside that are meant to do harm: formats, NULs in the middle, bytes of no encoding, a mebibyte of
-// anything. They come out as they went in, or are refused with a status.
+// Hostile texts: formats, embedded NULs, invalid UTF-8, texts of 1 MiB. They are returned unchanged or refused with a
+// status.
 #include <array>
 #include <string>
 

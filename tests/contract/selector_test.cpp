@@ -185,7 +185,7 @@ TEST_F(Selector, MayNotNameAChannelTwice) {
 TEST_F(Selector, RepetitionsCountBeforeUnknownNames) {
     const auto vi = Open();
     EXPECT_EQ(Refusal(vi, "Unknown,OutputChannel1,OutputChannel1"), kBadlyFormed);
-    EXPECT_EQ(Refusal(vi, "X01,X1-X2").code, Status(0xBFFA0067)); // "X01" is no member of the range
+    EXPECT_EQ(Refusal(vi, "X01,X1-X2").code, Status(0xBFFA0067)); // "X01" is not a member of the range
 }
 
 TEST_F(Selector, NamesThatNoChannelHasAreUnknownToTheLetter) {

@@ -3,7 +3,7 @@
 namespace contract {
 namespace {
 
-// The I/O time-out and the two VISA buffers: what every interface kind begins with.
+// The settings of every interface kind: the I/O time-out and the two VISA buffers.
 const std::vector<std::string> kCommon{"viSetAttribute 3FFF001A 2000", "viSetBuf 1 1024", "viSetBuf 2 1024"};
 
 class VisaConnection : public DriverTest {

@@ -137,7 +137,7 @@ ViStatus _VI_FUNC IviConfig_Initialize(IviConfigHandle* store) {
     return ordered != VI_SUCCESS ? ordered : TheConfigServer().GiveOut(ConfigServer::TheStore{}, store);
 }
 
-// The releasing functions release also when they are made to report a failure.
+// The releasing functions release even when a test lets them fail.
 
 ViStatus _VI_FUNC IviConfig_Close(IviConfigHandle store) {
     const InsideDouble here;

@@ -1,4 +1,4 @@
-// A configuration server whose store a test fills in as data.
+// A configuration server with a store that the test defines as data.
 #pragma once
 
 #include <array>
@@ -75,7 +75,7 @@ class ConfigServer {
     /// The text that GetError gives.
     void SetErrorText(std::string text);
 
-    // What a handle can stand for. Pointers go into the store in use.
+    // The objects of handles: pointers into the current store.
     struct TheStore {};
     struct Modules {};
     struct Asset {

@@ -1,4 +1,4 @@
-// What all doubles share: the log of the calls that the driver made, and the failures that a test orders.
+// Common to all doubles: the log of the driver's calls, and the failures that a test orders.
 #pragma once
 
 #include <cstddef>

@@ -189,7 +189,7 @@ ViStatus _VI_FUNC IviSession_New(ViSession* handle) {
     return Answer("IviSession_New", [=](SessionService& service) { return service.New(handle); });
 }
 
-// Kept when it fails: the driver then has to make the handle harmless.
+// A failing Dispose keeps the handle: the driver must then remove its data pointer.
 ViStatus _VI_FUNC IviSession_Dispose(ViSession handle) {
     return Answer("IviSession_Dispose", [=](SessionService& service) { return service.Dispose(handle); });
 }

@@ -1,4 +1,4 @@
-// A session service that counts: handles, locks and errors recorded.
+// A session service that counts handles, locks and recorded errors.
 #pragma once
 
 #include <cstddef>

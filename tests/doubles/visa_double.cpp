@@ -181,7 +181,7 @@ ViStatus _VI_FUNC viOpen(ViSession rm, ViConstRsrc name, ViAccessMode mode, ViUI
     return Answer("viOpen", [=](VisaLibrary& visa) { return visa.Open(rm, name, mode, timeoutMs, vi); });
 }
 
-// Closes also when it is made to report a failure.
+// Closes even when a test lets it fail.
 ViStatus _VI_FUNC viClose(ViObject vi) {
     const doubles::InsideDouble here;
     const auto ordered = doubles::TheScript().Enter("viClose");
@@ -215,7 +215,7 @@ ViStatus _VI_FUNC viClear(ViSession vi) {
     return Answer("viClear", [=](VisaLibrary& visa) { return visa.Clear(vi); });
 }
 
-// What had arrived before a failure is in the buffer, and counted.
+// The bytes that arrived before a failure are in the buffer and counted.
 ViStatus _VI_FUNC viRead(ViSession vi, ViByte* buf, ViUInt32 count, ViUInt32* got) {
     const doubles::InsideDouble here;
     const auto ordered = doubles::TheScript().Enter("viRead");

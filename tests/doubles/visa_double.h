@@ -1,4 +1,4 @@
-// A VISA without instruments: it logs what is written and answers queries from a script.
+// A VISA without instruments: logs what is written and answers queries from a script.
 #pragma once
 
 #include <cstddef>

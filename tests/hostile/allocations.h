@@ -1,5 +1,5 @@
-// The allocation functions of a program that includes this: they count, and fail when told to. Linking them in replaces
-// those of the whole process; what other threads and the doubles allocate neither counts nor fails.
+// Allocation functions that count and that fail on request. They replace those of the whole process; allocations of
+// other threads and of the doubles are neither counted nor failed.
 #pragma once
 
 #include <cstddef>

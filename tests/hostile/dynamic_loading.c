@@ -1,7 +1,7 @@
-/* Loads and unloads the driver again and again, with sessions in between: neither memory nor files nor mappings grow.
+/* Loads and unloads the driver repeatedly, with sessions in between. Memory, open files and mappings must not grow.
  *
  * Usage: dynamic_loading LIBRARY ROUNDS RESOURCE
- * RESOURCE "" makes simulated sessions only. Prints its figures; ends with 1 when something grew. */
+ * RESOURCE "" makes simulated sessions only. Prints its figures; exits with 1 when something grew. */
 #define _XOPEN_SOURCE 700
 #include <dirent.h>
 #include <dlfcn.h>
@@ -16,7 +16,7 @@ typedef ViStatus (*InitWithOptions)(ViRsrc, ViBoolean, ViBoolean, ViConstString,
 typedef ViStatus (*Configure)(ViSession, ViConstString, ViReal64);
 typedef ViStatus (*Close)(ViSession);
 
-/* A function's address has another type than an object's: copied, as POSIX suggests. */
+/* Copied as POSIX suggests: C has no conversion from an object's address to a function's. */
 static void find(void* library, const char* name, void* function) {
     void* symbol = dlsym(library, name);
     if (symbol == NULL) {
@@ -114,7 +114,7 @@ int main(int argc, char** argv) {
     memory = resident_kib() - memory;
     files = open_files() - files;
     maps = mappings() - maps;
-    /* A tenth of a KiB for each load would show; the allocator's own unrest does not. */
+    /* The limit is above the noise of the allocator and below 0.1 KiB per load. */
     grew = memory > 64 + rounds / 10 || files != 0 || maps > 2;
     printf("%ld loads: resident memory %+ld KiB since the first tenth, files %+ld, mappings %+ld: %s\n", rounds, memory,
            files, maps, grew ? "GREW" : "flat");

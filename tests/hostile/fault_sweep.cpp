@@ -1,5 +1,5 @@
-// Every platform call of a session's life fails once, with several statuses, and every allocation fails once. Whatever
-// fails: nothing leaks, no lock stays behind, what the caller is told was recorded, and the next life is a clean one.
+// Lets every platform call in the life of a session fail once, with several statuses, and every allocation once. After
+// each failure nothing is leaked, no lock is held, the returned status has been recorded, and the next session works.
 //
 // Usage: fault_sweep [--long]        --long: more statuses of each kind
 #include <cstdio>
@@ -58,7 +58,7 @@ class Sweep {
         if (!Clean("before the sweep")) {
             return 1;
         }
-        // Once on the way of a failure, too: what is made at its first use stays.
+        // One failure first, so that objects that are made at their first use exist.
         doubles::TheScript().FailCall(3, IVI_CONFIG_ERROR_DESERIALIZE_FAILED);
         hostile::LiveOnce(kResource);
         StartAnew();
@@ -129,11 +129,11 @@ class Sweep {
         StartAnew();
         doubles::TheScript().FailCall(nth, static_cast<ViStatus>(status));
         const auto life = hostile::LiveOnce(kResource);
-        // What a failing session service cannot record, or answers itself, is not recorded.
+        // A failing session service records nothing.
         if (!function.starts_with("IviSession_")) {
             CheckRecords(when, life);
         }
-        // A read that succeeds without a reply: exceptions are how the driver says that a reply is malformed.
+        // A successful read without a reply is a malformed reply, which the driver reports by an exception.
         if (function != "viRead" || static_cast<ViStatus>(status) < 0) {
             CheckThatNothingThrew(when, life);
         }
@@ -186,7 +186,7 @@ class Sweep {
         if (!threw && creation.status >= 0 && !life.gaveHandle) {
             Complain(when, "a creation succeeded without a handle");
         }
-        // Only the re-reading of the data pointer after a successful initialization leaves both.
+        // Only a failed re-read of the data pointer after a successful initialization returns an error and a handle.
         if (creation.status < 0 && life.gaveHandle && when.find("IviSession_GetDataPtr") == std::string::npos) {
             Complain(when, "a creation that failed gave a handle");
         }
@@ -209,7 +209,7 @@ class Sweep {
         if (const auto blocks = hostile::LiveBlocks() - HeldBy(life) - HeldBy(when); blocks != blocks_) {
             Complain(when,
                      std::to_string(blocks) + " blocks of memory are left where " + std::to_string(blocks_) + " were");
-            blocks_ = blocks; // told once
+            blocks_ = blocks; // reported once
         }
         Clean("after " + when);
     }

@@ -1,5 +1,5 @@
-// What the process around the driver may do to it: fork, run out of files, be interrupted by signals, lose its standard
-// output. The supply is in a process of its own, so that none of it happens to the supply too.
+// The driver in a process that forks, runs out of files, is interrupted by signals or has closed its standard output.
+// The supply runs in a process of its own and is not affected.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -72,7 +72,7 @@ class Process : public testing::Test {
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
-    virtual_supply::ForkedSupply supply_; // before anything that may start a thread
+    virtual_supply::ForkedSupply supply_; // declared first: it forks, which must happen before any thread starts
 
   private:
     std::vector<ViSession> opened_;

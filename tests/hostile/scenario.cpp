@@ -163,7 +163,7 @@ Life LiveOnce(const std::string& resource) {
     run.Do(
         "close", [&] { return TARNEX_close(vi); }, VI_NULL);
     if (life.results.back().status < 0 || life.results.back().outOfMemory) {
-        // The handle may be gone, or without a session: then the second close says so and does nothing.
+        // The handle may be invalid or without a session: the second close then returns an error.
         run.Do(
             "close", [&] { return TARNEX_close(vi); }, VI_NULL);
     }

@@ -1,4 +1,4 @@
-// A session's whole life, in which every kind of call occurs.
+// The life of a session with every kind of call.
 #pragma once
 
 #include <exception>
@@ -16,7 +16,7 @@ struct Result {
     ViStatus status = VI_SUCCESS;
     bool outOfMemory = false;       ///< std::bad_alloc left the function
     std::string threw;              ///< the text of another exception that left it
-    ViStatus recorded = VI_SUCCESS; ///< the code that TARNEX_GetError gave afterwards, of session or thread
+    ViStatus recorded = VI_SUCCESS; ///< the code of TARNEX_GetError afterwards, of session or thread
     bool described = false;         ///< a description came with it
 };
 

@@ -1,5 +1,5 @@
-// A session in use for a long time, on a supply that misbehaves at random: every failure follows a fault that was
-// ordered, and neither memory nor files grow.
+// Long use of sessions on a supply with random faults: every failure follows an ordered fault, and memory and open
+// files do not grow.
 //
 // Usage: soak SECONDS
 #include <dirent.h>
@@ -27,7 +27,7 @@ using virtual_supply::FaultKind;
 constexpr const char* kFirst = "OutputChannel1";
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kInstrumented = true; // sanitizers keep memory that was freed: how much there is tells nothing
+constexpr bool kInstrumented = true; // sanitizers keep freed memory, so its amount is not checked
 #else
 constexpr bool kInstrumented = false;
 #endif
@@ -71,7 +71,7 @@ class Soak {
     int Run() {
         const auto begin = Clock::now();
         auto nextProgress = begin + std::chrono::seconds(10);
-        // What is used once and kept is there after the first part; the last part shall show no more.
+        // Objects that are made once exist after the first part; memory must not grow after it.
         const auto part = std::min<Clock::duration>(duration_ / 6, std::chrono::minutes(1));
         double firstMemory = 0.0;
         int firstFiles = 0;
@@ -95,7 +95,7 @@ class Soak {
         // The service keeps the handles of failed creations.
         const double kept = static_cast<double>(failedCreations_ - firstFailed) * kKibibytesPerHandle;
         const double grown = lastMemory - firstMemory - kept;
-        // In a short run the allocator has not come to rest.
+        // In a short run the allocator still grows.
         const double allowance = duration_ >= std::chrono::minutes(10) ? firstMemory * 0.01 : 256.0;
         const bool flat = (kInstrumented || grown <= allowance) && lastFiles == firstFiles;
         std::printf("%lld s: %zu calls, %zu sessions, %zu faults ordered, %zu calls failed, each after a fault: %s; "
@@ -137,7 +137,7 @@ class Soak {
         if (!faulted) {
             return;
         }
-        // Also when the call succeeded: a reply that was too long or too late leaves a rest for the next one.
+        // After a success too: a long or late reply leaves bytes for the next one.
         if (vi_ != VI_NULL) {
             TARNEX_close(vi_);
         }

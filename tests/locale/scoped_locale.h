@@ -1,4 +1,4 @@
-// The process under another locale, for as long as a test lasts.
+// Another locale for the process while the object exists.
 #pragma once
 
 #include <array>

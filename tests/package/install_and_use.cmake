@@ -6,7 +6,7 @@ run(${CMAKE_COMMAND} -G Ninja -S ${USER_PROJECT} -B ${SCRATCH}/user -DCMAKE_PREF
     -DCMAKE_CXX_COMPILER=${CXX} "-DCMAKE_C_FLAGS=${FLAGS}" "-DCMAKE_CXX_FLAGS=${FLAGS}")
 run(${CMAKE_COMMAND} --build ${SCRATCH}/user)
 
-# The runtime lies in a folder of the driver's own, which only the driver's run path names: it shadows nobody's VISA.
+# The runtime is in a folder that only the driver's run path contains, so it shadows no other VISA.
 file(GLOB_RECURSE visa RELATIVE ${SCRATCH}/root ${SCRATCH}/root/*ivivisa*)
 expect_match("${visa}" "/tarnex/libivivisa\\.so\\.0")
 list(FILTER visa EXCLUDE REGEX "/tarnex/")
@@ -36,7 +36,7 @@ if(PYTHON)
   expect_match("${output}" "^TX6300\n$")
 endif()
 
-# The supply prints its resource as the last word of its first line, and goes when the program has ended.
+# The supply prints its resource as the last word of its first line. It is stopped after the program.
 file(WRITE ${SCRATCH}/run.sh [[
 set -e
 "$1" --load 1=10 --for 60 >"$2/ready" &

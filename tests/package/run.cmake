@@ -1,4 +1,4 @@
-# run(COMMAND...) runs a command, which must succeed; its output is left in `output`.
+# run(COMMAND...) runs a command, which must succeed, and stores its output in `output`.
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE said ERROR_VARIABLE said)
   if(NOT result EQUAL 0)
@@ -7,7 +7,7 @@ function(run)
   set(output "${said}" PARENT_SCOPE)
 endfunction()
 
-# Each fails when it is otherwise.
+# Each fails when its condition does not hold.
 function(expect_match text expression)
   if(NOT "${text}" MATCHES "${expression}")
     message(FATAL_ERROR "no '${expression}' in:\n${text}")

@@ -1,4 +1,4 @@
-# Configured for the VISA of the system, the driver is linked to that, brings none of its own, and runs over it.
+# Configured for the system's VISA, the driver is linked to it, installs no VISA, and runs over it.
 include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 set(tests ${CMAKE_CURRENT_LIST_DIR})
 set(root ${SCRATCH}/root)
@@ -11,7 +11,7 @@ run(${CMAKE_COMMAND} ${build_options} -S ${tests}/vendor -B ${SCRATCH}/vendor)
 run(${CMAKE_COMMAND} --build ${SCRATCH}/vendor)
 run(${CMAKE_COMMAND} --install ${SCRATCH}/vendor --prefix ${vendor})
 
-# Without a vendor's VISA it says what to do.
+# Without a vendor's VISA the message says what to do.
 execute_process(COMMAND ${CMAKE_COMMAND} ${build_options} -S ${SOURCE} -B ${SCRATCH}/none -DTARNEX_VISA=system
                         -DTARNEX_TESTS=OFF -DTARNEX_TOOLS=OFF -DTARNEX_SYSTEM_VISA=TARNEX_SYSTEM_VISA-NOTFOUND
                         -DCMAKE_FIND_ROOT_PATH=${SCRATCH}/none -DCMAKE_FIND_ROOT_PATH_MODE_LIBRARY=ONLY

@@ -1,4 +1,4 @@
-// A virtual supply in a child process that ends with its parent: for benchmarks, and for tests that count the resources
+// A virtual supply in a child process that ends with its parent, for benchmarks and for tests that count the resources
 // of their own process.
 #pragma once
 

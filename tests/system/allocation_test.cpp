@@ -1,5 +1,4 @@
-// The steady path of a call takes nothing from the heap. Allocations are counted per thread, so that the virtual
-// supply's own thread does not count.
+// The steady path of a call does not allocate. Allocations are counted per thread, without the virtual supply's thread.
 #include <functional>
 
 #include "tests/system/counted_allocations.h"

@@ -1,5 +1,5 @@
-// Sessions that are closed when the process is ending: by a destructor of a global that was there before the driver's
-// first call, and by an exit handler.
+// Closes sessions at the end of the process: in the destructor of a global object that is older than the driver's own
+// objects, and in an exit handler.
 #include <cstdlib>
 #include <string>
 

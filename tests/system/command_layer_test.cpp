@@ -1,5 +1,4 @@
-// The command layer over a real connection to the virtual supply: every command, set and read back or seen by its
-// effect.
+// The command layer over a real connection to the virtual supply: every command is read back or checked by its effect.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +13,7 @@
 namespace system_tests {
 namespace {
 
-constexpr ViStatus kTermChar = 0x3FFF0005; // how every query over a socket ends
+constexpr ViStatus kTermChar = 0x3FFF0005; // the status of every query over a socket
 
 struct Exchange {
     std::string name;
@@ -117,7 +116,7 @@ class CommandLayer : public testing::Test {
         EXPECT_EQ(supply_.Open({.resource = server_.Resource()}), kTermChar);
     }
     ~CommandLayer() override {
-        // Whatever was asked for was understood.
+        // The supply has accepted all commands.
         EXPECT_EQ(model_.Execute(":SYSTem:ERRor?"), "0,\"No error\"");
     }
 
@@ -232,7 +231,7 @@ TEST_F(CommandLayer, ConstructsAListFromATemplateAndRunsIt) {
     double volts = 0.0;
     EXPECT_EQ(supply_.SetListEnabled(false), 0);
     EXPECT_EQ(supply_.GetCurrent(1, volts), kTermChar);
-    EXPECT_EQ(volts, 2.0); // the list has programmed it
+    EXPECT_EQ(volts, 2.0); // programmed by the list
 }
 
 TEST_F(CommandLayer, EditsADelaySequence) {

@@ -1,4 +1,4 @@
-// In a file of its own: inlined into a program, the pair below looks mismatched to GCC.
+// In a file of its own: when they are inlined, GCC reports the functions below as mismatched.
 #include "tests/system/counted_allocations.h"
 
 #include <cstdlib>

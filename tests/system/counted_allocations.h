@@ -1,4 +1,4 @@
-// A program that links this in counts what each of its threads takes from the heap.
+// Counts the allocations of each thread in a program that links it.
 #pragma once
 
 #include <cstddef>

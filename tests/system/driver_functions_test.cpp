@@ -1,4 +1,4 @@
-// Every function of the driver against an instrument that behaves: what it holds afterwards, what it tells.
+// Every function of the driver with a working instrument: the state of the instrument afterwards, and the results.
 #include <array>
 #include <cmath>
 #include <limits>
@@ -22,7 +22,7 @@ class DriverFunctions : public SupplyTest {
   protected:
     /// What the supply answers once it has carried out all that the session sent it.
     std::string Holds(ViSession vi, const std::string& query) {
-        GetBoolean(vi, kFirst, TARNEX_ATTR_OUTPUT_ENABLED); // its reply comes after everything before it
+        GetBoolean(vi, kFirst, TARNEX_ATTR_OUTPUT_ENABLED); // its reply follows the execution of all earlier commands
         return Ask(query);
     }
 };
@@ -96,7 +96,7 @@ TEST_F(DriverFunctions, OutputRangeAndResetOutputProtectionLeaveTheInstrumentAsI
 
 TEST_F(DriverFunctions, StopAtTheChannelThatRefusesItsLevel) {
     const auto vi = Open();
-    EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, kBoth, 6.0), kRefused); // too much for channel 2
+    EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, kBoth, 6.0), kRefused); // above the limit of channel 2
     EXPECT_EQ(Holds(vi, ":SOUR1:VOLT?"), "6.000000");
     EXPECT_EQ(Holds(vi, ":SOUR2:VOLT?"), "0.000000");
     EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, "OutputChannel2,OutputChannel1", 7.0), kRefused);
@@ -112,7 +112,7 @@ TEST_F(DriverFunctions, RefuseLevelsBeyondTheChannelWhateverTheyLookLike) {
         EXPECT_EQ(TARNEX_SetAttributeViReal64(vi, kFirst, TARNEX_ATTR_VOLTAGE_LEVEL, level), kRefused) << level;
     }
     EXPECT_EQ(Holds(vi, ":SOUR1:VOLT?"), "3.000000");
-    EXPECT_EQ(Holds(vi, ":SYSTem:ERRor?"), "0,\"No error\""); // the instrument never saw them
+    EXPECT_EQ(Holds(vi, ":SYSTem:ERRor?"), "0,\"No error\""); // nothing was sent
 }
 
 TEST_F(DriverFunctions, SendZeroesOfAllKinds) {
@@ -136,7 +136,7 @@ TEST_F(DriverFunctions, MaximaAreTheLastSelectedChannels) {
     EXPECT_EQ(value, 5.5);
     EXPECT_EQ(TARNEX_QueryMaxCurrentLimit(vi, kBoth, 1.0, &value), 0);
     EXPECT_EQ(value, 16.8);
-    TARNEX_ConfigureVoltageLevel(vi, kFirst, 22.0); // and the instrument takes what was promised
+    TARNEX_ConfigureVoltageLevel(vi, kFirst, 22.0); // the instrument accepts the returned maximum
     TARNEX_ConfigureCurrentLimit(vi, kSecond, TARNEX_VAL_CURRENT_REGULATE, 16.8);
     EXPECT_EQ(Holds(vi, ":SOUR1:VOLT?"), "22.000000");
     EXPECT_EQ(Holds(vi, ":SOUR2:CURR?"), "16.800000");
@@ -174,7 +174,8 @@ TEST_F(DriverFunctions, MeasureReadsLevelsBackAndEndsWithTheFirstChannelOfASocke
     TARNEX_ConfigureCurrentLimit(vi, kFirst, TARNEX_VAL_CURRENT_REGULATE, 0.5);
     EXPECT_EQ(Measure(vi, kSecond, TARNEX_VAL_MEASURE_VOLTAGE), 4.0);
     EXPECT_EQ(Measure(vi, kFirst, TARNEX_VAL_MEASURE_CURRENT), 0.5);
-    EXPECT_EQ(Measure(vi, kBoth, TARNEX_VAL_MEASURE_VOLTAGE), 12.0); // the positive status ends the walk
+    EXPECT_EQ(Measure(vi, kBoth, TARNEX_VAL_MEASURE_VOLTAGE),
+              12.0); // the positive status ends the loop over the channels
     ViReal64 untouched = 7.0;
     EXPECT_EQ(TARNEX_Measure(vi, kFirst, 2, &untouched), kRefused);
     EXPECT_EQ(untouched, 7.0);
@@ -234,7 +235,7 @@ TEST_F(DriverFunctions, IdQueryRefusesAModelThatIsNotSupportedAndLetsGoOfIt) {
     EXPECT_EQ(static_cast<unsigned>(TryOpen(server.Resource(), "", vi, VI_TRUE)), 0xBFFA005EU);
     EXPECT_EQ(vi, 0U);
     EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA005E, "Instrument ID query failed."}));
-    EXPECT_EQ(TryOpen(server.Resource(), "", vi), 0); // without the query it is taken as it is
+    EXPECT_EQ(TryOpen(server.Resource(), "", vi), 0); // without the ID query every model is accepted
 }
 
 TEST_F(DriverFunctions, IdQueryInSimulationFailsSinceTheSimulatorIsNoSupportedModel) {

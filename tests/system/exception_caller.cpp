@@ -1,6 +1,6 @@
-// A program in a module of its own, perhaps with a C++ runtime of its own, that meets the exception which a reply that
-// is no number makes leave the driver. Usage: exception_caller RESOURCE, of a supply that garbles its second and third
-// reply. Exits with 0 only when all was as it should be.
+// A program that catches the exception of the driver for a reply that is not a number. It may have a C++ runtime of its
+// own. Usage: exception_caller RESOURCE, of a supply that garbles its second and third
+// reply. Exits with 0 on success.
 #include <TARNEX.h>
 
 #include <chrono>

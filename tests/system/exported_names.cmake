@@ -1,4 +1,4 @@
-# Fails unless LIBRARY defines exactly the names listed in EXPECTED, and leaves the platform's functions to the loader.
+# Fails unless LIBRARY defines exactly the names in EXPECTED and imports the platform's functions.
 execute_process(COMMAND ${NM} -D --defined-only --format=posix ${LIBRARY} OUTPUT_VARIABLE defined COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND ${NM} -D --undefined-only --format=posix ${LIBRARY} OUTPUT_VARIABLE undefined COMMAND_ERROR_IS_FATAL ANY)
 

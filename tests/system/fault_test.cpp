@@ -1,4 +1,4 @@
-// An instrument that is hung, slow, dying or out of its mind, over TCP and over a pseudo-terminal.
+// An instrument that hangs, is slow, closes the connection or replies nonsense, over TCP and over a pseudo-terminal.
 #include <array>
 #include <chrono>
 #include <condition_variable>
@@ -64,7 +64,7 @@ class Fault : protected HasJournal, public SupplyOverEachLine {
     /// Where the supply is after it has hung up: a pseudo-terminal comes back under another name.
     std::string ResourceAfter(const std::string& before) {
         const auto deadline = Clock::now() + kGuard;
-        while (GetParam() == Line::kPseudoTerminal && server_->Resource() == before && Clock::now() < deadline) {
+        while (GetParam() == Line::PseudoTerminal && server_->Resource() == before && Clock::now() < deadline) {
             std::this_thread::sleep_for(milliseconds(1));
         }
         return server_->Resource();
@@ -73,7 +73,7 @@ class Fault : protected HasJournal, public SupplyOverEachLine {
     /// Waits until the server has sent so many replies, and they are here.
     bool AllIsSent(int replies) {
         const bool sent = journal.WaitForReplies(replies);
-        std::this_thread::sleep_for(milliseconds(50)); // from the server's journal to this end of the line
+        std::this_thread::sleep_for(milliseconds(50)); // time from the server's log to this end of the line
         return sent;
     }
 
@@ -99,7 +99,7 @@ TEST_P(Fault, OfASilentInstrumentEndsWithTheTimeOutAndANewSessionWorks) {
     EXPECT_LT(took_, kGuard);
     EXPECT_EQ(LastError(vi_), (DriverError{0xBFFA4214, "I/O error."}));
     EXPECT_EQ(volts_, 1.25);
-    EXPECT_EQ(MeasureVoltage(), kTermChar); // this session too: nothing was left on the line
+    EXPECT_EQ(MeasureVoltage(), kTermChar); // this session too: no bytes are left on the line
     EXPECT_EQ(volts_, 0.0);
     EXPECT_EQ(Measure(Open(), kChannel, TARNEX_VAL_MEASURE_VOLTAGE), 0.0);
 }
@@ -119,7 +119,8 @@ TEST_P(Fault, OfASilentInstrumentFailsEveryCallThatAsksIt) {
     EXPECT_EQ(Timed([&] { return TARNEX_GetAttributeViBoolean(vi_, kChannel, TARNEX_ATTR_OUTPUT_ENABLED, &on); }),
               kIoError);
     EXPECT_GE(took_, kTimeOut);
-    EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi_, kChannel, 1.0), 0); // asks nothing, and the instrument still listens
+    EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi_, kChannel, 1.0),
+              0); // no reply is needed, and the instrument still receives
     server_->Faults().Clear();
     EXPECT_EQ(MeasureVoltage(), kTermChar);
     EXPECT_EQ(volts_, 1.0);
@@ -156,7 +157,7 @@ TEST_P(Fault, OfADelayedReplyIsNoneWithinTheTimeOut) {
     EXPECT_EQ(volts_, 0.0);
 }
 
-// The driver sends no device clear: what comes late is still on its way.
+// The driver does not clear the device, so a late reply still arrives.
 TEST_P(Fault, OfAReplyThatComesLateIsWhatTheNextReadGetsUntilTheSessionIsClosed) {
     Ask(":SOUR1:VOLT 3");
     Ask(":SOUR1:CURR 2");
@@ -189,7 +190,7 @@ TEST_P(Fault, OfAReplyWithoutItsLineEndIsATimeOut) {
     EXPECT_GE(took_, kTimeOut);
     EXPECT_LT(took_, kGuard);
     EXPECT_EQ(volts_, 1.25);
-    EXPECT_EQ(MeasureVoltage(), kTermChar); // the half is gone with the read that timed out
+    EXPECT_EQ(MeasureVoltage(), kTermChar); // the read that timed out has discarded the first half
     EXPECT_EQ(volts_, 0.0);
 }
 
@@ -199,7 +200,7 @@ TEST_P(Fault, OfAnOverlongReplyIsCutAtTheBuffersSizeAndItsRestIsWhatTheNextReadG
     EXPECT_EQ(static_cast<unsigned>(MeasureVoltage()), 0x3FFF0006U);
     EXPECT_EQ(volts_, 0.0);
     volts_ = 1.25;
-    EXPECT_THROW(MeasureVoltage(), std::invalid_argument); // no number
+    EXPECT_THROW(MeasureVoltage(), std::invalid_argument); // not a number
     EXPECT_EQ(volts_, 1.25);
     ASSERT_TRUE(AllIsSent(before + 2));
     EXPECT_EQ(TARNEX_close(vi_), 0);
@@ -244,7 +245,7 @@ TEST_P(Fault, OfAResourceThatIsNotThereFailsTheOpening) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Over, Fault, testing::Values(Line::kTcp, Line::kPseudoTerminal), LineName);
+INSTANTIATE_TEST_SUITE_P(Over, Fault, testing::Values(Line::Tcp, Line::PseudoTerminal), LineName);
 
 } // namespace
 } // namespace system_tests

@@ -1,4 +1,4 @@
-/* The public header is all that a C99 program needs. */
+/* A C99 program needs only the public header. */
 #include <TARNEX.h>
 
 ViStatus (*header_alone)(ViSession vi) = TARNEX_close;

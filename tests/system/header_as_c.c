@@ -1,4 +1,4 @@
-/* The public header steps back where another header has declared the VISA types and values. */
+/* The public header accepts that another header has declared the VISA types and values. */
 #include <stdint.h>
 
 typedef char ViChar;

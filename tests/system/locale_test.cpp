@@ -1,4 +1,4 @@
-// The driver in a process whose locale writes 1.5 as "1,5": the instrument is spoken to in its own language.
+// The driver in a process whose locale writes 1.5 as "1,5": commands and replies keep the decimal point.
 #include <array>
 #include <clocale>
 #include <cstdlib>

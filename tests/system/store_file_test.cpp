@@ -81,7 +81,7 @@ TEST_F(StoreFile, WithADriverSessionGivesResourceOptionsAndVirtualNames) {
     EXPECT_EQ(Ask(":SOUR2:VOLT?"), "2.000000");
 }
 
-// The status query after each command also makes sure that the supply has taken it before it is asked.
+// The status query after each command also ensures that the supply has executed it.
 TEST_F(StoreFile, OfTheExamplesWorksOnceItNamesTheSupply) {
     auto store = Read(EXAMPLE_STORE);
     Replace(store, "TCPIP0::192.168.1.20::5025::SOCKET", server_->Resource());
@@ -132,7 +132,7 @@ TEST_F(StoreFile, ThatIsNoStoreFailsTheOpeningAndIsNamed) {
 }
 
 TEST_F(StoreFile, ThatCannotBeReadFailsTheOpeningAndIsNamed) {
-    UseStore(scratch_.Path("")); // a folder: not even root can read it as a file
+    UseStore(scratch_.Path("")); // a folder, which even root cannot read as a file
     ViSession vi = 7;
     EXPECT_EQ(static_cast<unsigned>(TryOpen(server_->Resource(), "", vi)), 0xBFFA1200U);
     EXPECT_THAT(LastError(VI_NULL).description, testing::HasSubstr(scratch_.Path("")));

@@ -38,7 +38,7 @@ SupplyTest::~SupplyTest() {
     }
 }
 
-// Before any thread of a test's own runs.
+// Called before a test starts threads.
 void SupplyTest::UseStore(const std::string& path) {
     setenv("IVI_CONFIG_STORE", path.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
 }

@@ -1,5 +1,4 @@
-// A virtual supply on a loopback port or a pseudo-terminal of its own, and the driver's exports over the built-in
-// platform runtime.
+// A virtual supply on its own loopback port or pseudo-terminal, and the driver's exports over the built-in runtime.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -73,7 +72,7 @@ class SupplyTest : public testing::Test {
     std::vector<ViSession> opened_;
 };
 
-enum class Line { kTcp, kPseudoTerminal };
+enum class Line { Tcp, PseudoTerminal };
 
 /// The same over each kind of line.
 class SupplyOverEachLine : public SupplyTest, public testing::WithParamInterface<Line> {
@@ -82,13 +81,13 @@ class SupplyOverEachLine : public SupplyTest, public testing::WithParamInterface
         : SupplyTest(OverThisLine(options)) {}
 
     static virtual_supply::ServerOptions OverThisLine(virtual_supply::ServerOptions options) {
-        options.pseudoTerminal = GetParam() == Line::kPseudoTerminal;
+        options.pseudoTerminal = GetParam() == Line::PseudoTerminal;
         return options;
     }
 };
 
 inline std::string LineName(const testing::TestParamInfo<Line>& line) {
-    return line.param == Line::kTcp ? "Tcp" : "PseudoTerminal";
+    return line.param == Line::Tcp ? "Tcp" : "PseudoTerminal";
 }
 
 /// The statuses that a query over a socket or a serial line ends with when it went well, and when it did not.

@@ -24,7 +24,8 @@ TEST_P(Supply, TellsWhoItIs) {
 
 TEST_P(Supply, OpensWithoutThePositiveStatusOfItsQueries) {
     ViSession vi = VI_NULL;
-    EXPECT_EQ(TryOpen(server_->Resource(), "", vi), 0); // the identity query of the opening itself is not its status
+    EXPECT_EQ(TryOpen(server_->Resource(), "", vi),
+              0); // opening returns 0, not the positive status of its identity query
     EXPECT_NE(vi, 0U);
 }
 
@@ -162,7 +163,7 @@ TEST_P(Supply, OfAnotherModelPassesTheIdQueryToo) {
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), "TX4520");
 }
 
-INSTANTIATE_TEST_SUITE_P(Over, Supply, testing::Values(Line::kTcp, Line::kPseudoTerminal), LineName);
+INSTANTIATE_TEST_SUITE_P(Over, Supply, testing::Values(Line::Tcp, Line::PseudoTerminal), LineName);
 
 } // namespace
 } // namespace system_tests

@@ -11,7 +11,7 @@ class Threads : public SupplyTest {};
 TEST_F(Threads, WaitForASessionThatAnotherOneHasLocked) {
     const auto vi = Open("Simulate=1");
     EXPECT_EQ(TARNEX_LockSession(vi, nullptr), 0);
-    EXPECT_EQ(TARNEX_reset(vi), 0); // the holder itself goes on
+    EXPECT_EQ(TARNEX_reset(vi), 0); // the thread that holds the lock is not blocked
     std::atomic<bool> passed{false};
     std::thread other([&] {
         TARNEX_reset(vi);
@@ -26,7 +26,7 @@ TEST_F(Threads, WaitForASessionThatAnotherOneHasLocked) {
 
 TEST_F(Threads, AreNotLockedOutByAnUnlockThatNoLockCameBefore) {
     const auto vi = Open("Simulate=1");
-    EXPECT_EQ(TARNEX_UnlockSession(vi, nullptr), 0); // it gives back the lock of its own call
+    EXPECT_EQ(TARNEX_UnlockSession(vi, nullptr), 0); // it releases the lock that its own frame takes
     ViStatus status = -1;
     std::thread other([&] { status = TARNEX_reset(vi); });
     other.join();
@@ -123,7 +123,7 @@ TEST_F(Threads, OnOneSessionDoSeveralCallsAsOneUnderItsLock) {
                                 TARNEX_ConfigureVoltageLevel(vi, "OutputChannel1", level);
                                 TARNEX_Measure(vi, "OutputChannel1", TARNEX_VAL_MEASURE_VOLTAGE, &read);
                                 wrong += TARNEX_UnlockSession(vi, nullptr) < 0 ? 1 : 0;
-                                wrong += read == level ? 0 : 1; // nobody came in between
+                                wrong += read == level ? 0 : 1; // no other thread set a level in between
                             }
                             return wrong;
                         }),

@@ -1,5 +1,5 @@
-/* Loads and unloads the driver again and again, with a simulated session in between: neither memory nor handles grow.
- * Usage: load_library ROUNDS. Prints its figures; ends with 1 when something grew. */
+/* Loads and unloads the driver repeatedly, with a simulated session in between. Memory and handles must not grow.
+ * Usage: load_library ROUNDS. Prints its figures; exits with 1 when something grew. */
 #include <windows.h>
 
 #include <psapi.h>

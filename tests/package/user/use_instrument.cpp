@@ -1,4 +1,4 @@
-// The command layer alone: measures what a virtual supply's load draws. Usage: use_instrument RESOURCE
+// The command layer alone: measures the load of a virtual supply. Usage: use_instrument RESOURCE
 #include <instrument/tarnex_supply.h>
 
 #include <cmath>

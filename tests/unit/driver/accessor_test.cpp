@@ -1,4 +1,4 @@
-// The getters' own null check, which the engine's stands in front of: only a direct call reaches it.
+// The null check of the getters. The engine checks first, so only a direct call reaches it.
 #include <gtest/gtest.h>
 
 #include <memory>

@@ -1,4 +1,4 @@
-// What the supply family's session does behind the exports.
+// The session of this supply family, without the exports.
 #include <gtest/gtest.h>
 
 #include <array>

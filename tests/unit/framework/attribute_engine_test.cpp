@@ -10,7 +10,7 @@
 namespace unit {
 namespace {
 
-// What the accessors below have been called with, and what they answer.
+// The arguments of the accessors below, and their results.
 struct Accessed {
     std::string call;
     ViStatus status = VI_SUCCESS;

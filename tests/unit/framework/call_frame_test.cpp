@@ -30,7 +30,7 @@ TEST_F(Frame, RunsItsBodyOnceUnderTheLockAndReturnsTheStatus) {
     EXPECT_THAT(TakeCalls(), ElementsAre("body of " + std::to_string(vi) + " under 1"));
     EXPECT_EQ(Call(vi, 0x3FFF0005), Status(0x3FFF0005));
     EXPECT_EQ(Call(vi, 0xBFFA4214), Status(0xBFFA4214));
-    EXPECT_THAT(TakeRecorded(), IsEmpty()); // recording is the body's business
+    EXPECT_THAT(TakeRecorded(), IsEmpty()); // the body records errors itself
     nrt2::CloseSession(vi);
 }
 
@@ -54,7 +54,7 @@ TEST_F(Frame, TakesALockThatWarnsForALock) {
     Fail("IviSession_Lock", 0x3FFA0001);
     EXPECT_EQ(Call(vi, 0xBFFA4214), Status(0xBFFA4214));
     EXPECT_EQ(doubles::TheScript().Count("IviSession_Unlock"), 1U);
-    doubles::TheSessionService().Lock(vi, nullptr); // the double took none with its warning
+    doubles::TheSessionService().Lock(vi, nullptr); // balances the unlock: the double's warning did not take the lock
     nrt2::CloseSession(vi);
 }
 
@@ -131,8 +131,7 @@ TEST_F(Frame, CreationThatThrowsDestroysTheObjectAndGivesNoHandle) {
         TheSessions() = {};
         TheSessions().answers[step] = []() -> ViStatus { throw std::invalid_argument("step"); };
         ViSession vi = 7;
-        EXPECT_THROW(CreateTestSession("", VI_FALSE, VI_TRUE, "QueryInstrStatus=1", &vi),
-                     std::invalid_argument)
+        EXPECT_THROW(CreateTestSession("", VI_FALSE, VI_TRUE, "QueryInstrStatus=1", &vi), std::invalid_argument)
             << step;
         EXPECT_EQ(vi, 0U) << step;
         EXPECT_EQ(TakeCalls().back(), "destroy") << step;
@@ -188,7 +187,7 @@ TEST_F(Frame, CloseDestroysTheObjectAlsoWhenItsDisconnectionThrows) {
     TheSessions().answers["disconnect"] = []() -> ViStatus { throw std::out_of_range("step"); };
     EXPECT_THROW(nrt2::CloseSession(vi), std::out_of_range);
     EXPECT_THAT(TakeCalls(), ElementsAre("disconnect", "destroy"));
-    EXPECT_EQ(Status(nrt2::CloseSession(vi)), Status(0U)); // finds no object any more
+    EXPECT_EQ(Status(nrt2::CloseSession(vi)), Status(0U)); // there is no object
     EXPECT_THAT(TakeCalls(), IsEmpty());
 }
 

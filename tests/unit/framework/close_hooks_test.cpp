@@ -9,7 +9,7 @@
 namespace unit {
 namespace {
 
-// Hooks stay for the life of the process, so each test adds its own, which do nothing once the test is over.
+// Hooks cannot be removed, so each test adds its own, which have no effect after the test.
 class CloseHooks : public FrameworkTest {
   protected:
     CloseHooks() { told_.clear(); }

@@ -54,7 +54,7 @@ TEST_F(Session, DisconnectsWhatWasConnectedWhenALaterStepFails) {
     Let("disconnect", 0xBFFA4214);
     EXPECT_EQ(Initialize(), Status(0xBFFA4216));
     EXPECT_THAT(TakeCalls(), ElementsAre("connect", "clear", "identify", "disconnect"));
-    EXPECT_THAT(TakeRecorded(), IsEmpty()); // the steps record for themselves
+    EXPECT_THAT(TakeRecorded(), IsEmpty()); // the steps record errors themselves
 }
 
 TEST_F(Session, WithIdQueryAcceptsTheListedModelsToTheLetter) {
@@ -95,7 +95,7 @@ TEST_F(Session, StopsAtTheDriverSetupPairThatItsDriverRefuses) {
     Let("setup x 1", 0xBFFA4216);
     EXPECT_EQ(Initialize("Simulate=1, DriverSetup=x:1, y:2"), Status(0xBFFA4216));
     EXPECT_THAT(TakeCalls(), ElementsAre("setup x 1"));
-    EXPECT_FALSE(session_.Flags().simulate); // the inherent part comes after
+    EXPECT_FALSE(session_.Flags().simulate); // the inherent options are parsed later
     EXPECT_THAT(TakeRecorded(), IsEmpty());
 }
 

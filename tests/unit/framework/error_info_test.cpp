@@ -95,7 +95,7 @@ TEST_F(ErrorInfo, OfAnUnknownStatusIsEmptyOrTheElaborationAfterTwoBlanks) {
 }
 
 TEST_F(ErrorInfo, IsCutAt1023BytesWhereverItIs) {
-    // 44 characters stand around the argument.
+    // The message has 44 characters without the argument.
     const std::string fits(1023 - 44, 'x');
     nrt2::SetErrorInfo(vi_, Code(0xBFFA004B), fits);
     EXPECT_EQ(Description(), "The '" + fits + "' name in the option string is unknown.");

@@ -1,4 +1,4 @@
-// The ground that every test of the framework starts from: empty doubles and a session class without an instrument.
+// The fixture of the framework's tests: empty doubles and a session class without an instrument.
 #pragma once
 
 #include <gmock/gmock.h>

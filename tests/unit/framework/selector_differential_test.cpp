@@ -1,5 +1,5 @@
-// The selector scanners against the regular expressions that they stand for, and the rules against an implementation
-// that follows them word by word, over random selectors.
+// Compares the selector scanners with their regular expressions, and the rules with a literal implementation, for
+// random selectors.
 
 #include <gtest/gtest.h>
 
@@ -128,7 +128,7 @@ std::optional<Outcome> ExpandItem(Item& item) {
         return InvalidRange(item.text, "The start index must be less than the end index.");
     }
     if (last - first > kLongestRange) {
-        return Outcome{}; // the test's business to skip
+        return Outcome{}; // the test skips it
     }
     for (auto number = first; number <= last; ++number) {
         item.identifiers.push_back(match[1].str() + std::to_string(number));
@@ -218,7 +218,7 @@ class Selectors {
             text += Blank() + Item() + Blank() + (left > 1 ? "," : "");
         }
         text += Chance(6) ? "]" : "";
-        if (Chance(8)) { // one fault, which may be none
+        if (Chance(8)) { // one change, which may leave the selector valid
             const auto fault = random_.Next(1);
             const auto place = random_.Below(text.size() + 1);
             Chance(2) || place == text.size() ? text.insert(place, fault) : text.replace(place, 1, fault);
@@ -333,7 +333,7 @@ TEST_P(SelectorScanners, GiveTheNamesAndRefusalsOfTheRulesWithVirtualNames) {
             virtualNames.Add(name, mapTo);
         }
     }
-    virtualNames.AddRange("V", "A", 1, 3, 2); // as the table writes it out
+    virtualNames.AddRange("V", "A", 1, 3, 2); // the same names as the table
     Compare(&virtualNames);
 }
 

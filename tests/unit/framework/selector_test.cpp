@@ -263,7 +263,7 @@ TEST_F(Rules, VirtualNamesMayStandForTheEndsOfARange) {
     EXPECT_EQ(Expand("V14"), Unknown("V14"));
 }
 
-// Selectors of one mebibyte, on a stack of a quarter of one.
+// Selectors of 1 MiB on a stack of 256 KiB.
 class SelectorOfAMebibyte : public Rules {
   protected:
     static std::string Repeated(std::string_view piece) {
@@ -357,7 +357,7 @@ TEST_F(SelectorOfAMebibyte, ThatStandsForHundredsOfThemIsBadlyFormed) {
 }
 
 TEST_F(SelectorOfAMebibyte, ThatGrowsBeyondAllUseIsBadlyFormed) {
-    nrt2::VirtualNames virtualNames; // X1, X2, ... stand for as many different names of a thousand characters
+    nrt2::VirtualNames virtualNames; // X1, X2, ... map to different names of 1,000 characters
     virtualNames.AddRange("X", std::string(1000, 'x'), 1, 2000000000, 1);
     virtualNames_ = &virtualNames;
     ExpectOnSmallStack(Numbered(false), kMalformed);

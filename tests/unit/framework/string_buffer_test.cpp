@@ -48,7 +48,7 @@ TEST(IsFull, IsTheTextThatUsesAllItsBytes) {
     EXPECT_TRUE(nrt2::IsFull(1, ""));
     EXPECT_FALSE(nrt2::IsFull(5, "abc\0"));
     EXPECT_FALSE(nrt2::IsFull(4, "ab\0"));
-    EXPECT_FALSE(nrt2::IsFull(4, "abcd")); // not ended within its bytes
+    EXPECT_FALSE(nrt2::IsFull(4, "abcd")); // no NUL within the size
     EXPECT_FALSE(nrt2::IsFull(2, "\0"));
 }
 
@@ -66,7 +66,7 @@ class FillTextBuffer : public testing::Test {
     }
 
     std::array<ViChar, kRoom> buffer_ = Marked();
-    ViInt32 getterSize_ = 7777; // as long as the getter has not run
+    ViInt32 getterSize_ = 7777; // before the getter runs
 };
 
 TEST_F(FillTextBuffer, OfSizeZeroAsksForTheSizeAndRunsNothing) {

@@ -81,7 +81,7 @@ TEST_F(VirtualNames, NegativeMembersCannotBeNamed) {
     names_.AddRange("R", "X", -2, 1, 5);
     EXPECT_EQ(Of("R0"), "X7");
     EXPECT_EQ(Of("R1"), "X8");
-    EXPECT_EQ(Of("R-1"), "none"); // a selector never asks for it: the hyphen is no part of a name
+    EXPECT_EQ(Of("R-1"), "none"); // not a name: names have no hyphen
 }
 
 TEST_F(VirtualNames, NumbersAreCountedIn64Bits) {

@@ -93,6 +93,8 @@ inline std::set<std::string> DeclaredCommands() {
                                        "SetTimeout",
                                        "WriteRaw",
                                        "QueryRaw",
+                                       "Reopen",
+                                       "VerifyIdentity",
                                        "SendClear",
                                        "SendReset",
                                        "SetAllOutputsOff",

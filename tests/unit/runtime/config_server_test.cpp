@@ -160,7 +160,7 @@ std::string ErrorText() {
     return text.data();
 }
 
-/// A text property, or the status when it is none.
+/// A text property, or the status of a failure.
 template <typename Get>
 std::string Text(Get get, Handle handle, ViInt32 id) {
     std::array<ViChar, 1024> text{};
@@ -168,7 +168,7 @@ std::string Text(Get get, Handle handle, ViInt32 id) {
     return status == VI_SUCCESS ? text.data() : Numbered("status ", status);
 }
 
-/// A directory of its own, an environment without stores, and an empty error record.
+/// A directory, an environment without stores, and an empty error record for each test.
 class ConfigServerTest : public testing::Test {
   protected:
     ConfigServerTest() {
@@ -243,7 +243,8 @@ class ConfigServerTest : public testing::Test {
     Handle store_ = nullptr;
 };
 
-// -------------------------------------------------------------------------------------------------- the store's place
+// -------------------------------------------------------------------------------------------------- the location of
+// the store
 
 TEST_F(ConfigServerTest, MasterLocationIsTheUsersWhenThereIsNoStoreAnywhere) {
     EXPECT_EQ(StoreText(3), Path(".config/ivi/IviConfigurationStore.xml"));
@@ -874,7 +875,7 @@ TEST_F(ConfigServerTest, TheFirstErrorTextStaysUntilItIsRead) {
     EXPECT_EQ(ErrorText(), "");
     EXPECT_EQ(IviConfig_DisposeHandle(nullptr), kInvalidHandle);
     EXPECT_EQ(IviConfig_Close(nullptr), kInvalidHandle);
-    EXPECT_EQ(StoreText(5), ""); // a success leaves it alone
+    EXPECT_EQ(StoreText(5), ""); // a success does not change it
     EXPECT_EQ(IviConfig_GetError(0, nullptr), 79);
     EXPECT_EQ(IviConfig_GetError(20, nullptr), kNullPointer);
     EXPECT_EQ(ErrorText(), "IviConfigServer.IviConfigStore.1: DisposeHandle failed. The handle is invalid.");

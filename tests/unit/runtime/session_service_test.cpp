@@ -20,7 +20,7 @@ constexpr auto kOtherError = static_cast<ViStatus>(0xBFFA0002);
 constexpr ViStatus kWarning = 0x3FFA0065;
 constexpr ViStatus kOtherWarning = 0x3FFA0066;
 
-/// Long enough for a thread that is not held back to get where it wants.
+/// Long enough for a thread that is not blocked to finish.
 constexpr auto kAWhile = std::chrono::milliseconds(50);
 
 class Session {
@@ -166,7 +166,7 @@ TEST_F(SessionServiceTest, ANewSessionInheritsNothingFromADisposedOne) {
 
 // --------------------------------------------------------------------------------------------------------------- lock
 
-/// A thread that takes a session's lock, and tells when it has it.
+/// A thread that takes a session's lock and reports when it holds it.
 class Contender {
   public:
     explicit Contender(ViSession session)

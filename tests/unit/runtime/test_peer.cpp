@@ -13,7 +13,7 @@ namespace test_peer {
 
 namespace {
 
-constexpr int kPatience = 20; // s; nobody waits longer for the other end
+constexpr int kPatience = 20; // s; the longest wait for the other end
 
 void Check(bool good, const char* what) {
     if (!good) {
@@ -78,23 +78,23 @@ void Socket::Reset() const {
 }
 
 Listener::Listener(Family family, int backlog)
-    : socket_(::socket(family == Family::kIpv4 ? AF_INET : AF_INET6, SOCK_STREAM | SOCK_CLOEXEC, 0)), family_(family) {
+    : socket_(::socket(family == Family::Ipv4 ? AF_INET : AF_INET6, SOCK_STREAM | SOCK_CLOEXEC, 0)), family_(family) {
     sockaddr_in v4{};
     v4.sin_family = AF_INET;
     v4.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     sockaddr_in6 v6{};
     v6.sin6_family = AF_INET6;
     v6.sin6_addr = in6addr_loopback;
-    auto* address = family == Family::kIpv4 ? reinterpret_cast<sockaddr*>(&v4) : reinterpret_cast<sockaddr*>(&v6);
-    socklen_t size = family == Family::kIpv4 ? sizeof v4 : sizeof v6;
+    auto* address = family == Family::Ipv4 ? reinterpret_cast<sockaddr*>(&v4) : reinterpret_cast<sockaddr*>(&v6);
+    socklen_t size = family == Family::Ipv4 ? sizeof v4 : sizeof v6;
     Check(::bind(socket_.Number(), address, size) == 0, "bind");
     Check(::listen(socket_.Number(), backlog) == 0, "listen");
     Check(::getsockname(socket_.Number(), address, &size) == 0, "getsockname");
-    port_ = ntohs(family == Family::kIpv4 ? v4.sin_port : v6.sin6_port);
+    port_ = ntohs(family == Family::Ipv4 ? v4.sin_port : v6.sin6_port);
 }
 
 std::string Listener::Resource() const {
-    const std::string host = family_ == Family::kIpv4 ? "127.0.0.1" : "[::1]";
+    const std::string host = family_ == Family::Ipv4 ? "127.0.0.1" : "[::1]";
     return "TCPIP0::" + host + "::" + std::to_string(port_) + "::SOCKET";
 }
 

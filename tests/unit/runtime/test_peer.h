@@ -1,4 +1,4 @@
-// The other end of a socket: what an instrument would be.
+// The instrument's end of a socket.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace test_peer {
 
-/// An open file, closed in the end.
+/// An open file, closed by the destructor.
 class Socket {
   public:
     explicit Socket(int number) : number_(number) {}
@@ -21,26 +21,26 @@ class Socket {
 
     [[nodiscard]] int Number() const { return number_; }
     void Send(std::string_view bytes) const;
-    /// What comes up to and including a line feed; what has come when the other end closes or stays silent too long.
+    /// Reads up to and including a line feed, or until the other end closes or is silent for too long.
     [[nodiscard]] std::string ReceiveLine() const;
-    /// The next `count` bytes, fewer when the other end closes or stays silent too long.
+    /// Reads `count` bytes, fewer when the other end closes or is silent for too long.
     [[nodiscard]] std::string Receive(std::size_t count) const;
-    /// True when the other end closes before it sends another byte.
+    /// Returns true when the other end closes before it sends another byte.
     [[nodiscard]] bool SeesEnd() const;
-    /// Closes with a reset rather than with an orderly end.
+    /// Closes the connection with a reset.
     void Reset() const;
 
   private:
     int number_;
 };
 
-enum class Family { kIpv4, kIpv6 };
+enum class Family { Ipv4, Ipv6 };
 
 /// Listens on a free loopback port.
 class Listener {
   public:
     static constexpr int kBacklog = 16;
-    explicit Listener(Family family = Family::kIpv4, int backlog = kBacklog);
+    explicit Listener(Family family = Family::Ipv4, int backlog = kBacklog);
 
     [[nodiscard]] std::uint16_t Port() const { return port_; }
     /// "TCPIP0::127.0.0.1::<port>::SOCKET", or with "[::1]".
@@ -53,11 +53,11 @@ class Listener {
     Family family_;
 };
 
-/// Accepts one connection and has `behave` deal with it, on a thread of its own that ends with this object.
+/// Accepts one connection and calls `behave` for it, on a thread that ends with this object.
 class Peer {
   public:
     using Behaviour = std::function<void(const Socket&)>;
-    explicit Peer(Behaviour behave, Family family = Family::kIpv4);
+    explicit Peer(Behaviour behave, Family family = Family::Ipv4);
     Peer(const Peer&) = delete;
     Peer& operator=(const Peer&) = delete;
     ~Peer();

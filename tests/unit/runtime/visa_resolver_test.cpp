@@ -80,7 +80,7 @@ TEST(VisaResolverTest, ALookupThatHangsIsLeftBehindAtTheDeadline) {
     EXPECT_FALSE(Resolve("supply", 5025, Deadline(50), status, lookup));
     EXPECT_EQ(status, VI_ERROR_TMO);
     EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(50));
-    release.set_value(); // the answer that comes too late is dropped
+    release.set_value(); // the late answer is discarded
     left.get_future().wait();
 }
 

@@ -53,7 +53,7 @@ class Line {
     void Send(std::string_view bytes) const {
         EXPECT_EQ(::write(near_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
     }
-    /// The next `count` bytes; hangs when they do not come.
+    /// Reads `count` bytes; blocks until they arrive.
     [[nodiscard]] std::string Receive(std::size_t count) const {
         std::string bytes(count, '\0');
         std::size_t got = 0;
@@ -73,7 +73,7 @@ class Line {
             near_ = -1;
         }
     }
-    /// How the line is set up; both ends see the same.
+    /// The settings of the line, common to both ends.
     [[nodiscard]] termios Setup() const {
         termios setup{};
         EXPECT_EQ(::tcgetattr(near_, &setup), 0);
@@ -281,7 +281,7 @@ TEST(VisaSerialTest, AttributesReachTheLine) {
     EXPECT_EQ(Set(connection, VI_ATTR_ASRL_FLOW_CNTRL, 0), VI_SUCCESS);
     EXPECT_FALSE(has(&termios::c_cflag, CRTSCTS));
 
-    // A pseudo-terminal keeps no parity bit, but it remembers which parity was asked for.
+    // A pseudo-terminal has no parity bit, but it stores the kind of parity.
     EXPECT_EQ(Set(connection, VI_ATTR_ASRL_PARITY, 1), VI_SUCCESS);
     EXPECT_TRUE(has(&termios::c_cflag, PARODD));
     EXPECT_TRUE(has(&termios::c_iflag, INPCK));

@@ -1,4 +1,4 @@
-// Sessions of the built-in VISA, as its tests use them.
+// Sessions of the built-in VISA for its tests.
 #pragma once
 
 #include <dirent.h>
@@ -16,9 +16,9 @@
 
 namespace visa_session {
 
-inline constexpr ViUInt32 kOpenTimeout = 20000; // ms; a guard, connections on this machine take no time
+inline constexpr ViUInt32 kOpenTimeout = 20000; // ms; a hang guard
 
-/// What a read gave.
+/// The result of a read.
 struct Reply {
     ViStatus status = -1;
     std::string bytes;
@@ -29,7 +29,7 @@ inline std::ostream& operator<<(std::ostream& out, const Reply& reply) {
     return out << std::hex << reply.status << " \"" << reply.bytes << '"';
 }
 
-/// A resource manager and an instrument opened through it, closed in the end.
+/// A resource manager with an open instrument, closed by the destructor.
 class Connection {
   public:
     explicit Connection(const std::string& resource) {
@@ -67,7 +67,7 @@ class Connection {
     ViSession vi = VI_NULL; // NOLINT
 };
 
-/// The numbers of this process's open files, the standard streams aside.
+/// The numbers of this process's open files without the standard streams.
 inline std::set<int> OpenFiles() {
     std::set<int> files;
     const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir("/proc/self/fd"), ::closedir);

@@ -34,7 +34,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-constexpr auto kGuard = seconds(15); // well below the patience of the peers
+constexpr auto kGuard = seconds(15); // well below the longest wait of the peers
 
 /// Sends `bytes` and waits for the other end to close.
 Peer::Behaviour Sends(std::string bytes) {
@@ -75,7 +75,7 @@ TEST(VisaSocketTest, ConnectsOverIpv4) {
 }
 
 TEST(VisaSocketTest, ConnectsOverIpv6) {
-    const Peer peer(Sends("hello\n"), Family::kIpv6);
+    const Peer peer(Sends("hello\n"), Family::Ipv6);
     const Connection connection(peer.Resource());
     connection.EnableTermination();
     EXPECT_EQ(connection.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "hello\n"}));
@@ -115,7 +115,7 @@ TEST(VisaSocketTest, ARefusedConnectionIsAResourceNotFound) {
 }
 
 TEST(VisaSocketTest, AHostThatDoesNotAnswerTimesOut) {
-    const Listener listener(Family::kIpv4, 0); // its queue has room for one, whom nobody accepts
+    const Listener listener(Family::Ipv4, 0); // its queue has room for one connection, which is not accepted
     const Connection first(listener.Resource());
     ViSession vi = 5;
     const auto before = Clock::now();
@@ -290,7 +290,7 @@ TEST(VisaSocketTest, WritesTheBytesAsTheyAre) {
     std::promise<std::string> received;
     const Peer peer([&](const Socket& socket) { received.set_value(socket.Receive(7)); });
     const Connection connection(peer.Resource());
-    connection.EnableTermination(); // concerns reading alone
+    connection.EnableTermination(); // affects reads only
     EXPECT_EQ(connection.Write(std::string_view("a\n\0\xFF%s\n", 7)), VI_SUCCESS);
     EXPECT_EQ(received.get_future().get(), std::string("a\n\0\xFF%s\n", 7));
 }
@@ -336,7 +336,7 @@ TEST(VisaSocketTest, WritingToALostConnectionIsAStatusAndNoSignal) {
     });
     const Connection connection(peer.Resource());
     ASSERT_EQ(connection.Write("go\n"), VI_SUCCESS);
-    EXPECT_EQ(connection.Read(), (Reply{VI_ERROR_CONN_LOST, ""})); // the reset has come
+    EXPECT_EQ(connection.Read(), (Reply{VI_ERROR_CONN_LOST, ""})); // the reset has arrived
     EXPECT_EQ(connection.Write("more\n"), static_cast<ViStatus>(0xBFFF00A6));
     EXPECT_EQ(connection.Write("more\n"), static_cast<ViStatus>(0xBFFF00A6));
 }
@@ -634,7 +634,7 @@ TEST(VisaSocketTest, TheFileOfASessionThatIsStillInUseKeepsItsNumber) {
     std::this_thread::sleep_for(milliseconds(50));
     EXPECT_EQ(viClose(connection.vi), VI_SUCCESS);
     const Peer other(Sends("other\n"));
-    const Connection next(other.Resource()); // whatever number it gets, the reader above must not read its data
+    const Connection next(other.Resource()); // may get the same number: the reader above must not read its data
     next.EnableTermination();
     reader.join();
     EXPECT_EQ(next.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "other\n"}));

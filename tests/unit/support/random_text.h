@@ -1,4 +1,4 @@
-// Texts put together at random, the same in every run.
+// Random texts, the same in every run.
 #pragma once
 
 #include <cstddef>

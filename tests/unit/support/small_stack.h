@@ -1,4 +1,4 @@
-// Runs something on a thread whose stack is far too small for recursion over a long text.
+// Runs a function on a thread with a stack that is too small for recursion over a long text.
 #pragma once
 
 #include <gtest/gtest.h>

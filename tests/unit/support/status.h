@@ -1,4 +1,4 @@
-// Statuses as tests write them, and as failures show them: in hexadecimal.
+// Statuses that are written and printed in hexadecimal.
 #pragma once
 
 #include <gtest/gtest.h>
