@@ -160,6 +160,7 @@ ViStatus _VI_FUNC TARNEXSupply_SetAllOutputsOff(ViSession vi) { return OnSupply<
 // clang-format on
 
 // The header's constants are the values of the enumerations.
+static_assert(TARNEXSUPPLY_CHANNEL_COUNT == ORVA::kKeywords<ORVA::Channel>.size());
 static_assert(TARNEXSUPPLY_VAL_REGULATION_CONSTANT_VOLTAGE == static_cast<int>(ORVA::RegulationMode::ConstantVoltage));
 static_assert(TARNEXSUPPLY_VAL_REGULATION_CONSTANT_CURRENT == static_cast<int>(ORVA::RegulationMode::ConstantCurrent));
 static_assert(TARNEXSUPPLY_VAL_CURRENT_RANGE_AUTO == static_cast<int>(ORVA::CurrentRange::Auto));

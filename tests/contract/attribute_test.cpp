@@ -171,7 +171,7 @@ TEST_F(Attribute, UnknownIdentifiersAreNamedAsUnsignedNumbers) {
     }
 }
 
-TEST_F(Attribute, NullValuePointersAreRefusedBeforeAnythingElseIsLookedAt) {
+TEST_F(Attribute, NullValuePointersAreRefusedBeforeAnyOtherCheck) {
     const auto vi = Open();
     EXPECT_EQ(Status(TARNEX_GetAttributeViInt32(vi, "", 0, nullptr)), Status(0xBFFA0058));
     EXPECT_EQ(LastError(vi), (DriverError{0xBFFA0058, "Null pointer passed for function 'TARNEX_GetAttributeViInt32', "
@@ -187,20 +187,20 @@ TEST_F(Attribute, NullValuePointersAreRefusedBeforeAnythingElseIsLookedAt) {
                                                       "'TARNEX_GetAttributeViSession', parameter 'AttributeValue'."}));
 }
 
-TEST_F(Attribute, EngineFailuresOnAnUnknownHandleReturnWhatTheRecordingGives) {
+TEST_F(Attribute, EngineFailuresOnAnUnknownHandleReturnTheStatusOfTheRecording) {
     ViInt32 integer = 0;
     EXPECT_EQ(Status(TARNEX_GetAttributeViInt32(999, "", 1, &integer)), Status(0xBFFA1190));
     EXPECT_EQ(Status(TARNEX_GetAttributeViInt32(999, "", 1, nullptr)), Status(0xBFFA1190));
     EXPECT_EQ(Status(TARNEX_SetAttributeViString(999, "", TARNEX_ATTR_LOGICAL_NAME, "x")), Status(0xBFFA1190));
 }
 
-TEST_F(Attribute, EngineFailuresWithoutAHandleReturnTheirOwnCodeAndGoToTheThread) {
+TEST_F(Attribute, EngineFailuresWithoutAHandleReturnTheirCodeAndAreRecordedForTheThread) {
     ViInt32 integer = 0;
     EXPECT_EQ(Status(TARNEX_GetAttributeViInt32(VI_NULL, "", 1, &integer)), Status(0xBFFA000C));
     EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA000C, "Attribute ID '1' not recognized."}));
 }
 
-TEST_F(Attribute, TextOfSizeZeroAsksForTheSizeOfEveryTextOnAnyHandle) {
+TEST_F(Attribute, TextOfSizeZeroReturnsTheRequiredSizeOnAnyHandle) {
     const auto vi = Open();
     std::array<ViChar, 4> text{"abc"};
     EXPECT_EQ(Status(TARNEX_GetAttributeViString(vi, "", TARNEX_ATTR_LOGICAL_NAME, 0, nullptr)), Status(4096U));
@@ -221,7 +221,7 @@ TEST_F(Attribute, TextWithoutABufferNamesTheSizeParameter) {
     EXPECT_EQ(Status(TARNEX_GetAttributeViString(vi, "", TARNEX_ATTR_CACHE, 256, nullptr)), Status(0xBFFA0015));
 }
 
-TEST_F(Attribute, TextThatFillsItsBufferReturnsTheOneSizeEverReported) {
+TEST_F(Attribute, TextThatFillsItsBufferReturnsTheFixedRequiredSize) {
     Reply("*IDN?", "Keltor Technology,123456789,SN42,1.07\n");
     const auto vi = Open();
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL, 11), (Text{0x00000000, "123456789"}));
@@ -231,7 +231,7 @@ TEST_F(Attribute, TextThatFillsItsBufferReturnsTheOneSizeEverReported) {
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL, -1), (Text{0x00000000, "123456789"}));
 }
 
-TEST_F(Attribute, TextsOfARealInstrument) {
+TEST_F(Attribute, TextsOfARealInstrumentComeFromItsIdentity) {
     const auto vi = Open("DriverSetup=Model:TX4520, Note=1");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_DRIVER_SETUP), (Text{0U, "Model:TX4520, Note=1"}));
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_SPECIFIC_DRIVER_PREFIX), (Text{0U, "TARNEX"}));
@@ -248,21 +248,21 @@ TEST_F(Attribute, TextsOfARealInstrument) {
     EXPECT_THAT(TakeWritten(), IsEmpty());
 }
 
-TEST_F(Attribute, TextsKeepALineEndThatTheInstrumentSendsBeyondTheTerminationCharacter) {
+TEST_F(Attribute, TextsKeepACarriageReturnBeforeTheTerminationCharacter) {
     Reply("*IDN?", "Maker,TX4410,SN42,1.07\r\n");
     const auto vi = Open();
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_FIRMWARE_REVISION), (Text{0U, "1.07\r"}));
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MANUFACTURER), (Text{0U, "Maker"}));
 }
 
-TEST_F(Attribute, TextsOfASimulatedInstrument) {
+TEST_F(Attribute, TextsOfASimulatedInstrumentComeFromTheSimulator) {
     const auto vi = Open("Simulate=1, DriverSetup=Model:TX4520");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_FIRMWARE_REVISION), (Text{0U, "V1.00"}));
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MANUFACTURER), (Text{0U, "Keltor Technology"}));
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), (Text{0U, "TX6300"}));
 }
 
-TEST_F(Attribute, NumbersOfTheSession) {
+TEST_F(Attribute, NumbersOfTheSessionAreFixed) {
     const auto vi = Open();
     EXPECT_EQ(GetInteger(vi, TARNEX_ATTR_CHANNEL_COUNT, "no channel"), 2);
     EXPECT_EQ(GetInteger(vi, TARNEX_ATTR_SPECIFIC_DRIVER_CLASS_SPEC_MAJOR_VERSION), 3);
@@ -283,7 +283,7 @@ TEST_F(Attribute, SwitchesWithoutEffectAcceptEveryValueAndReadAsBefore) {
     }
 }
 
-TEST_F(Attribute, QueryInstrumentStatusIsSetByTheValueOneAlone) {
+TEST_F(Attribute, QueryInstrumentStatusIsSetOnlyByTheValueOne) {
     const auto vi = Open();
     EXPECT_EQ(GetBoolean(vi, TARNEX_ATTR_QUERY_INSTRUMENT_STATUS), VI_FALSE);
     EXPECT_EQ(SetBoolean(vi, TARNEX_ATTR_QUERY_INSTRUMENT_STATUS, VI_TRUE), Status(0U));
@@ -332,7 +332,7 @@ TEST_F(Attribute, SimulateSetInALiveSessionIgnoresAConnectionThatDoesNotClose) {
     EXPECT_THAT(doubles::TheSessionService().Recorded(), IsEmpty());
 }
 
-TEST_F(Attribute, VoltageLevel) {
+TEST_F(Attribute, VoltageLevelIsReadAndWritten) {
     const auto vi = Open();
     Reply(":SOUR2:VOLT?", "3.250000\n");
     ViReal64 volts = 0.0;
@@ -342,7 +342,7 @@ TEST_F(Attribute, VoltageLevel) {
     EXPECT_THAT(TakeWritten(), ElementsAre(":SOUR2:VOLT?\n", ":SOUR2:VOLT 5.500000\n"));
 }
 
-TEST_F(Attribute, OvpEnabled) {
+TEST_F(Attribute, OvpEnabledIsReadAndWritten) {
     const auto vi = Open();
     Reply(":SOUR1:VOLT:PROT:STAT?", "ON\n");
     EXPECT_EQ(GetBoolean(vi, TARNEX_ATTR_OVP_ENABLED, "OutputChannel1"), VI_TRUE);
@@ -354,7 +354,7 @@ TEST_F(Attribute, OvpEnabled) {
     EXPECT_THAT(TakeWritten(), ElementsAre(":SOUR1:VOLT:PROT:STAT ON\n", ":SOUR1:VOLT:PROT:STAT OFF\n"));
 }
 
-TEST_F(Attribute, OvpLimit) {
+TEST_F(Attribute, OvpLimitIsReadAndWritten) {
     const auto vi = Open();
     Reply(":SOUR1:VOLT:PROT?", "21.5\n");
     ViReal64 volts = 0.0;
@@ -375,7 +375,7 @@ TEST_F(Attribute, CurrentLimitSetsTheProtectionLevelToo) {
     EXPECT_THAT(TakeWritten(), ElementsAre(":SOUR2:CURR?\n", ":SOUR2:CURR 1.500000\n", ":SOUR2:CURR:PROT 1.500000\n"));
 }
 
-TEST_F(Attribute, CurrentLimitBehavior) {
+TEST_F(Attribute, CurrentLimitBehaviorIsReadAndWritten) {
     const auto vi = Open();
     Reply(":SOUR1:CURR:PROT:STAT?", "ON\n");
     EXPECT_EQ(GetInteger(vi, TARNEX_ATTR_CURRENT_LIMIT_BEHAVIOR, "OutputChannel1"), 1);
@@ -410,7 +410,7 @@ TEST_F(Attribute, CurrentLimitBehaviorIgnoresAFailedQueryAndChecksNoStatus) {
     EXPECT_THAT(doubles::TheSessionService().Recorded(), IsEmpty());
 }
 
-TEST_F(Attribute, CurrentLimitBehaviorThrowsOnAReplyThatIsNoBoolean) {
+TEST_F(Attribute, CurrentLimitBehaviorThrowsOnAReplyThatIsNotABoolean) {
     const auto vi = Open();
     Reply(":SOUR1:CURR:PROT:STAT?", "maybe\n");
     ViInt32 behavior = 77;
@@ -423,7 +423,7 @@ TEST_F(Attribute, CurrentLimitBehaviorThrowsOnAReplyThatIsNoBoolean) {
     EXPECT_EQ(doubles::TheSessionService().LocksHeld(), 0);
 }
 
-TEST_F(Attribute, LimitsBeyondTheChannelsAreRefusedWhereTheyAreMet) {
+TEST_F(Attribute, LimitsOutsideTheChannelsRangeAreRefusedAtThatChannel) {
     const auto vi = Open();
     EXPECT_EQ(Set(vi, "OutputChannel2", TARNEX_ATTR_OVP_LIMIT, 5.6), Status(0xBFFA4217));
     EXPECT_THAT(TakeWritten(), IsEmpty());
@@ -431,7 +431,7 @@ TEST_F(Attribute, LimitsBeyondTheChannelsAreRefusedWhereTheyAreMet) {
     EXPECT_THAT(TakeWritten(), ElementsAre(":SOUR2:CURR 10.000000\n", ":SOUR2:CURR:PROT 10.000000\n"));
 }
 
-TEST_F(Attribute, OutputEnabled) {
+TEST_F(Attribute, OutputEnabledIsReadAndWritten) {
     const auto vi = Open();
     Reply(":OUTP:STAT? CH2", "1\n");
     EXPECT_EQ(GetBoolean(vi, TARNEX_ATTR_OUTPUT_ENABLED, "OutputChannel2"), VI_TRUE);
@@ -441,7 +441,7 @@ TEST_F(Attribute, OutputEnabled) {
     EXPECT_THAT(TakeWritten(), ElementsAre(":OUTP:STAT CH2,ON\n", ":OUTP:STAT CH2,OFF\n"));
 }
 
-TEST_F(Attribute, GettersOfChannelsTakeExactlyOne) {
+TEST_F(Attribute, GettersOfChannelsTakeExactlyOneChannel) {
     const auto vi = Open();
     ViReal64 volts = 0.0;
     EXPECT_EQ(
@@ -480,7 +480,7 @@ TEST_F(Attribute, GettersOfChannelsCheckTheInstrumentsStatusAfterSuccess) {
     }
 }
 
-TEST_F(Attribute, GettersOfChannelsRecordAFailedQueryAndLeaveTheValueAlone) {
+TEST_F(Attribute, GettersOfChannelsRecordAFailedQueryAndKeepTheValue) {
     const auto vi = Open();
     ViReal64 volts = 1.25;
     ViBoolean on = 7;

@@ -61,7 +61,7 @@ class CallFrame : public DriverTest {
     }
 };
 
-TEST_F(CallFrame, LooksTheHandleUpLocksLooksItUpAgainAndUnlocks) {
+TEST_F(CallFrame, FindsTheHandleLocksFindsItAgainAndUnlocks) {
     const auto vi = Open("Simulate=1");
     for (const auto& [name, call] : LockedExports()) {
         if (std::string(name).find("LockSession") != std::string::npos || std::string(name) == "UnlockSession") {
@@ -89,7 +89,7 @@ TEST_F(CallFrame, NestsTheCallersLockInItsOwn) {
     EXPECT_EQ(doubles::TheSessionService().LocksHeld(), 0);
 }
 
-TEST_F(CallFrame, ReturnsWhatTheServiceSaysOfTheCallersLockUnrecorded) {
+TEST_F(CallFrame, ReturnsTheStatusOfTheCallersLockUnrecorded) {
     const auto vi = Open();
     Fail("IviSession_Lock", 0xBFFA1198, 2);
     EXPECT_EQ(Status(TARNEX_LockSession(vi, nullptr)), Status(0xBFFA1198));
@@ -97,7 +97,7 @@ TEST_F(CallFrame, ReturnsWhatTheServiceSaysOfTheCallersLockUnrecorded) {
     EXPECT_EQ(doubles::TheSessionService().LocksHeld(), 0);
 }
 
-TEST_F(CallFrame, RefusesAnUnknownHandleWhateverTheServiceSaysAndRecordsNothing) {
+TEST_F(CallFrame, RefusesAnUnknownHandleWithItsOwnStatusAndRecordsNothing) {
     const auto vi = Open("Simulate=1");
     for (const auto& [name, call] : LockedExports()) {
         EXPECT_EQ(Status(call(vi + 1)), Status(0xBFFA1190)) << name;
@@ -148,7 +148,7 @@ TEST_F(CallFrame, RecordsAFailureOnceWithItsBareMessage) {
                 ElementsAre(doubles::RecordedError{vi, static_cast<ViStatus>(0xBFFA4214), "I/O error."}));
 }
 
-TEST_F(CallFrame, ReturnsWhatARecordingThatFailsReturns) {
+TEST_F(CallFrame, ReturnsTheStatusOfAFailedRecording) {
     const auto vi = Open();
     Fail("viWrite", 0xBFFF0015);
     Fail("IviSession_SetError", 0xBFFA11A0);
@@ -175,7 +175,7 @@ TEST_F(CallFrame, ReleasesTheLockWhenAnExceptionLeavesTheExport) {
     EXPECT_EQ(Status(TARNEX_ConfigureVoltageLevel(vi, "OutputChannel1", 1.0)), Status(0x00000000));
 }
 
-TEST_F(CallFrame, IsOneAndTheSameForResetUnderItsTwoNames) {
+TEST_F(CallFrame, IsTheSameFunctionForBothNamesOfReset) {
     ASSERT_NE(ExportedAddress("TARNEX_reset"), nullptr);
     EXPECT_EQ(ExportedAddress("TARNEX_reset"), ExportedAddress("TARNEX_ResetWithDefaults"));
     EXPECT_NE(ExportedAddress("TARNEX_reset"), ExportedAddress("TARNEX_Disable"));

@@ -22,7 +22,7 @@ TEST_F(Close, OfAClosedHandleIsAnInvalidHandleAndDisposesOfNothing) {
     EXPECT_THAT(doubles::TheScript().Calls(), ElementsAre("IviSession_GetDataPtr"));
 }
 
-TEST_F(Close, OfAnUnknownHandleReturnsInvalidHandleWhateverTheServiceSays) {
+TEST_F(Close, OfAnUnknownHandleReturnsInvalidHandleForEveryStatusOfTheService) {
     const auto vi = Open();
     Fail("IviSession_GetDataPtr", 0xBFFA1198);
     EXPECT_EQ(Status(TARNEX_close(vi)), Status(0xBFFA1190));

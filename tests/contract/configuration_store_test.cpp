@@ -53,7 +53,7 @@ TEST_F(ConfigurationStore, WithoutTheDriverLeavesTheResourceAndTheLogicalNameAsG
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_LOGICAL_NAME), "");
 }
 
-TEST_F(ConfigurationStore, IsSearchedUnderTheDriversNameWhateverTheResource) {
+TEST_F(ConfigurationStore, IsSearchedForTheDriversPrefixForEveryResource) {
     TryOpen("");
     EXPECT_THAT(doubles::TheConfigServer().Details(),
                 ElementsAre("GetConfigStorePropertyViString 5 260", "GetConfigStorePropertyViString 3 260",
@@ -270,7 +270,7 @@ TEST_F(ConfigurationStore, RequestForInterchangeCheckingFailsTheOpening) {
     EXPECT_EQ(TryOpen("InterchangeCheck=0"), Status(0U));
 }
 
-TEST_F(ConfigurationStore, YieldsToTheOptionString) {
+TEST_F(ConfigurationStore, IsOverriddenByTheOptionString) {
     auto store = FullStore();
     store.driverSession->flags[5] = 1;
     doubles::TheConfigServer().Use(store);
@@ -279,7 +279,7 @@ TEST_F(ConfigurationStore, YieldsToTheOptionString) {
     EXPECT_EQ(doubles::TheVisa().Opened().size(), 1U);
 }
 
-TEST_F(ConfigurationStore, DriverSetupIsReplacedAltogetherByAClauseOfTheOptionString) {
+TEST_F(ConfigurationStore, DriverSetupIsReplacedByAClauseOfTheOptionString) {
     auto store = FullStore();
     store.driverSession->driverSetup = "a=1,a=2"; // an error if it were parsed
     doubles::TheConfigServer().Use(store);
@@ -290,7 +290,7 @@ TEST_F(ConfigurationStore, DriverSetupIsReplacedAltogetherByAClauseOfTheOptionSt
               (DriverError{0xBFFA0000, "Failure cannot recover.  DriverSetup option 'a' appears more than once."}));
 }
 
-TEST_F(ConfigurationStore, GivesBackEveryHandleWhenACallFails) {
+TEST_F(ConfigurationStore, ReleasesEveryHandleWhenACallFails) {
     // Each function with the number of its calls before the instrument is opened, with a full store.
     const std::vector<std::pair<const char*, std::size_t>> stopping{
         {"IviConfig_Initialize", 1},
@@ -351,7 +351,7 @@ TEST_F(ConfigurationStore, GivesBackEveryHandleWhenACallFails) {
     }
 }
 
-TEST_F(ConfigurationStore, IsGivenBackHandleByHandleOnceEvenWhenTheServerRefusesOne) {
+TEST_F(ConfigurationStore, ReleasesEveryHandleOnceEvenWhenTheServerRefusesOne) {
     doubles::TheConfigServer().Use(FullStore());
     TryOpen("");
     // session, module, asset; the collections of virtual names, settings (three, read twice) and physical names; 2
@@ -371,14 +371,14 @@ TEST_F(ConfigurationStore, IsGivenBackHandleByHandleOnceEvenWhenTheServerRefuses
     }
 }
 
-TEST_F(ConfigurationStore, WhoseModulesCannotBeListedFailsTheOpening) {
+TEST_F(ConfigurationStore, WithoutAReadableModuleListFailsTheOpening) {
     Fail("IviConfig_GetConfigStoreSoftwareModuleCollection", 0xBFFA1222);
     EXPECT_EQ(TryOpen(""), Status(0xBFFA1222));
     EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA1222, "Configuration server error text."}));
     EXPECT_EQ(doubles::TheConfigServer().OpenHandles(), 0U);
 }
 
-TEST_F(ConfigurationStore, FailingSearchForTheModuleAndFailingHousekeepingStopNothing) {
+TEST_F(ConfigurationStore, IgnoresFailuresOfTheModuleSearchAndOfReleases) {
     for (const auto* function :
          {"IviConfig_GetSoftwareModuleItemByName", "IviConfig_ClearError", "IviConfig_DisposeHandle"}) {
         doubles::TheScript().Reset();
@@ -388,14 +388,14 @@ TEST_F(ConfigurationStore, FailingSearchForTheModuleAndFailingHousekeepingStopNo
     }
 }
 
-TEST_F(ConfigurationStore, FailureWhoseTextCannotBeFetchedIsRecordedWithoutOne) {
+TEST_F(ConfigurationStore, FailureWithoutAReadableTextIsRecordedWithoutText) {
     Fail("IviConfig_Deserialize", 0xBFFA1200);
     Fail("IviConfig_GetError", 0xBFFA1220);
     EXPECT_EQ(TryOpen(""), Status(0xBFFA1200));
     EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA1200, ""}));
 }
 
-TEST_F(ConfigurationStore, FetchesTheErrorTextBeforeItGivesAnythingBack) {
+TEST_F(ConfigurationStore, FetchesTheErrorTextBeforeItReleasesHandles) {
     doubles::TheConfigServer().Use(FullStore());
     Fail("IviConfig_GetVirtualNameCount", 0xBFFA1222);
     TryOpen("");

@@ -11,7 +11,7 @@ class Configure : public DriverTest {};
 constexpr std::uint32_t kIoError = 0xBFFA4214;
 constexpr std::uint32_t kInvalidValue = 0xBFFA4217;
 
-TEST_F(Configure, OutputEnabledTakesEveryNonZeroValueForOn) {
+TEST_F(Configure, OutputEnabledTreatsEveryNonZeroValueAsOn) {
     const auto vi = Open();
     EXPECT_EQ(Status(TARNEX_ConfigureOutputEnabled(vi, "OutputChannel1", VI_TRUE)), Status(0U));
     EXPECT_EQ(Status(TARNEX_ConfigureOutputEnabled(vi, "OutputChannel2", 0x8000)), Status(0U));
@@ -42,12 +42,12 @@ TEST_F(Configure, VoltageLevelBeyondTheChannelsLimitsIsRefusedAndRecordedBare) {
     EXPECT_THAT(TakeWritten(), IsEmpty());
 }
 
-TEST_F(Configure, VoltageLevelIsCheckedWhateverTheRangeCheckOptionSays) {
+TEST_F(Configure, VoltageLevelIsCheckedForEveryRangeCheckOption) {
     const auto vi = Open("RangeCheck=0");
     EXPECT_EQ(Status(TARNEX_ConfigureVoltageLevel(vi, "OutputChannel1", 23.0)), Status(kInvalidValue));
 }
 
-TEST_F(Configure, VoltageLevelThatIsNoNumberIsSentAsOne) {
+TEST_F(Configure, VoltageLevelNanIsSent) {
     const auto vi = Open();
     EXPECT_EQ(Status(TARNEX_ConfigureVoltageLevel(vi, "OutputChannel1", std::nan(""))), Status(0U));
     EXPECT_EQ(Status(TARNEX_ConfigureVoltageLevel(vi, "OutputChannel1", -std::nan(""))), Status(0U));
@@ -65,7 +65,7 @@ TEST_F(Configure, CurrentLimitSendsLevelThenProtectionLevelThenProtectionState) 
                 ElementsAre(":SOUR1:CURR 1.500000\n", ":SOUR1:CURR:PROT 1.500000\n", ":SOUR1:CURR:PROT:STAT OFF\n"));
 }
 
-TEST_F(Configure, CurrentLimitTakesAnUnknownBehaviorForProtectionOff) {
+TEST_F(Configure, CurrentLimitTreatsAnUnknownBehaviorAsProtectionOff) {
     const auto vi = Open();
     EXPECT_EQ(Status(TARNEX_ConfigureCurrentLimit(vi, "OutputChannel1", 7, 1.0)), Status(0U));
     EXPECT_THAT(TakeWritten(),
@@ -79,7 +79,7 @@ TEST_F(Configure, CurrentLimitBeyondTheChannelsLimitsEndsTheCall) {
     EXPECT_THAT(TakeWritten(), IsEmpty());
 }
 
-TEST_F(Configure, OvpSendsTheLevelFirstAlsoToSwitchItOff) {
+TEST_F(Configure, OvpSendsTheLevelFirstEvenToSwitchItOff) {
     const auto vi = Open();
     EXPECT_EQ(Status(TARNEX_ConfigureOVP(vi, "OutputChannel1", VI_FALSE, 10.0)), Status(0U));
     EXPECT_EQ(Status(TARNEX_ConfigureOVP(vi, "OutputChannel2", 5, 5.0)), Status(0U));
@@ -107,7 +107,7 @@ TEST_F(Configure, OutputRangeAndResetOutputProtectionValidateTheSelector) {
     EXPECT_EQ(Status(TARNEX_ResetOutputProtection(vi, "")), Status(0xBFFA0044));
 }
 
-TEST_F(Configure, ServesEachChannelCompletelyBeforeTheNext) {
+TEST_F(Configure, SetsEachChannelCompletelyBeforeTheNext) {
     const auto vi = Open();
     EXPECT_EQ(Status(TARNEX_ConfigureOVP(vi, "OutputChannel2,OutputChannel1", VI_TRUE, 1.0)), Status(0U));
     EXPECT_THAT(TakeWritten(), ElementsAre(":SOUR2:VOLT:PROT 1.000000\n", ":SOUR2:VOLT:PROT:STAT ON\n",
@@ -122,7 +122,7 @@ TEST_F(Configure, StopsAtTheFirstCommandThatFails) {
     EXPECT_EQ(LastError(vi), (DriverError{kIoError, "I/O error."}));
 }
 
-TEST_F(Configure, StopsAtTheFirstChannelThatRefusesItsValueAndKeepsWhatWasSet) {
+TEST_F(Configure, StopsAtTheFirstChannelThatRefusesItsValueAndKeepsEarlierSettings) {
     const auto vi = Open();
     EXPECT_EQ(Status(TARNEX_ConfigureVoltageLevel(vi, "OutputChannel1,OutputChannel2", 12.0)), Status(kInvalidValue));
     EXPECT_THAT(TakeWritten(), ElementsAre(":SOUR1:VOLT 12.000000\n"));
@@ -167,7 +167,7 @@ TEST_F(Configure, RecordsAStatusQueryThatFails) {
     EXPECT_EQ(LastError(vi), (DriverError{kIoError, "I/O error."}));
 }
 
-TEST_F(Configure, ThrowsOnAStatusThatIsNoNumberOf32Bits) {
+TEST_F(Configure, ThrowsOnAStatusThatIsNotA32BitNumber) {
     Reply("*ESR?", "0\n");
     const auto vi = Open("QueryInstrStatus=1");
     Reply("*ESR?", "2147483648\n");

@@ -19,14 +19,14 @@ class HostileText : public DriverTest {
     }
 };
 
-TEST_F(HostileText, IsNoFormatInAnOptionString) {
+TEST_F(HostileText, IsNotAFormatInAnOptionString) {
     EXPECT_EQ(TryOpen("%s%n%99999d=1"), Status(0xBFFA004B)); // a name is made of word characters
     EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA004B, "The '99999d' name in the option string is unknown."}));
     const auto vi = Open("DriverSetup=%n%s:%99999d");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_DRIVER_SETUP), "%n%s:%99999d");
 }
 
-TEST_F(HostileText, IsNoFormatInAResource) {
+TEST_F(HostileText, IsNotAFormatInAResource) {
     Fail("viOpen", 0xBFFF0012);
     EXPECT_EQ(TryOpen("", nullptr, VI_FALSE, VI_FALSE, "%n%s%99999d"), Status(0xBFFA4214));
     EXPECT_EQ(doubles::TheVisa().OpenSessions(), 0U);
@@ -34,7 +34,7 @@ TEST_F(HostileText, IsNoFormatInAResource) {
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR), "%n%s%99999d");
 }
 
-TEST_F(HostileText, IsNoFormatInAnIdentityOrAnErrorOfTheInstrument) {
+TEST_F(HostileText, IsNotAFormatInAnIdentityOrInstrumentError) {
     Reply("*IDN?", "%n%s,%99999d,%x,%%\n");
     const auto vi = Open();
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MANUFACTURER), "%n%s");
@@ -46,7 +46,7 @@ TEST_F(HostileText, IsNoFormatInAnIdentityOrAnErrorOfTheInstrument) {
     EXPECT_STREQ(message.data(), "\"%n%s%s\"");
 }
 
-TEST_F(HostileText, WithANulInTheMiddleOfAReplyEndsThereForTheCaller) {
+TEST_F(HostileText, WithANulInAReplyEndsThereForTheCaller) {
     Reply("*IDN?", std::string("Kel\0tor,TX\0,\0,1\0\n", 17));
     const auto vi = Open();
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MANUFACTURER), "Kel");
@@ -60,7 +60,7 @@ TEST_F(HostileText, WithANulInTheMiddleOfAReplyEndsThereForTheCaller) {
     EXPECT_EQ(level, 3.5);
 }
 
-TEST_F(HostileText, OfNoEncodingPassesThroughOrIsRefused) {
+TEST_F(HostileText, OfInvalidUtf8PassesThroughOrIsRefused) {
     Reply("*IDN?", "\xFF\xFE,\x80,\xC0\xAF,\xED\xA0\x80\n");
     const auto vi = Open("DriverSetup=Note:\xE4\xFF");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MANUFACTURER), "\xFF\xFE");
@@ -73,7 +73,7 @@ TEST_F(HostileText, OfNoEncodingPassesThroughOrIsRefused) {
               Status(0xBFFA0066));
 }
 
-TEST_F(HostileText, OfAMebibyteEndsInAStatus) {
+TEST_F(HostileText, OfOneMebibyteReturnsAStatus) {
     const std::string huge(kMebibyte, 'a');
     EXPECT_EQ(TryOpen((huge + "=1").c_str()), Status(0xBFFA004B));
     EXPECT_EQ(LastError(VI_NULL).description.size(), 1023U);

@@ -59,7 +59,7 @@ TEST_F(InherentFunctions, SelfTestNamesItsFirstNullPointer) {
               "Null pointer passed for function 'TARNEX_self_test', parameter 'TestResult'.");
 }
 
-TEST_F(InherentFunctions, ErrorQueryGivesCodeAndTextWithTheInstrumentsQuotes) {
+TEST_F(InherentFunctions, ErrorQueryReturnsCodeAndTextIncludingTheQuotes) {
     const auto vi = Open();
     ViInt32 code = 0;
     std::array<ViChar, 1024> message{};
@@ -103,7 +103,7 @@ TEST_F(InherentFunctions, ErrorQueryCannotRecoverFromAReplyWithoutExactlyTwoFiel
     }
 }
 
-TEST_F(InherentFunctions, ErrorQueryThrowsOnACodeThatIsNoNumber) {
+TEST_F(InherentFunctions, ErrorQueryThrowsOnACodeThatIsNotANumber) {
     const auto vi = Open();
     ViInt32 code = 0;
     std::array<ViChar, 1024> message{};
@@ -137,7 +137,7 @@ TEST_F(InherentFunctions, ErrorQueryRecordsAFailedExchangeAndWritesNothing) {
     EXPECT_STREQ(message.data(), "as it was");
 }
 
-TEST_F(InherentFunctions, ErrorMessageGivesTheTablesTextsWithTheirPlaceholders) {
+TEST_F(InherentFunctions, ErrorMessageReturnsTheTablesTextsWithTheirPlaceholders) {
     const std::vector<std::pair<std::uint32_t, const char*>> messages{
         {0xBFFA4214, "I/O error."},
         {0xBFFA4215, "I/O timeout error."},
@@ -219,7 +219,7 @@ TEST_F(InherentFunctions, ErrorMessageRecordsAnUnknownCodeOnTheSession) {
               "supplied is not defined by the driver.");
 }
 
-TEST_F(InherentFunctions, ErrorMessageRecordsNoUnknownCodeWithoutASession) {
+TEST_F(InherentFunctions, ErrorMessageDoesNotRecordAnUnknownCodeWithoutASession) {
     std::array<ViChar, 256> message{"as it was"};
     EXPECT_EQ(Status(TARNEX_error_message(VI_NULL, 12345, message.data())), Status(0xBFFA0010));
     EXPECT_STREQ(message.data(), "as it was");
@@ -237,7 +237,7 @@ TEST_F(InherentFunctions, ErrorMessageRefusesANullBufferWithAndWithoutASession) 
     EXPECT_EQ(LastError(VI_NULL), expected);
 }
 
-TEST_F(InherentFunctions, RevisionQueryTellsTheFirmwareAsReadAtTheOpening) {
+TEST_F(InherentFunctions, RevisionQueryReturnsTheFirmwareReadAtTheOpening) {
     const auto vi = Open();
     std::array<ViChar, 256> driver{};
     std::array<ViChar, 256> instrument{};
@@ -247,7 +247,7 @@ TEST_F(InherentFunctions, RevisionQueryTellsTheFirmwareAsReadAtTheOpening) {
     EXPECT_THAT(TakeWritten(), IsEmpty());
 }
 
-TEST_F(InherentFunctions, RevisionQueryTellsTheDriversRevisionInSimulation) {
+TEST_F(InherentFunctions, RevisionQueryReturnsTheDriversRevisionInSimulation) {
     const auto vi = Open("Simulate=1");
     std::array<ViChar, 256> driver{};
     std::array<ViChar, 256> instrument{};
@@ -256,7 +256,7 @@ TEST_F(InherentFunctions, RevisionQueryTellsTheDriversRevisionInSimulation) {
     EXPECT_STREQ(instrument.data(), "Sim1.0.0.0");
 }
 
-TEST_F(InherentFunctions, RevisionQueryGoesByTheSimulateFlagAsItStandsNow) {
+TEST_F(InherentFunctions, RevisionQueryFollowsTheCurrentSimulateFlag) {
     const auto vi = Open();
     std::array<ViChar, 256> instrument{};
     TARNEX_SetAttributeViBoolean(vi, "", TARNEX_ATTR_SIMULATE, VI_TRUE);
@@ -298,7 +298,7 @@ TEST_F(InherentFunctions, DisableRecordsAFailedExchange) {
     EXPECT_EQ(LastError(vi), (DriverError{0xBFFA4214, "I/O error."}));
 }
 
-TEST_F(InherentFunctions, DisableOfASimulatedInstrumentSucceedsAlsoWhenTheFlagWasClearedAfterwards) {
+TEST_F(InherentFunctions, DisableOfASimulatedInstrumentSucceedsEvenAfterTheFlagIsCleared) {
     const auto vi = Open();
     TARNEX_SetAttributeViBoolean(vi, "", TARNEX_ATTR_SIMULATE, VI_TRUE);
     TARNEX_SetAttributeViBoolean(vi, "", TARNEX_ATTR_SIMULATE, VI_FALSE);
@@ -313,7 +313,7 @@ TEST_F(InherentFunctions, InvalidateAllAttributesSendsNothing) {
     EXPECT_THAT(TakeWritten(), IsEmpty());
 }
 
-TEST_F(InherentFunctions, GetErrorHandsItsArgumentsToTheServiceAndClearsWhatItReads) {
+TEST_F(InherentFunctions, GetErrorForwardsToTheServiceAndClearsWhatItReads) {
     const auto vi = Open();
     TARNEX_ConfigureVoltageLevel(vi, "OutputChannel9", 1.0);
     doubles::TheScript().ForgetCalls();

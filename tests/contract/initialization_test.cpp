@@ -27,21 +27,21 @@ TEST_F(Initialization, WithoutOptionsIsTheSameAsWithAnEmptyOptionString) {
     EXPECT_EQ(Status(TARNEX_close(vi)), Status(0x00000000));
 }
 
-TEST_F(Initialization, WithoutAPlaceForTheHandleCreatesAndRecordsNothing) {
+TEST_F(Initialization, WithANullHandlePointerCreatesAndRecordsNothing) {
     EXPECT_EQ(Status(TARNEX_init(const_cast<ViRsrc>(kUsbResource), VI_FALSE, VI_FALSE, nullptr)), Status(0xBFFA0058));
     EXPECT_EQ(Status(TARNEX_InitWithOptions(const_cast<ViRsrc>(kUsbResource), VI_FALSE, VI_FALSE, "", nullptr)),
               Status(0xBFFA0058));
     EXPECT_THAT(doubles::TheScript().Calls(), IsEmpty());
 }
 
-TEST_F(Initialization, TakesNullTextsForEmptyOnes) {
+TEST_F(Initialization, TreatsNullTextsAsEmpty) {
     ViSession vi = VI_NULL;
     EXPECT_EQ(Status(TARNEX_InitWithOptions(nullptr, VI_FALSE, VI_FALSE, nullptr, &vi)), Status(0x00000000));
     EXPECT_THAT(doubles::TheVisa().Opened(), ElementsAre(doubles::OpenedResource{"", 0, 2000}));
     EXPECT_EQ(Status(TARNEX_close(vi)), Status(0x00000000));
 }
 
-TEST_F(Initialization, ThatGetsNoHandleReturnsTheServicesStatusUnrecorded) {
+TEST_F(Initialization, WithoutAHandleReturnsTheServicesStatusUnrecorded) {
     Fail("IviSession_New", 0xBFFA1198);
     ViSession vi = 7;
     EXPECT_EQ(TryOpen("", &vi), Status(0xBFFA1198));
@@ -49,7 +49,7 @@ TEST_F(Initialization, ThatGetsNoHandleReturnsTheServicesStatusUnrecorded) {
     EXPECT_THAT(doubles::TheScript().Calls(), ElementsAre("IviSession_New"));
 }
 
-TEST_F(Initialization, ThatCannotBindItsSessionReturnsTheServicesStatusAndLeavesTheHandleToTheService) {
+TEST_F(Initialization, ThatCannotBindItsSessionReturnsTheServicesStatusAndKeepsTheHandleOpen) {
     Fail("IviSession_SetDataPtr", 0xBFFA11A0);
     ViSession vi = 7;
     EXPECT_EQ(TryOpen("", &vi), Status(0xBFFA11A0));
@@ -58,7 +58,7 @@ TEST_F(Initialization, ThatCannotBindItsSessionReturnsTheServicesStatusAndLeaves
     EXPECT_EQ(doubles::TheSessionService().OpenHandles(), 1U);
 }
 
-TEST_F(Initialization, ThatFailsGivesNoHandleAndDoesNotDisposeOfTheServicesOne) {
+TEST_F(Initialization, ThatFailsReturnsNoHandleAndDoesNotDisposeOfTheServicesHandle) {
     Fail("viOpen", 0xBFFF0011);
     ViSession vi = 7;
     EXPECT_EQ(TryOpen("", &vi), Status(kIoError));
@@ -67,7 +67,7 @@ TEST_F(Initialization, ThatFailsGivesNoHandleAndDoesNotDisposeOfTheServicesOne) 
     EXPECT_EQ(doubles::TheSessionService().OpenHandles(), 1U);
 }
 
-TEST_F(Initialization, ThatFailsLeavesItsDescriptionWithTheThread) {
+TEST_F(Initialization, ThatFailsRecordsItsDescriptionForTheThread) {
     Fail("viOpen", 0xBFFF0011);
     TryOpen("");
     EXPECT_EQ(LastError(VI_NULL),
@@ -89,7 +89,7 @@ TEST_F(Initialization, FailsWhenTheIdentityCannotBeRead) {
     EXPECT_EQ(TryOpen(""), Status(kIoError));
 }
 
-TEST_F(Initialization, FailsWhenTheIdentityCannotBeAskedFor) {
+TEST_F(Initialization, FailsWhenTheIdentityQueryCannotBeSent) {
     Fail("viWrite", 0xBFFF003E);
     EXPECT_EQ(TryOpen(""), Status(kIoError));
 }
@@ -119,7 +119,7 @@ TEST_F(Initialization, WithIdQueryRefusesAnyOtherModelWithoutNamingIt) {
     }
 }
 
-TEST_F(Initialization, TakesAnIdQueryArgumentOfTwoForFalse) {
+TEST_F(Initialization, TreatsAnIdQueryArgumentOfTwoAsFalse) {
     Reply("*IDN?", "Keltor Technology,TX9999,SN42,1.07\n");
     EXPECT_EQ(TryOpen("", nullptr, 2), Status(0x00000000));
 }
@@ -132,7 +132,7 @@ TEST_F(Initialization, WithResetSendsTheResetLast) {
     EXPECT_THAT(TakeWritten(), ElementsAre("*IDN?\n", "*CLS\n", "*ESR?\n", "*RST\n"));
 }
 
-TEST_F(Initialization, TakesEveryNonZeroResetArgumentForAReset) {
+TEST_F(Initialization, ResetsForEveryNonZeroResetArgument) {
     EXPECT_EQ(TryOpen("", nullptr, VI_FALSE, 2), Status(0x00000000));
     EXPECT_THAT(TakeWritten(), ElementsAre("*IDN?\n", "*RST\n"));
 }
@@ -179,7 +179,7 @@ TEST_F(Initialization, InSimulationTouchesNoVisa) {
     EXPECT_EQ(doubles::TheScript().Count("viOpenDefaultRM"), 0U);
 }
 
-TEST_F(Initialization, InSimulationFailsAnIdQueryBecauseTheSimulatorIsNoSupportedModel) {
+TEST_F(Initialization, InSimulationFailsAnIdQueryBecauseTheSimulatorIsNotASupportedModel) {
     EXPECT_EQ(TryOpen("Simulate=1, DriverSetup=Model:TX4520", nullptr, VI_TRUE), Status(0xBFFA005E));
 }
 

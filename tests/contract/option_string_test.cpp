@@ -49,7 +49,7 @@ TEST_F(OptionString, TakesBlanksAroundNamesEqualsSignsAndCommas) {
     EXPECT_TRUE(Simulates("  RangeCheck  =  VI_FALSE  ,\tSimulate\n=\r1  "));
 }
 
-TEST_F(OptionString, SkipsFragmentsThatAreNoPairs) {
+TEST_F(OptionString, SkipsFragmentsThatAreNotPairs) {
     EXPECT_TRUE(Simulates("nothing, , =, Simulate = 1, ;;"));
     EXPECT_FALSE(Simulates("Simulate"));
     EXPECT_FALSE(Simulates("Simulate="));
@@ -72,7 +72,7 @@ TEST_F(OptionString, RefusesAnOptionGivenTwice) {
               (DriverError{0xBFFA0000, "Failure cannot recover.  Inherent option 'cache' appears more than once."}));
 }
 
-TEST_F(OptionString, TakesNamesForWhatTheyAreAndNeverForAFormat) {
+TEST_F(OptionString, NeverReadsNamesAsAFormat) {
     EXPECT_EQ(ErrorOf("%s=1"), (DriverError{0xBFFA004B, "The 's' name in the option string is unknown."}));
     EXPECT_EQ(ErrorOf("DriverSetup=a+b=1,a+b=2").description,
               "Failure cannot recover.  DriverSetup option 'a+b' appears more than once.");
@@ -88,14 +88,14 @@ TEST_F(OptionString, ParsesTheDriverSetupBeforeTheInherentPart) {
     EXPECT_EQ(ErrorOf("Speed=1, DriverSetup=a=1,a=2").code, Status(0xBFFA0000));
 }
 
-TEST_F(OptionString, KeepsTheDriverSetupToItsEnd) {
+TEST_F(OptionString, ExtendsTheDriverSetupToTheEnd) {
     EXPECT_EQ(DriverSetup("Simulate=1, DriverSetup=Model:TX4410"), "Model:TX4410");
     EXPECT_EQ(DriverSetup("driversetup = Model=TX4520, Trailing = 2  "), " Model=TX4520, Trailing = 2  ");
     EXPECT_EQ(DriverSetup("DriverSetup="), "");
     EXPECT_EQ(DriverSetup("DriverSetup=a=1\nb=2"), "a=1");
 }
 
-TEST_F(OptionString, TakesWhatFollowsTheDriverSetupForAPartOfIt) {
+TEST_F(OptionString, TreatsTheTextBehindTheDriverSetupAsAPartOfIt) {
     EXPECT_FALSE(Simulates("DriverSetup=Model=TX4410, Simulate=1"));
 }
 

@@ -14,7 +14,7 @@ std::string NullPointer(const char* function, const char* parameter) {
     return std::string("Null pointer passed for function '") + function + "', parameter '" + parameter + "'.";
 }
 
-TEST_F(Query, MaximaComeFromTheChannelsLimitsWhateverTheOtherLevelIs) {
+TEST_F(Query, MaximaComeFromTheChannelsLimitsForEveryOtherLevel) {
     const auto vi = Open();
     ViReal64 maximum = 0.0;
     for (const double ignored : {0.0, 1e300, -5.0}) {
@@ -30,7 +30,7 @@ TEST_F(Query, MaximaComeFromTheChannelsLimitsWhateverTheOtherLevelIs) {
     EXPECT_THAT(TakeWritten(), IsEmpty());
 }
 
-TEST_F(Query, OfSeveralChannelsGivesTheLastOnesValue) {
+TEST_F(Query, OfSeveralChannelsReturnsTheValueOfTheLast) {
     const auto vi = Open();
     ViReal64 maximum = 0.0;
     EXPECT_EQ(Status(TARNEX_QueryMaxVoltageLevel(vi, "OutputChannel1,OutputChannel2", 0.0, &maximum)), Status(0U));
@@ -39,7 +39,7 @@ TEST_F(Query, OfSeveralChannelsGivesTheLastOnesValue) {
     EXPECT_EQ(maximum, 22.0);
 }
 
-TEST_F(Query, WithoutAnOutputIsRefusedBeforeTheSelectorIsLookedAt) {
+TEST_F(Query, WithANullOutputIsRefusedBeforeTheSelectorIsChecked) {
     const auto vi = Open();
     EXPECT_EQ(Status(TARNEX_QueryMaxCurrentLimit(vi, "nonsense;", 0.0, nullptr)), Status(0xBFFA0058));
     EXPECT_EQ(LastError(vi).description, NullPointer("TARNEX_QueryMaxCurrentLimit", "MaxCurrentLimit"));
@@ -102,7 +102,7 @@ TEST_F(Query, OutputStateSendsTheConditionQueryOfItsChannel) {
     EXPECT_THAT(TakeWritten(), ElementsAre(":STATus:QUEStionable:INSTrument:ISUMmary1:CONDition?\n"));
 }
 
-TEST_F(Query, OutputStateOfSeveralChannelsIsTheLastOnes) {
+TEST_F(Query, OutputStateOfSeveralChannelsIsThatOfTheLast) {
     const auto vi = Open();
     Reply(":STATus:QUEStionable:INSTrument:ISUMmary1:CONDition?", "2\n");
     Reply(":STATus:QUEStionable:INSTrument:ISUMmary2:CONDition?", "0\n");
@@ -113,7 +113,7 @@ TEST_F(Query, OutputStateOfSeveralChannelsIsTheLastOnes) {
     EXPECT_EQ(in, VI_TRUE);
 }
 
-TEST_F(Query, OutputStateTakesAFailedQueryForANo) {
+TEST_F(Query, OutputStateIsFalseAfterAFailedQuery) {
     const auto vi = Open();
     for (const ViInt32 state : {TARNEX_VAL_OUTPUT_CONSTANT_VOLTAGE, TARNEX_VAL_OUTPUT_CONSTANT_CURRENT}) {
         ViBoolean in = 7;
@@ -123,7 +123,7 @@ TEST_F(Query, OutputStateTakesAFailedQueryForANo) {
     EXPECT_THAT(doubles::TheSessionService().Recorded(), IsEmpty());
 }
 
-TEST_F(Query, OutputStateIsNeverOneOfTheProtectionStates) {
+TEST_F(Query, OutputStateIsNeverAProtectionState) {
     const auto vi = Open();
     for (const ViInt32 state :
          {TARNEX_VAL_OUTPUT_OVER_VOLTAGE, TARNEX_VAL_OUTPUT_OVER_CURRENT, TARNEX_VAL_OUTPUT_UNREGULATED}) {
@@ -134,7 +134,7 @@ TEST_F(Query, OutputStateIsNeverOneOfTheProtectionStates) {
     EXPECT_THAT(TakeWritten(), IsEmpty());
 }
 
-TEST_F(Query, OutputStateAcceptsAnUnknownStateAndLeavesTheOutputAlone) {
+TEST_F(Query, OutputStateAcceptsAnUnknownStateAndKeepsTheOutput) {
     const auto vi = Open();
     for (const ViInt32 state : {9, 5, -1}) {
         ViBoolean in = 7;
@@ -144,7 +144,7 @@ TEST_F(Query, OutputStateAcceptsAnUnknownStateAndLeavesTheOutputAlone) {
     EXPECT_THAT(TakeWritten(), IsEmpty());
 }
 
-TEST_F(Query, OutputStateThrowsOnARegisterThatIsNoNumber) {
+TEST_F(Query, OutputStateThrowsOnARegisterThatIsNotANumber) {
     const auto vi = Open();
     ViBoolean in = 7;
     Reply(":STATus:QUEStionable:INSTrument:ISUMmary1:CONDition?", "CV\n");
@@ -169,7 +169,7 @@ TEST_F(Query, MeasureReadsTheProgrammedLevelBack) {
     EXPECT_THAT(TakeWritten(), ElementsAre(":SOUR1:VOLT?\n", ":SOUR1:CURR?\n"));
 }
 
-TEST_F(Query, MeasureTakesWhatANumberBeginsWith) {
+TEST_F(Query, MeasureConvertsTheNumericPrefix) {
     const auto vi = Open();
     struct Case {
         const char* reply;
@@ -185,7 +185,7 @@ TEST_F(Query, MeasureTakesWhatANumberBeginsWith) {
     }
 }
 
-TEST_F(Query, MeasureThrowsOnAReplyThatIsNoNumber) {
+TEST_F(Query, MeasureThrowsOnAReplyThatIsNotANumber) {
     const auto vi = Open();
     ViReal64 value = 1.25;
     for (const auto* reply : {"nan\n", "\n", " 1.0\n", "+-1\n", ".\n", "e5\n"}) {
@@ -222,7 +222,7 @@ TEST_F(Query, MeasureRefusesAnyOtherTypeWithoutIo) {
     EXPECT_THAT(TakeWritten(), IsEmpty());
 }
 
-TEST_F(Query, MeasureOfSeveralChannelsGivesTheLastOnesLevel) {
+TEST_F(Query, MeasureOfSeveralChannelsReturnsTheLevelOfTheLast) {
     const auto vi = Open();
     Reply(":SOUR1:VOLT?", "1.0\n");
     Reply(":SOUR2:VOLT?", "2.0\n");
@@ -289,7 +289,7 @@ TEST_F(Query, ChannelNameOutOfRangeShowsTheIndexCountedFromZero) {
     EXPECT_STREQ(name.data(), "as it was");
 }
 
-TEST_F(Query, ChannelNameLooksAtTheIndexBeforeTheSize) {
+TEST_F(Query, ChannelNameChecksTheIndexBeforeTheSize) {
     const auto vi = Open();
     std::array<ViChar, 256> name{"as it was"};
     EXPECT_EQ(Status(TARNEX_GetChannelName(vi, 3, 0, name.data())), Status(0xBFFA0010));
@@ -297,7 +297,7 @@ TEST_F(Query, ChannelNameLooksAtTheIndexBeforeTheSize) {
     EXPECT_STREQ(name.data(), "as it was");
 }
 
-TEST_F(Query, ChannelNameThatFillsItsBufferReturnsTheOneSizeEverReported) {
+TEST_F(Query, ChannelNameThatFillsItsBufferReturnsTheFixedRequiredSize) {
     const auto vi = Open();
     std::array<ViChar, 4096> name{};
     EXPECT_EQ(Status(TARNEX_GetChannelName(vi, 1, 16, name.data())), Status(0U));

@@ -47,7 +47,7 @@ TEST_F(VisaConnection, OfASerialLineSetsTheLineToo) {
     }
 }
 
-TEST_F(VisaConnection, StopsAtTheFirstSettingThatFailsAndClosesWhatIsOpen) {
+TEST_F(VisaConnection, StopsAtTheFirstSettingThatFailsAndClosesItsSessions) {
     struct Case {
         const char* function;
         std::size_t count;
@@ -73,7 +73,7 @@ TEST_F(VisaConnection, ThatIsOnlyHalfOpenIsClosed) {
     EXPECT_EQ(doubles::TheVisa().OpenSessions(), 0U);
 }
 
-TEST_F(VisaConnection, WithoutAResourceManagerHasNothingToClose) {
+TEST_F(VisaConnection, WithoutAResourceManagerClosesNothing) {
     Fail("viOpenDefaultRM", 0xBFFF0000);
     EXPECT_EQ(TryOpen(""), Status(0xBFFA4214));
     EXPECT_EQ(doubles::TheScript().Count("viOpen"), 0U);
@@ -89,7 +89,7 @@ TEST_F(VisaConnection, WritesEachCommandAndReadsEachReplyInOneCall) {
     EXPECT_EQ(doubles::TheScript().Count("viRead"), 1U);
 }
 
-TEST_F(VisaConnection, CutsAnOverlongReplyAtItsBufferAndReturnsThatStatus) {
+TEST_F(VisaConnection, TruncatesAnOverlongReplyAndReturnsItsStatus) {
     const auto vi = Open();
     Reply(":SOUR1:VOLT?", std::string(1023, '0') + "12345");
     ViReal64 volts = 0.0;
@@ -97,7 +97,7 @@ TEST_F(VisaConnection, CutsAnOverlongReplyAtItsBufferAndReturnsThatStatus) {
     EXPECT_EQ(volts, 1.0);
 }
 
-TEST_F(VisaConnection, TakesAnEmptyReplyForAnEmptyText) {
+TEST_F(VisaConnection, ReadsAnEmptyReplyAsEmptyText) {
     const auto vi = Open();
     Reply(":SOUR1:VOLT?", "5.0\n");
     ViReal64 volts = 0.0;

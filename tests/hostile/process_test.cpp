@@ -127,7 +127,7 @@ TEST_F(Process, EndsWithASessionLeftOpen) {
               7);
 }
 
-TEST_F(Process, OutOfFilesIsTurnedAwayAndServedAfterwards) {
+TEST_F(Process, OutOfFilesFailsToOpenAndWorksAfterwards) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the checks of the instrumentation need files themselves";
 #endif
@@ -156,7 +156,7 @@ TEST_F(Process, OutOfFilesIsTurnedAwayAndServedAfterwards) {
 
 std::atomic<int> interruptions{0};
 
-TEST_F(Process, InterruptedBySignalsLosesNoCall) {
+TEST_F(Process, InterruptedBySignalsCompletesEveryCall) {
     const auto vi = Open();
     struct sigaction action {};
     struct sigaction before {};

@@ -21,7 +21,7 @@ class Allocation : public SupplyTest {
     }
 };
 
-TEST_F(Allocation, OfTheDriversOwnIsCounted) {
+TEST_F(Allocation, InTheDriverIsCounted) {
     EXPECT_GT(CountIn([&] { TARNEX_close(Open("Simulate=1")); }), 20U);
 }
 

@@ -125,7 +125,7 @@ class CommandLayer : public testing::Test {
     ORVA::TARNEX supply_;
 };
 
-TEST_F(CommandLayer, GivesBackWhatWasSet) {
+TEST_F(CommandLayer, ReadsBackItsSettings) {
     for (const auto& exchange : kRoundTrips) {
         SCOPED_TRACE(exchange.name);
         supply_.SendReset();
@@ -140,7 +140,7 @@ TEST_F(CommandLayer, SelectsAChannel) {
     EXPECT_EQ(channel, 2U);
 }
 
-TEST_F(CommandLayer, MeasuresWhatTheLoadDraws) {
+TEST_F(CommandLayer, MeasuresTheLoad) {
     double volts = 0.0;
     double amperes = 0.0;
     double watts = 0.0;
@@ -302,14 +302,14 @@ TEST_F(CommandLayer, ReadsStatusAndErrors) {
     EXPECT_EQ(events, 0U);
 }
 
-TEST_F(CommandLayer, QueriesAnyTextRaw) {
+TEST_F(CommandLayer, QueriesRawText) {
     std::string reply;
     EXPECT_EQ(supply_.QueryRaw("*OPC?", reply), 0);
     EXPECT_EQ(reply, "1");
     EXPECT_EQ(supply_.GetIdentity()->model, "TX4410");
 }
 
-TEST_F(CommandLayer, WaitsAsLongAsItsTimeOut) {
+TEST_F(CommandLayer, WaitsForItsTimeOut) {
     EXPECT_EQ(supply_.GetTimeout(), 2000U);
     EXPECT_EQ(supply_.SetTimeout(50), 0);
     EXPECT_EQ(supply_.GetTimeout(), 50U);

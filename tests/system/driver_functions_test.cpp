@@ -61,7 +61,7 @@ TEST_F(DriverFunctions, CurrentLimitAttributeSetsTheProtectionLevelTooAndLeavesI
     EXPECT_EQ(Holds(vi, ":SOUR1:CURR:PROT:STAT?"), "ON");
 }
 
-TEST_F(DriverFunctions, BehaviorAttributeRefusesWhatTheFunctionAccepts) {
+TEST_F(DriverFunctions, BehaviorAttributeRefusesValuesThatTheFunctionAccepts) {
     const auto vi = Open();
     Ask(":SOUR1:CURR:PROT:STAT ON");
     EXPECT_EQ(TARNEX_SetAttributeViInt32(vi, kFirst, TARNEX_ATTR_CURRENT_LIMIT_BEHAVIOR, 7), kRefused);
@@ -71,7 +71,7 @@ TEST_F(DriverFunctions, BehaviorAttributeRefusesWhatTheFunctionAccepts) {
     EXPECT_EQ(Holds(vi, ":SOUR1:CURR:PROT:STAT?"), "ON");
 }
 
-TEST_F(DriverFunctions, OvpSetsItsLevelAlsoWhenItIsSwitchedOff) {
+TEST_F(DriverFunctions, OvpSetsItsLevelEvenWhenItIsSwitchedOff) {
     const auto vi = Open();
     EXPECT_EQ(TARNEX_ConfigureOVP(vi, kFirst, VI_TRUE, 12.5), 0);
     EXPECT_EQ(Holds(vi, ":SOUR1:VOLT:PROT:STAT?"), "ON");
@@ -80,7 +80,7 @@ TEST_F(DriverFunctions, OvpSetsItsLevelAlsoWhenItIsSwitchedOff) {
     EXPECT_EQ(Holds(vi, ":SOUR1:VOLT:PROT:STAT?"), "OFF");
 }
 
-TEST_F(DriverFunctions, OutputRangeAndResetOutputProtectionLeaveTheInstrumentAsItIs) {
+TEST_F(DriverFunctions, OutputRangeAndResetOutputProtectionChangeNothing) {
     const auto vi = Open();
     TARNEX_ConfigureOVP(vi, kFirst, VI_TRUE, 10.0);
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 12.0);
@@ -103,7 +103,7 @@ TEST_F(DriverFunctions, StopAtTheChannelThatRefusesItsLevel) {
     EXPECT_EQ(Holds(vi, ":SOUR1:VOLT?"), "6.000000");
 }
 
-TEST_F(DriverFunctions, RefuseLevelsBeyondTheChannelWhateverTheyLookLike) {
+TEST_F(DriverFunctions, RefuseLevelsOutsideTheChannelsLimits) {
     const auto vi = Open("RangeCheck=0");
     Ask(":SOUR1:VOLT 3");
     constexpr auto kInfinity = std::numeric_limits<double>::infinity();
@@ -125,7 +125,7 @@ TEST_F(DriverFunctions, SendZeroesOfAllKinds) {
     EXPECT_EQ(Holds(vi, ":SYSTem:ERRor?"), "0,\"No error\"");
 }
 
-TEST_F(DriverFunctions, MaximaAreTheLastSelectedChannels) {
+TEST_F(DriverFunctions, MaximaAreThoseOfTheLastSelectedChannel) {
     const auto vi = Open();
     ViReal64 value = 0.0;
     EXPECT_EQ(TARNEX_QueryMaxVoltageLevel(vi, kFirst, 1.0, &value), 0);
@@ -142,7 +142,7 @@ TEST_F(DriverFunctions, MaximaAreTheLastSelectedChannels) {
     EXPECT_EQ(Holds(vi, ":SOUR2:CURR?"), "16.800000");
 }
 
-TEST_F(DriverFunctions, OutputStateOfSeveralChannelsIsTheLastOnes) {
+TEST_F(DriverFunctions, OutputStateOfSeveralChannelsIsThatOfTheLast) {
     const auto vi = Open();
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 20.0);
     TARNEX_ConfigureCurrentLimit(vi, kFirst, TARNEX_VAL_CURRENT_REGULATE, 1.0); // 10 ohms: constant current
@@ -153,7 +153,7 @@ TEST_F(DriverFunctions, OutputStateOfSeveralChannelsIsTheLastOnes) {
     EXPECT_TRUE(InState(vi, "OutputChannel2,OutputChannel1", TARNEX_VAL_OUTPUT_CONSTANT_CURRENT));
 }
 
-TEST_F(DriverFunctions, OutputStateNeverTellsOfAProtectionAndIgnoresUnknownStates) {
+TEST_F(DriverFunctions, OutputStateIsNeverAProtectionStateAndIgnoresUnknownStates) {
     const auto vi = Open();
     TARNEX_ConfigureOVP(vi, kFirst, VI_TRUE, 10.0);
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 12.0);
@@ -167,7 +167,7 @@ TEST_F(DriverFunctions, OutputStateNeverTellsOfAProtectionAndIgnoresUnknownState
     EXPECT_EQ(untouched, 7);
 }
 
-TEST_F(DriverFunctions, MeasureReadsLevelsBackAndEndsWithTheFirstChannelOfASocket) {
+TEST_F(DriverFunctions, MeasureReadsLevelsBackAndStopsAfterTheFirstChannelOverASocket) {
     const auto vi = Open();
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 12.0);
     TARNEX_ConfigureVoltageLevel(vi, kSecond, 4.0);
@@ -181,7 +181,7 @@ TEST_F(DriverFunctions, MeasureReadsLevelsBackAndEndsWithTheFirstChannelOfASocke
     EXPECT_EQ(untouched, 7.0);
 }
 
-TEST_F(DriverFunctions, WithoutAPlaceForTheirResultAreRefusedBeforeTheChannelIsLookedAt) {
+TEST_F(DriverFunctions, WithANullResultAreRefusedBeforeTheChannelIsChecked) {
     const auto vi = Open();
     EXPECT_EQ(TARNEX_Measure(vi, "Nowhere", TARNEX_VAL_MEASURE_VOLTAGE, nullptr), kNullPointer);
     EXPECT_EQ(LastError(vi),
@@ -228,7 +228,7 @@ TEST_F(DriverFunctions, RevisionAndSelfTestNeedNoInstrument) {
     EXPECT_EQ(TARNEX_InvalidateAllAttributes(vi), 0);
 }
 
-TEST_F(DriverFunctions, IdQueryRefusesAModelThatIsNotSupportedAndLetsGoOfIt) {
+TEST_F(DriverFunctions, IdQueryRefusesAModelThatIsNotSupportedAndDisconnects) {
     virtual_supply::VirtualSupply other({.model = "TX9999"});
     virtual_supply::VirtualSupplyServer server(other);
     ViSession vi = VI_NULL;
@@ -238,20 +238,20 @@ TEST_F(DriverFunctions, IdQueryRefusesAModelThatIsNotSupportedAndLetsGoOfIt) {
     EXPECT_EQ(TryOpen(server.Resource(), "", vi), 0); // without the ID query every model is accepted
 }
 
-TEST_F(DriverFunctions, IdQueryInSimulationFailsSinceTheSimulatorIsNoSupportedModel) {
+TEST_F(DriverFunctions, IdQueryInSimulationFailsBecauseTheSimulatorIsNotASupportedModel) {
     ViSession vi = VI_NULL;
     EXPECT_EQ(static_cast<unsigned>(TryOpen(server_->Resource(), "Simulate=1", vi, VI_TRUE)), 0xBFFA005EU);
     EXPECT_EQ(vi, 0U);
 }
 
-TEST_F(DriverFunctions, NeverLeaveTheSimulationThatTheyBeganIn) {
+TEST_F(DriverFunctions, NeverLeaveASimulationFromTheStart) {
     const auto vi = Open("Simulate=1");
     EXPECT_EQ(static_cast<unsigned>(TARNEX_SetAttributeViBoolean(vi, "", TARNEX_ATTR_SIMULATE, VI_FALSE)), 0xBFFA0062U);
     EXPECT_EQ(LastError(vi), (DriverError{0xBFFA0062, "The simulation state cannot be changed."}));
     EXPECT_EQ(server_->ConnectionCount(), 0U);
 }
 
-TEST_F(DriverFunctions, LeaveTheInstrumentAloneOnceSwitchedIntoSimulation) {
+TEST_F(DriverFunctions, SendNothingOnceSwitchedIntoSimulation) {
     const auto vi = Open();
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 7.0);
     EXPECT_EQ(Holds(vi, ":SOUR1:VOLT?"), "7.000000");
@@ -265,7 +265,7 @@ TEST_F(DriverFunctions, LeaveTheInstrumentAloneOnceSwitchedIntoSimulation) {
     EXPECT_EQ(Holds(second, ":SOUR1:VOLT?"), "7.000000");
 }
 
-TEST_F(DriverFunctions, OnAnUnknownHandleSayNothingElse) {
+TEST_F(DriverFunctions, OnAnUnknownHandleReturnOneStatus) {
     const auto vi = Open();
     TARNEX_close(vi);
     ViReal64 value = 7.0;

@@ -104,7 +104,7 @@ TEST_P(Fault, OfASilentInstrumentEndsWithTheTimeOutAndANewSessionWorks) {
     EXPECT_EQ(Measure(Open(), kChannel, TARNEX_VAL_MEASURE_VOLTAGE), 0.0);
 }
 
-TEST_P(Fault, OfASilentInstrumentFailsEveryCallThatAsksIt) {
+TEST_P(Fault, OfASilentInstrumentFailsEveryQuery) {
     server_->Faults().Add({.kind = FaultKind::Silent});
     ViInt32 code = 0;
     std::array<ViChar, 1024> text{};
@@ -141,7 +141,7 @@ TEST_P(Fault, OfADroppedConnectionIsAnIoErrorAndANewSessionWorks) {
     EXPECT_EQ(Measure(vi, kChannel, TARNEX_VAL_MEASURE_VOLTAGE), 0.0);
 }
 
-TEST_P(Fault, OfAServerThatIsGoneIsAnIoErrorAndWhenItIsBackANewSessionWorks) {
+TEST_P(Fault, OfAStoppedServerIsAnIoErrorAndANewSessionWorksAfterItsRestart) {
     server_.reset();
     EXPECT_EQ(Timed([&] { return MeasureVoltage(); }), kIoError);
     EXPECT_LT(took_, kGuard);
@@ -151,14 +151,14 @@ TEST_P(Fault, OfAServerThatIsGoneIsAnIoErrorAndWhenItIsBackANewSessionWorks) {
     EXPECT_EQ(Measure(Open(), kChannel, TARNEX_VAL_MEASURE_VOLTAGE), 0.0);
 }
 
-TEST_P(Fault, OfADelayedReplyIsNoneWithinTheTimeOut) {
+TEST_P(Fault, OfADelayedReplyIsATimeOut) {
     Next(FaultKind::Delay, 300);
     EXPECT_EQ(MeasureVoltage(), kTermChar);
     EXPECT_EQ(volts_, 0.0);
 }
 
 // The driver does not clear the device, so a late reply still arrives.
-TEST_P(Fault, OfAReplyThatComesLateIsWhatTheNextReadGetsUntilTheSessionIsClosed) {
+TEST_P(Fault, OfALateReplyAnswersTheNextQueryUntilTheSessionIsClosed) {
     Ask(":SOUR1:VOLT 3");
     Ask(":SOUR1:CURR 2");
     const int before = journal.Replies();
@@ -177,7 +177,7 @@ TEST_P(Fault, OfAReplyThatComesLateIsWhatTheNextReadGetsUntilTheSessionIsClosed)
     EXPECT_EQ(Measure(vi, kChannel, TARNEX_VAL_MEASURE_CURRENT), 2.0);
 }
 
-TEST_P(Fault, OfAGarbledReplyLeavesAsAnExceptionWithTheSessionUnlockedAndUsable) {
+TEST_P(Fault, OfAGarbledReplyThrowsAndLeavesTheSessionUnlockedAndUsable) {
     Next(FaultKind::Garbage);
     EXPECT_THROW(MeasureVoltage(), std::invalid_argument);
     EXPECT_EQ(MeasureVoltage(), kTermChar);
@@ -194,7 +194,7 @@ TEST_P(Fault, OfAReplyWithoutItsLineEndIsATimeOut) {
     EXPECT_EQ(volts_, 0.0);
 }
 
-TEST_P(Fault, OfAnOverlongReplyIsCutAtTheBuffersSizeAndItsRestIsWhatTheNextReadGets) {
+TEST_P(Fault, OfAnOverlongReplyTruncatesItAndTheRestAnswersTheNextQuery) {
     const int before = journal.Replies();
     Next(FaultKind::Long, 1500);
     EXPECT_EQ(static_cast<unsigned>(MeasureVoltage()), 0x3FFF0006U);
@@ -207,7 +207,7 @@ TEST_P(Fault, OfAnOverlongReplyIsCutAtTheBuffersSizeAndItsRestIsWhatTheNextReadG
     EXPECT_EQ(Measure(Open(), kChannel, TARNEX_VAL_MEASURE_VOLTAGE), 0.0);
 }
 
-TEST_P(Fault, OfACarriageReturnBeforeTheLineEndChangesNoNumberButStaysInATextsEnd) {
+TEST_P(Fault, OfACarriageReturnBeforeTheLineEndKeepsNumbersAndStaysInTexts) {
     server_->Faults().Add({.kind = FaultKind::CrLf});
     EXPECT_EQ(MeasureVoltage(), kTermChar);
     EXPECT_EQ(volts_, 0.0);
@@ -230,7 +230,7 @@ TEST_P(Fault, DuringTheOpeningFailsIt) {
     }
 }
 
-TEST_P(Fault, OfAResourceThatIsNotThereFailsTheOpening) {
+TEST_P(Fault, OfAMissingResourceFailsTheOpening) {
     const auto resource = server_->Resource();
     server_.reset();
     for (const auto& name :

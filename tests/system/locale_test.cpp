@@ -41,7 +41,7 @@ TEST_F(DecimalComma, DoesNotChangeHowRepliesAreRead) {
     EXPECT_EQ(GetReal(vi, kFirst, TARNEX_ATTR_VOLTAGE_LEVEL), 3.25);
 }
 
-TEST_F(DecimalComma, OfTheStoreStaysAText) {
+TEST_F(DecimalComma, InTheStoreStaysText) {
     UseStore(scratch_.Write("store.xml", R"(<IviConfigStore><SoftwareModules><IviSoftwareModule id="p1">
         <Name>TARNEX</Name><DataComponents><IviStructure id="p2"><Name>Configurable Initial Settings</Name>
         <DataComponents><IviReal id="p3"><Name>level</Name><Type>Real</Type><Value>1.5</Value></IviReal>

@@ -82,7 +82,7 @@ TEST_F(StoreFile, WithADriverSessionGivesResourceOptionsAndVirtualNames) {
 }
 
 // The status query after each command also ensures that the supply has executed it.
-TEST_F(StoreFile, OfTheExamplesWorksOnceItNamesTheSupply) {
+TEST_F(StoreFile, OfTheExamplesWorksWithTheResourceOfTheSupply) {
     auto store = Read(EXAMPLE_STORE);
     Replace(store, "TCPIP0::192.168.1.20::5025::SOCKET", server_->Resource());
     UseStore(scratch_.Write("example.xml", store));
@@ -102,7 +102,7 @@ TEST_F(StoreFile, OfTheExamplesWorksOnceItNamesTheSupply) {
     EXPECT_EQ(Ask(":SOUR2:VOLT?"), "4.000000");
 }
 
-TEST_F(StoreFile, WithTheSoftwareModuleAloneLeavesTheResourceToTheCaller) {
+TEST_F(StoreFile, WithOnlyTheSoftwareModuleUsesTheCallersResource) {
     auto store = Read(EXAMPLE_STORE);
     store.erase(store.find("<HardwareAssets>"), store.find("</IviConfigStore>") - store.find("<HardwareAssets>"));
     UseStore(scratch_.Write("module.xml", store));
@@ -112,12 +112,12 @@ TEST_F(StoreFile, WithTheSoftwareModuleAloneLeavesTheResourceToTheCaller) {
     EXPECT_EQ(static_cast<unsigned>(TARNEX_ConfigureVoltageLevel(vi, "Core", 1.0)), 0xBFFA0067U);
 }
 
-TEST_F(StoreFile, WithoutAnythingInItLeavesAllToTheCaller) {
+TEST_F(StoreFile, WithoutEntriesUsesTheCallersResourceAndOptions) {
     UseStore(scratch_.Write("empty.xml", "<IviConfigStore/>"));
     EXPECT_EQ(GetText(Open(), TARNEX_ATTR_LOGICAL_NAME), "");
 }
 
-TEST_F(StoreFile, ThatIsNoStoreFailsTheOpeningAndIsNamed) {
+TEST_F(StoreFile, ThatIsNotAStoreFailsTheOpeningAndIsNamed) {
     for (const auto* content : {"<IviConfigStore><Name>", "", "<Other/>", "no markup at all"}) {
         const auto path = scratch_.Write("broken.xml", content);
         UseStore(path);
@@ -138,7 +138,7 @@ TEST_F(StoreFile, ThatCannotBeReadFailsTheOpeningAndIsNamed) {
     EXPECT_THAT(LastError(VI_NULL).description, testing::HasSubstr(scratch_.Path("")));
 }
 
-TEST_F(StoreFile, OfTenMebibytesIsReadAndItsNamesAreFound) {
+TEST_F(StoreFile, OfTenMebibytesIsRead) {
     auto store = WithDriverSession(server_->Resource());
     std::string names;
     for (int i = 0; names.size() < std::size_t{10} * 1024 * 1024; ++i) {

@@ -14,7 +14,7 @@ class SupplyOverTcp : public SupplyTest {};
 constexpr const char* kFirst = "OutputChannel1";
 constexpr const char* kSecond = "OutputChannel2";
 
-TEST_P(Supply, TellsWhoItIs) {
+TEST_P(Supply, ReportsItsIdentity) {
     const auto vi = Open("", VI_TRUE);
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MANUFACTURER), "Keltor Technology");
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_MODEL), "TX4410");
@@ -29,7 +29,7 @@ TEST_P(Supply, OpensWithoutThePositiveStatusOfItsQueries) {
     EXPECT_NE(vi, 0U);
 }
 
-TEST_P(Supply, TakesAVoltageAndGivesItBack) {
+TEST_P(Supply, ReadsBackItsVoltage) {
     const auto vi = Open();
     EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, kFirst, 3.3), 0);
     EXPECT_EQ(Measure(vi, kFirst, TARNEX_VAL_MEASURE_VOLTAGE), 3.3);
@@ -38,7 +38,7 @@ TEST_P(Supply, TakesAVoltageAndGivesItBack) {
     EXPECT_EQ(Ask(":SOUR1:VOLT?"), "3.300000");
 }
 
-TEST_P(Supply, TakesEveryAttributeAndGivesItBack) {
+TEST_P(Supply, ReadsBackEveryAttribute) {
     const auto vi = Open();
     EXPECT_EQ(TARNEX_SetAttributeViReal64(vi, kSecond, TARNEX_ATTR_VOLTAGE_LEVEL, 5.0), 0);
     EXPECT_EQ(TARNEX_SetAttributeViBoolean(vi, kSecond, TARNEX_ATTR_OVP_ENABLED, VI_TRUE), 0);
@@ -74,7 +74,7 @@ TEST_P(Supply, HoldsItsVoltageUntilTheLoadDrawsTheLimit) {
     EXPECT_EQ(Measure(vi, kFirst, TARNEX_VAL_MEASURE_VOLTAGE), 20.0); // the programmed level, not the measured one
 }
 
-TEST_P(Supply, TripsOnItsOverVoltageProtectionAndTellsSo) {
+TEST_P(Supply, TripsOnItsOverVoltageProtectionAndReportsIt) {
     const auto vi = Open();
     TARNEX_ConfigureOVP(vi, kFirst, VI_TRUE, 10.0);
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 12.0);
@@ -89,7 +89,7 @@ TEST_P(Supply, TripsOnItsOverVoltageProtectionAndTellsSo) {
     EXPECT_STREQ(text.data(), "\"No error\"");
 }
 
-TEST_P(Supply, TripsOnItsCurrentLimitWhenToldTo) {
+TEST_P(Supply, TripsOnItsCurrentLimitWhenItIsSetTo) {
     const auto vi = Open();
     TARNEX_ConfigureCurrentLimit(vi, kFirst, TARNEX_VAL_CURRENT_TRIP, 1.0);
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 20.0);
@@ -116,7 +116,7 @@ TEST_P(Supply, ForgetsOldErrorsWhenItIsOpenedWithStatusChecking) {
     EXPECT_EQ(Ask(":SYSTem:ERRor?"), "0,\"No error\"");
 }
 
-TEST_P(Supply, IsResetOnRequestAndLeftAloneOtherwise) {
+TEST_P(Supply, IsResetOnlyOnRequest) {
     Ask(":SOUR1:VOLT 7");
     const auto vi = Open();
     EXPECT_EQ(Measure(vi, kFirst, TARNEX_VAL_MEASURE_VOLTAGE), 7.0);
@@ -127,7 +127,7 @@ TEST_P(Supply, IsResetOnRequestAndLeftAloneOtherwise) {
     EXPECT_EQ(Measure(second, kFirst, TARNEX_VAL_MEASURE_VOLTAGE), 0.0);
 }
 
-TEST_P(Supply, IsDisabledAltogether) {
+TEST_P(Supply, IsDisabledOnAllChannels) {
     const auto vi = Open();
     TARNEX_ConfigureOutputEnabled(vi, "OutputChannel1,OutputChannel2", VI_TRUE);
     EXPECT_TRUE(GetBoolean(vi, kSecond, TARNEX_ATTR_OUTPUT_ENABLED));
@@ -147,7 +147,7 @@ TEST_F(SupplyOverTcp, LosesItsConnectionWhenTheSessionIsClosed) {
     EXPECT_EQ(server_->ConnectionCount(), 0U);
 }
 
-TEST_F(SupplyOverTcp, IsLeftAloneByASimulatedSession) {
+TEST_F(SupplyOverTcp, ReceivesNothingFromASimulatedSession) {
     const auto vi = Open("Simulate=1");
     EXPECT_EQ(TARNEX_ConfigureVoltageLevel(vi, kFirst, 3.3), 0);
     EXPECT_EQ(server_->ConnectionCount(), 0U);

@@ -24,7 +24,7 @@ TEST_F(Threads, WaitForASessionThatAnotherOneHasLocked) {
     EXPECT_TRUE(passed);
 }
 
-TEST_F(Threads, AreNotLockedOutByAnUnlockThatNoLockCameBefore) {
+TEST_F(Threads, AreNotBlockedByAnUnmatchedUnlock) {
     const auto vi = Open("Simulate=1");
     EXPECT_EQ(TARNEX_UnlockSession(vi, nullptr), 0); // it releases the lock that its own frame takes
     ViStatus status = -1;
@@ -93,7 +93,7 @@ TEST_F(Threads, OnSimulatedSessionsOpenUseAndCloseThemSideBySide) {
               0);
 }
 
-TEST_F(Threads, OnOneSessionLoseNoReply) {
+TEST_F(Threads, OnOneSessionGetTheirOwnReplies) {
     const auto vi = Open();
     EXPECT_EQ(OnThreads(2,
                         [vi](int number) {

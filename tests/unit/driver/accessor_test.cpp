@@ -35,7 +35,7 @@ class Getter : public testing::Test {
     int called_ = 0;
 };
 
-TEST_F(Getter, WithoutAPlaceForTheValueNamesItselfAndTheParameter) {
+TEST_F(Getter, WithANullValueRecordsItsNameAndTheParameter) {
     for (const auto& row : tarnex::Attributes().Rows()) {
         ExpectRefusal<ViInt32>(row);
         ExpectRefusal<ViReal64>(row);

@@ -86,7 +86,7 @@ class DriverSession : public testing::Test {
     OpenSession session_{VI_NULL};
 };
 
-TEST_F(DriverSession, ReportsAnExceptionOfTheIdentityQueryWithItsTextToTheLetter) {
+TEST_F(DriverSession, ReportsAnExceptionOfTheIdentityQueryWithItsExactText) {
     session_.Use(std::make_shared<FailingInstrument>());
     std::string manufacturer;
     std::string model;
@@ -96,7 +96,7 @@ TEST_F(DriverSession, ReportsAnExceptionOfTheIdentityQueryWithItsTextToTheLetter
     EXPECT_EQ(LastRecorded().description, "I/O error.  100%s %n identity");
 }
 
-TEST_F(DriverSession, RecordsAConnectionThatDoesNotCloseAndLetsGoOfIt) {
+TEST_F(DriverSession, RecordsAFailedCloseAndReleasesTheConnection) {
     session_.Use(std::make_shared<FailingInstrument>());
     EXPECT_EQ(session_.CloseIO(), static_cast<ViStatus>(0xBFFF003E));
     EXPECT_EQ(LastRecorded(), (doubles::RecordedError{VI_NULL, static_cast<ViStatus>(0xBFFF003E), ""}));
@@ -173,7 +173,7 @@ TEST_F(DriverSession, KeepsWhatItWasInitializedWith) {
     EXPECT_EQ(session_.GivenOptionString(), "Simulate=1");
 }
 
-TEST_F(DriverSession, TakesEachStoredFlagForItself) {
+TEST_F(DriverSession, SetsEachStoredFlagIndependently) {
     constexpr std::array kFlags{&text::InherentOptions::cache, &text::InherentOptions::queryInstrumentStatus,
                                 &text::InherentOptions::rangeCheck, &text::InherentOptions::recordCoercions,
                                 &text::InherentOptions::simulate};
@@ -192,7 +192,7 @@ TEST_F(DriverSession, TakesEachStoredFlagForItself) {
     }
 }
 
-TEST_F(DriverSession, TakesItsModelFromTheMostParticularPlace) {
+TEST_F(DriverSession, TakesItsModelFromTheSourceWithPrecedence) {
     EXPECT_EQ(ModelFor(""), "");
     EXPECT_EQ(ModelFor("Simulate=1"), "TX4410");
     doubles::StoredDriverSession stored;

@@ -102,7 +102,7 @@ class Engine : public FrameworkTest {
     ViSession vi_ = NewHandle();
 };
 
-TEST_F(Engine, HandsAGetToTheGetterOfEachType) {
+TEST_F(Engine, CallsTheGetterOfEachType) {
     ViInt32 number = 0;
     EXPECT_EQ(Get(kNumber, number), Status(0U));
     EXPECT_EQ(number, 7);
@@ -123,7 +123,7 @@ TEST_F(Engine, HandsAGetToTheGetterOfEachType) {
     EXPECT_THAT(TakeRecorded(), IsEmpty());
 }
 
-TEST_F(Engine, HandsASetToTheSetterOfEachType) {
+TEST_F(Engine, CallsTheSetterOfEachType) {
     EXPECT_EQ(SetTo<ViInt32>(kNumber, -5), Status(0U));
     EXPECT_EQ(accessed.call, "set " + Vi() + " CH1 -5");
     EXPECT_EQ(SetTo<ViReal64>(kReal, 2.5), Status(0U));
@@ -204,7 +204,7 @@ TEST_F(Engine, RefusesToWriteAReadOnlyAttributeOfEachType) {
     refused("RO_TEXT");
 }
 
-TEST_F(Engine, LooksAtTheTypeBeforeTheDirection) {
+TEST_F(Engine, ChecksTheTypeBeforeTheDirection) {
     ViReal64 real = 0.0;
     EXPECT_EQ(Get(kWriteOnly, real), Status(0xBFFA0015));
     EXPECT_THAT(
@@ -262,7 +262,7 @@ TEST_F(Engine, WithoutRowsRecognizesNothing) {
     EXPECT_EQ(Status(empty.SetString(vi_, "", kText, "")), Status(0xBFFA000C));
 }
 
-TEST_F(Engine, RefusesANullValueOfEachTypeBeforeAllElse) {
+TEST_F(Engine, RefusesANullValueOfEachTypeFirst) {
     const auto refused = [&](ViStatus status) {
         EXPECT_EQ(Status(status), Status(0xBFFA0058));
         EXPECT_THAT(

@@ -49,7 +49,7 @@ TEST_F(Frame, RunsNoBodyWithoutHandleLockOrObject) {
     nrt2::CloseSession(vi);
 }
 
-TEST_F(Frame, TakesALockThatWarnsForALock) {
+TEST_F(Frame, TreatsALockWithAWarningAsHeld) {
     const auto vi = Open();
     Fail("IviSession_Lock", 0x3FFA0001);
     EXPECT_EQ(Call(vi, 0xBFFA4214), Status(0xBFFA4214));
@@ -92,7 +92,7 @@ TEST_F(Frame, CreationBindsThenInitializesThenReadsTheObjectAgain) {
     nrt2::CloseSession(vi);
 }
 
-TEST_F(Frame, CreationTakesNullTextsForEmptyOnes) {
+TEST_F(Frame, CreationTreatsNullTextsAsEmpty) {
     ViSession vi = VI_NULL;
     EXPECT_EQ(Status(CreateTestSession(nullptr, VI_FALSE, VI_FALSE, nullptr, &vi)), Status(0U));
     nrt2::DriverSession* session = nullptr;
@@ -109,7 +109,7 @@ TEST_F(Frame, CreationReturnsNoWarningOfTheInitialization) {
     nrt2::CloseSession(vi);
 }
 
-TEST_F(Frame, CreationThatFailsDestroysTheObjectAndGivesNoHandle) {
+TEST_F(Frame, CreationThatFailsDestroysTheObjectAndReturnsNoHandle) {
     Let("identify", 0xBFFA4214);
     ViSession vi = 7;
     EXPECT_EQ(Create(vi), Status(0xBFFA4214));
@@ -126,7 +126,7 @@ TEST_F(Frame, CreationThatCannotBindInitializesNothing) {
     EXPECT_THAT(TakeCalls(), ElementsAre("destroy"));
 }
 
-TEST_F(Frame, CreationThatThrowsDestroysTheObjectAndGivesNoHandle) {
+TEST_F(Frame, CreationThatThrowsDestroysTheObjectAndReturnsNoHandle) {
     for (const auto* step : {"connect", "clear", "identify", "reset"}) {
         TheSessions() = {};
         TheSessions().answers[step] = []() -> ViStatus { throw std::invalid_argument("step"); };
@@ -151,7 +151,7 @@ TEST_F(Frame, CreationResetsAfterSuccessForEveryArgumentButZero) {
     EXPECT_THAT(TakeRecorded(), IsEmpty());
 }
 
-TEST_F(Frame, CreationKeepsTheLatestRequestsOfTheProcessEvenWithoutAPlaceForTheHandle) {
+TEST_F(Frame, CreationKeepsTheLatestRequestsOfTheProcessEvenWithANullHandlePointer) {
     const auto request = [](ViBoolean idQuery, ViBoolean reset) {
         return Status(CreateTestSession("", idQuery, reset, "", nullptr));
     };
@@ -165,7 +165,7 @@ TEST_F(Frame, CreationKeepsTheLatestRequestsOfTheProcessEvenWithoutAPlaceForTheH
     EXPECT_THAT(TakeRecorded(), IsEmpty());
 }
 
-TEST_F(Frame, CreationWhoseObjectCannotBeReadAgainFailsButLeavesAHandleToClose) {
+TEST_F(Frame, CreationThatCannotReadTheObjectAgainFailsButReturnsAHandleToClose) {
     Fail("IviSession_GetDataPtr", 0xBFFA1198);
     ViSession vi = VI_NULL;
     EXPECT_EQ(Create(vi, VI_FALSE, VI_TRUE), Status(0xBFFA1198));
@@ -182,7 +182,7 @@ TEST_F(Frame, CloseIgnoresTheStatusOfTheDisconnection) {
     EXPECT_EQ(doubles::TheSessionService().OpenHandles(), 0U);
 }
 
-TEST_F(Frame, CloseDestroysTheObjectAlsoWhenItsDisconnectionThrows) {
+TEST_F(Frame, CloseDestroysTheObjectEvenWhenItsDisconnectionThrows) {
     const auto vi = Open();
     TheSessions().answers["disconnect"] = []() -> ViStatus { throw std::out_of_range("step"); };
     EXPECT_THROW(nrt2::CloseSession(vi), std::out_of_range);
@@ -191,7 +191,7 @@ TEST_F(Frame, CloseDestroysTheObjectAlsoWhenItsDisconnectionThrows) {
     EXPECT_THAT(TakeCalls(), IsEmpty());
 }
 
-TEST_F(Frame, CloseThatCannotDisposeTakesTheObjectFromTheHandle) {
+TEST_F(Frame, CloseThatCannotDisposeRemovesTheObjectFromTheHandle) {
     const auto vi = Open();
     Fail("IviSession_Dispose", 0xBFFA1198);
     EXPECT_EQ(Status(nrt2::CloseSession(vi)), Status(0xBFFA1198));

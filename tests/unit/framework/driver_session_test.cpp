@@ -57,7 +57,7 @@ TEST_F(Session, DisconnectsWhatWasConnectedWhenALaterStepFails) {
     EXPECT_THAT(TakeRecorded(), IsEmpty()); // the steps record errors themselves
 }
 
-TEST_F(Session, WithIdQueryAcceptsTheListedModelsToTheLetter) {
+TEST_F(Session, WithIdQueryAcceptsExactlyTheListedModels) {
     for (const auto* model : {"M1", "M2"}) {
         TheSessions().model = model;
         EXPECT_EQ(Initialize("", true), Status(0U)) << model;
@@ -81,7 +81,7 @@ TEST_F(Session, RefusesInterchangeCheckingUnlessTheDriverHasIt) {
     EXPECT_EQ(Initialize("InterchangeCheck=1"), Status(0U));
 }
 
-TEST_F(Session, HandsEveryDriverSetupPairToItsDriverBeforeItRefusesARepetition) {
+TEST_F(Session, PassesEveryDriverSetupPairToItsDriverBeforeItRefusesARepetition) {
     EXPECT_EQ(Initialize("DriverSetup=Model:A, x=1, Model=B, y=2"), Status(0xBFFA0000));
     EXPECT_THAT(TakeCalls(), ElementsAre("setup Model A", "setup x 1", "setup Model B"));
     EXPECT_EQ(session_.ModelOverride(), "B");
@@ -138,7 +138,7 @@ TEST_F(Session, SetsEachFlagByItsOwnName) {
     EXPECT_EQ(flags("RecordCoercions=0,Simulate=1"), "000001");
 }
 
-TEST_F(Session, KeepsTheInitialFlagsWhateverIsSetLater) {
+TEST_F(Session, KeepsTheInitialFlagsWhenFlagsAreSetLater) {
     EXPECT_EQ(Initialize("Simulate=1,QueryInstrStatus=1"), Status(0U));
     session_.SetSimulate(false);
     session_.SetQueryInstrumentStatus(false);
@@ -148,7 +148,7 @@ TEST_F(Session, KeepsTheInitialFlagsWhateverIsSetLater) {
     EXPECT_TRUE(session_.InitialFlags().queryInstrumentStatus);
 }
 
-TEST_F(Session, RecordsNegativeStatusesBareAndLetsOthersPass) {
+TEST_F(Session, RecordsNegativeStatusesBareAndReturnsOthersUnrecorded) {
     EXPECT_EQ(Status(session_.RecordIfError(0)), Status(0U));
     EXPECT_EQ(Status(session_.RecordIfError(Code(0x3FFF0005))), Status(0x3FFF0005));
     EXPECT_THAT(TakeRecorded(), IsEmpty());

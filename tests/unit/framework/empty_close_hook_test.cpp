@@ -8,7 +8,7 @@ namespace {
 
 using EmptyCloseHook = FrameworkTest;
 
-TEST_F(EmptyCloseHook, ThrowsOutOfTheCloseAndLeavesSessionAndHandleIntact) {
+TEST_F(EmptyCloseHook, ThrowsFromTheCloseAndLeavesSessionAndHandleIntact) {
     static std::vector<std::string> told;
     nrt2::AddCloseHook([](ViSession vi) { told.push_back("before " + std::to_string(vi)); });
     nrt2::AddCloseHook({});

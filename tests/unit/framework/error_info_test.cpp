@@ -22,7 +22,7 @@ class ErrorInfo : public FrameworkTest {
     }
 };
 
-TEST_F(ErrorInfo, IsTheStatussMessageAndReturnsTheStatus) {
+TEST_F(ErrorInfo, IsTheMessageOfTheStatusAndReturnsTheStatus) {
     EXPECT_EQ(Status(nrt2::SetErrorInfo(vi_, Code(0xBFFA4214))), Status(0xBFFA4214));
     EXPECT_THAT(TakeRecorded(), ElementsAre(RecordedError{vi_, 0xBFFA4214, "I/O error."}));
 }
@@ -49,7 +49,7 @@ TEST_F(ErrorInfo, FillsThePlaceholdersInOrder) {
                              "value for parameter 'Mode' in function 'set_Mode'.");
 }
 
-TEST_F(ErrorInfo, FillsPlaceholdersThatStandBesideEachOther) {
+TEST_F(ErrorInfo, FillsAdjacentPlaceholders) {
     nrt2::SetErrorInfo(vi_, Code(0xBFFA0015), "Get", "ViInt32", "A_NAME", "ViBoolean");
     EXPECT_EQ(Description(), "GetAttributeViInt32 called for attribute 'A_NAME' of type 'ViBoolean'.");
 }
@@ -71,7 +71,7 @@ TEST_F(ErrorInfo, IgnoresArgumentsWithoutAPlaceholder) {
     EXPECT_EQ(Description(), "Instrument ID query failed.");
 }
 
-TEST_F(ErrorInfo, LeavesEveryOtherPercentSignAlone) {
+TEST_F(ErrorInfo, KeepsEveryOtherPercentSign) {
     nrt2::SetErrorInfoElab(vi_, Code(0xBFFA0000), "100% of %n, %x%", "unused");
     EXPECT_EQ(Description(), "Failure cannot recover.  100% of %n, %x%");
 }
@@ -94,7 +94,7 @@ TEST_F(ErrorInfo, OfAnUnknownStatusIsEmptyOrTheElaborationAfterTwoBlanks) {
     EXPECT_EQ(Description(), "  No 'bus'.");
 }
 
-TEST_F(ErrorInfo, IsCutAt1023BytesWhereverItIs) {
+TEST_F(ErrorInfo, IsTruncatedAt1023BytesAtAnyPlace) {
     // The message has 44 characters without the argument.
     const std::string fits(1023 - 44, 'x');
     nrt2::SetErrorInfo(vi_, Code(0xBFFA004B), fits);
@@ -109,7 +109,7 @@ TEST_F(ErrorInfo, IsCutAt1023BytesWhereverItIs) {
     EXPECT_EQ(Description(), "I/O error.  " + std::string(1010, '-') + "a");
 }
 
-TEST_F(ErrorInfo, OfALargeTextCostsNoMoreThanItsCut) {
+TEST_F(ErrorInfo, OfALargeTextReadsOnlyItsBeginning) {
     nrt2::SetErrorInfo(vi_, Code(0xBFFA004B), std::string(1UL << 20U, '%'));
     EXPECT_EQ(Description(), "The '" + std::string(1018, '%'));
 }
@@ -130,7 +130,7 @@ TEST_F(ErrorInfo, OfNullPointersNamesTheFirst) {
     EXPECT_EQ(Description(), "Null pointer passed for function 'Fill', parameter 'Third'.");
 }
 
-TEST_F(ErrorInfo, OfANullPointerBeyondTheNamesSaysSo) {
+TEST_F(ErrorInfo, OfANullPointerBeyondTheNamesHasAnUnknownParameter) {
     const int something = 0;
     nrt2::CheckParameters(vi_, "Fill", "First", {&something, nullptr});
     EXPECT_EQ(Description(), "Null pointer passed for function 'Fill', parameter '<unknown parameter>'.");
@@ -143,7 +143,7 @@ TEST_F(ErrorInfo, OfANullPointerReturnsTheRecordingsFailure) {
     EXPECT_EQ(Status(nrt2::CheckParameters(vi_, "Fill", "First", {nullptr})), Status(0xBFFA1198));
 }
 
-TEST(StatusTable, HasNoTextForWhatItDoesNotKnow) {
+TEST(StatusTable, HasNoTextForAnUnknownStatus) {
     EXPECT_EQ(nrt2::MessageOf(VI_SUCCESS), "Success.");
     EXPECT_EQ(nrt2::MessageOf(1), "");
     EXPECT_EQ(nrt2::MessageOf(Code(0xBFFA4213)), "");

@@ -60,7 +60,7 @@ class RepCap : public FrameworkTest {
     TestSession session_{NewHandle()};
 };
 
-TEST_F(RepCap, DeclaresItsNamesInTheSelectorsOwnGrammar) {
+TEST_F(RepCap, DeclaresItsNamesInTheGrammarOfSelectors) {
     EXPECT_EQ(Rails::Count(), 4);
     EXPECT_THAT(Expand("Rail9-Rail11,Aux_1"), ElementsAre("Rail9", "Rail10", "Rail11", "Aux_1"));
     EXPECT_EQ(Onlys::Count(), 1);
@@ -93,7 +93,7 @@ TEST_F(RepCap, WithoutNamesRefusesEverySelector) {
     EXPECT_THAT(Expand<Blanks>("A"), ElementsAre("0xBFFA0067"));
 }
 
-TEST_F(RepCap, SingleNameIsGivenWhereOneIsRequired) {
+TEST_F(RepCap, SingleNameIsReturnedWhenExactlyOneIsSelected) {
     nrt2::PhysicalName<Rail> name{};
     EXPECT_EQ(Status(Rails::ExpandSingle(session_, " [Rail10]", name)), Status(0U));
     EXPECT_EQ(name.identifier, "Rail10");
@@ -118,7 +118,7 @@ TEST_F(RepCap, NameAtAnIndexFollowsTheBufferRule) {
     EXPECT_STREQ(name.data(), "Au");
 }
 
-TEST_F(RepCap, IndexOutOfRangeIsRefusedWithTheCapabilitysName) {
+TEST_F(RepCap, IndexOutOfRangeIsRefusedWithTheNameOfTheCapability) {
     std::array<ViChar, 16> name{"unchanged"};
     for (const auto& [index, text] : {std::pair{-1, "-1"}, {4, "4"}, {-2147483647 - 1, "-2147483648"}}) {
         EXPECT_EQ(GetName(index, 16, name.data()), Status(0xBFFA0010));
@@ -129,14 +129,14 @@ TEST_F(RepCap, IndexOutOfRangeIsRefusedWithTheCapabilitysName) {
     EXPECT_STREQ(name.data(), "unchanged");
 }
 
-TEST_F(RepCap, NumberOfAChannelIsItsNamesLastDigit) {
+TEST_F(RepCap, NumberOfAChannelIsTheLastDigitOfItsName) {
     EXPECT_EQ(Rails::ChannelNumber("OutputChannel1"), 1);
     EXPECT_EQ(Rails::ChannelNumber("OutputChannel2"), 2);
     EXPECT_EQ(Rails::ChannelNumber("7"), 7);
     EXPECT_EQ(Rails::ChannelNumber("CH12"), 2);
 }
 
-TEST_F(RepCap, NumberOfANameWithoutOneIsNoInteger) {
+TEST_F(RepCap, NumberOfANameWithoutADigitThrows) {
     for (const auto* name : {"", "Main", "CH 1", "CH-1", "CH1!", "CH1 ", "1a"}) {
         try {
             Rails::ChannelNumber(name);

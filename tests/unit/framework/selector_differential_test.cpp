@@ -308,7 +308,7 @@ class SelectorScanners : public testing::TestWithParam<std::uint32_t> {
 
 INSTANTIATE_TEST_SUITE_P(Shard, SelectorScanners, testing::Range(0U, 16U));
 
-TEST_P(SelectorScanners, FindWellFormedWhatTheRegularExpressionMatches) {
+TEST_P(SelectorScanners, AcceptWhatTheRegularExpressionMatches) {
     Selectors selectors(1000 + GetParam());
     int wellFormed = 0;
     for (int i = 0; i < kSelectorsPerShard && !HasFailure(); ++i) {
@@ -324,9 +324,9 @@ TEST_P(SelectorScanners, FindWellFormedWhatTheRegularExpressionMatches) {
     EXPECT_LT(wellFormed, kSelectorsPerShard * 3 / 4) << "the selectors are of no use";
 }
 
-TEST_P(SelectorScanners, GiveTheNamesAndRefusalsOfTheRules) { Compare(nullptr); }
+TEST_P(SelectorScanners, ReturnTheNamesAndRefusalsOfTheRules) { Compare(nullptr); }
 
-TEST_P(SelectorScanners, GiveTheNamesAndRefusalsOfTheRulesWithVirtualNames) {
+TEST_P(SelectorScanners, ReturnTheNamesAndRefusalsOfTheRulesWithVirtualNames) {
     nrt2::VirtualNames virtualNames;
     for (const auto& [name, mapTo] : kVirtualNames) {
         if (name.front() != 'V') {

@@ -110,7 +110,7 @@ TEST_F(Rules, RangeTakesTheFirstEndsSpelling) {
     EXPECT_EQ(Expand("a1,A1-a2"), "a1 A1 A2");
 }
 
-TEST_F(Rules, RangeOfBareNumbers) {
+TEST_F(Rules, RangeMayHaveNoBaseName) {
     EXPECT_EQ(Expand("6-7"), Unknown("6"));
     EXPECT_EQ(Expand("7-8"), Unknown("8"));
     EXPECT_EQ(Expand("007-0008"), Unknown("8"));
@@ -175,21 +175,21 @@ TEST_F(Rules, RepetitionWithARangeNamesTheRange) {
     EXPECT_EQ(Expand("X1-X2,X02"), Unknown("X1"));
 }
 
-TEST_F(Rules, FaultsOfEarlierItemsCountFirst) {
+TEST_F(Rules, FaultsOfEarlierItemsAreReportedFirst) {
     EXPECT_EQ(Expand("X,A2-A1,X"), Range("A2-A1", kOrder));
     EXPECT_EQ(Expand("X,X,A2-A1"), kMalformed);
     EXPECT_EQ(Expand("Unknown,A2-A1"), Range("A2-A1", kOrder));
     EXPECT_EQ(Expand("Unknown,Other"), Unknown("Unknown"));
 }
 
-TEST_F(Rules, LevelsCountBeforeRangesAndNames) {
+TEST_F(Rules, LevelsAreCheckedBeforeRangesAndNames) {
     const auto* const levels = "The number of levels in the selector is not valid for the 'Rail' repeated capability.";
     EXPECT_EQ(Expand("A1:A1"), levels);
     EXPECT_EQ(Expand("A2-A1:X"), levels);
     EXPECT_EQ(Expand("A1:A2 A3"), kMalformed);
 }
 
-TEST_F(Rules, NameLongerThanADescriptionIsCutInIt) {
+TEST_F(Rules, NameLongerThanADescriptionIsTruncated) {
     const std::string name(5000, 'n');
     EXPECT_EQ(Expand(name), Unknown(name).substr(0, 1023));
 }
@@ -201,7 +201,7 @@ TEST_F(Rules, WithoutASessionRecordForTheThread) {
     EXPECT_THAT(TakeRecorded(), ElementsAre(RecordedError{0, 0xBFFA0064, Range("A2-A1", kOrder)}));
 }
 
-TEST_F(Rules, ItemsKeepRangesAsRanges) {
+TEST_F(Rules, ItemsDoNotExpandRanges) {
     std::vector<nrt2::SelectorItem> items;
     EXPECT_EQ(rules_.ParseItems(" [ B , A1 - a2000000000 ]", items), VI_SUCCESS);
     ASSERT_EQ(items.size(), 2U);
@@ -253,7 +253,7 @@ TEST_F(Rules, VirtualNamesAreSubstitutedOnceAndInPlace) {
     EXPECT_EQ(Expand("CoreX"), Unknown("CoreX"));
 }
 
-TEST_F(Rules, VirtualNamesMayStandForTheEndsOfARange) {
+TEST_F(Rules, VirtualNamesMayBeTheEndsOfARange) {
     nrt2::VirtualNames virtualNames;
     virtualNames.AddRange("V", "A", 11, 13, 1);
     virtualNames_ = &virtualNames;
@@ -296,7 +296,7 @@ TEST_F(SelectorOfAMebibyte, OfRepeatedPiecesIsRefused) {
     }
 }
 
-TEST_F(SelectorOfAMebibyte, OfBlanksNamesNothing) {
+TEST_F(SelectorOfAMebibyte, OfBlanksIsEmpty) {
     RunOnSmallStack([this] { EXPECT_EQ(Expand(Repeated(" ")).substr(0, 27), "A channel name is required."); });
 }
 
@@ -325,7 +325,7 @@ TEST_F(SelectorOfAMebibyte, OfOneLongNameIsUnknown) {
     }
 }
 
-TEST_F(SelectorOfAMebibyte, OfALongRange) {
+TEST_F(SelectorOfAMebibyte, OfALongRangeIsUnknown) {
     const auto name = Repeated("n");
     const auto digits = Repeated("7");
     ExpectOnSmallStack(name + "1-" + name + "2", Unknown(name).substr(0, 1023));
@@ -339,7 +339,7 @@ TEST_F(SelectorOfAMebibyte, OfManyLevelsIsRefusedForTheirNumber) {
                        "The number of levels in the selector is not valid for the 'Rail' repeated capability.");
 }
 
-TEST_F(SelectorOfAMebibyte, OfManyVirtualNames) {
+TEST_F(SelectorOfAMebibyte, OfManyVirtualNamesIsExpanded) {
     nrt2::VirtualNames virtualNames;
     virtualNames.AddRange("X", "Y", 0, 2000000000, 1);
     virtualNames.Add("n", "A1-A2");
@@ -349,21 +349,21 @@ TEST_F(SelectorOfAMebibyte, OfManyVirtualNames) {
     ExpectOnSmallStack(Repeated("n,") + "n", Range("A1-A2", kOverlap));
 }
 
-TEST_F(SelectorOfAMebibyte, ThatStandsForHundredsOfThemIsBadlyFormed) {
+TEST_F(SelectorOfAMebibyte, ThatExpandsToHundredsOfMebibytesIsBadlyFormed) {
     nrt2::VirtualNames virtualNames;
     virtualNames.Add("n", std::string(1023, 'x'));
     virtualNames_ = &virtualNames;
     ExpectOnSmallStack(Repeated("n,") + "n", kMalformed);
 }
 
-TEST_F(SelectorOfAMebibyte, ThatGrowsBeyondAllUseIsBadlyFormed) {
+TEST_F(SelectorOfAMebibyte, ThatExpandsBeyondTheLimitIsBadlyFormed) {
     nrt2::VirtualNames virtualNames; // X1, X2, ... map to different names of 1,000 characters
     virtualNames.AddRange("X", std::string(1000, 'x'), 1, 2000000000, 1);
     virtualNames_ = &virtualNames;
     ExpectOnSmallStack(Numbered(false), kMalformed);
 }
 
-TEST_F(SelectorOfAMebibyte, MayBeLongerStillWhereNoNameInItIsVirtual) {
+TEST_F(SelectorOfAMebibyte, MayBeLongerThanTheLimitWithoutVirtualNames) {
     nrt2::VirtualNames virtualNames;
     virtualNames.Add("n", "A1");
     virtualNames_ = &virtualNames;

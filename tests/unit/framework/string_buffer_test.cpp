@@ -28,22 +28,22 @@ std::string Copied(std::string_view text, ViInt32 size) {
     return Bytes(buffer);
 }
 
-TEST(CopyTruncated, WritesTheTextAndItsEndAndNothingElse) {
+TEST(CopyTruncated, WritesOnlyTheTextAndItsNul) {
     EXPECT_EQ(Copied("abc", 16), std::string("abc\0############", 16));
     EXPECT_EQ(Copied("abc", 4), std::string("abc\0############", 16));
     EXPECT_EQ(Copied("", 16), std::string("\0###############", 16));
 }
 
-TEST(CopyTruncated, CutsWhatDoesNotFit) {
+TEST(CopyTruncated, TruncatesTextThatDoesNotFit) {
     EXPECT_EQ(Copied("abc", 3), std::string("ab\0#############", 16));
     EXPECT_EQ(Copied("abc", 1), std::string("\0###############", 16));
 }
 
-TEST(CopyTruncated, TakesNoMoreThanItsView) {
+TEST(CopyTruncated, CopiesOnlyItsView) {
     EXPECT_EQ(Copied(std::string_view("abcdef", 2), 16), std::string("ab\0#############", 16));
 }
 
-TEST(IsFull, IsTheTextThatUsesAllItsBytes) {
+TEST(IsFull, IsTrueForATextThatUsesAllBytes) {
     EXPECT_TRUE(nrt2::IsFull(4, "abc"));
     EXPECT_TRUE(nrt2::IsFull(1, ""));
     EXPECT_FALSE(nrt2::IsFull(5, "abc\0"));
@@ -69,7 +69,7 @@ class FillTextBuffer : public testing::Test {
     ViInt32 getterSize_ = 7777; // before the getter runs
 };
 
-TEST_F(FillTextBuffer, OfSizeZeroAsksForTheSizeAndRunsNothing) {
+TEST_F(FillTextBuffer, OfSizeZeroReturnsTheRequiredSizeAndRunsNothing) {
     EXPECT_EQ(Fill(0), Status(4096U));
     EXPECT_EQ(getterSize_, 7777);
     EXPECT_EQ(Bytes(buffer_), std::string(16, '#'));
@@ -82,14 +82,14 @@ TEST_F(FillTextBuffer, OfNegativeSizeHas4096Bytes) {
     EXPECT_EQ(Fill(-2147483647 - 1, 0x3FFA0065), Status(0x3FFA0065));
 }
 
-TEST_F(FillTextBuffer, WithRoomToSpareReturnsTheGettersStatus) {
+TEST_F(FillTextBuffer, ThatIsNotFullReturnsTheGettersStatus) {
     EXPECT_EQ(Fill(11), Status(0U));
     EXPECT_EQ(getterSize_, 11);
     EXPECT_STREQ(buffer_.data(), "abcdefghi");
     EXPECT_EQ(Fill(11, 0x3FFA0065), Status(0x3FFA0065));
 }
 
-TEST_F(FillTextBuffer, ThatIsFullReturns4096WhetherTheTextWasCutOrNot) {
+TEST_F(FillTextBuffer, ThatIsFullReturns4096WithOrWithoutTruncation) {
     EXPECT_EQ(Fill(10), Status(4096U));
     EXPECT_STREQ(buffer_.data(), "abcdefghi");
     EXPECT_EQ(Fill(9), Status(4096U));
@@ -99,7 +99,7 @@ TEST_F(FillTextBuffer, ThatIsFullReturns4096WhetherTheTextWasCutOrNot) {
     EXPECT_EQ(Fill(10, 0x3FFA0065), Status(4096U));
 }
 
-TEST_F(FillTextBuffer, ReturnsAGettersFailureWithoutLookingAtTheBuffer) {
+TEST_F(FillTextBuffer, ReturnsAGettersFailureWithoutReadingTheBuffer) {
     buffer_[9] = '\0';
     EXPECT_EQ(Fill(10, 0xBFFA4214), Status(0xBFFA4214));
     EXPECT_EQ(Fill(-1, 0xBFFA4214), Status(0xBFFA4214));

@@ -49,7 +49,7 @@ TEST(ValueCache, InvalidatesEveryNameOfOneAttribute) {
     EXPECT_EQ(*cache.Find(kOther, "CH1"), 7);
 }
 
-TEST(ValueCache, TakesTheInvalidationOfWhatItDoesNotHoldForNothing) {
+TEST(ValueCache, IgnoresTheInvalidationOfAMissingValue) {
     nrt2::ValueCache<ViInt32> cache;
     cache.Store(kAttribute, "CH1", 5);
     cache.Invalidate(kAttribute, false, "CH2");

@@ -25,7 +25,7 @@ TEST_F(VirtualNames, WithoutAnyFindNothing) {
     EXPECT_EQ(Of(""), "none");
 }
 
-TEST_F(VirtualNames, PlainOneStandsForItselfToTheLetter) {
+TEST_F(VirtualNames, PlainNameMatchesExactly) {
     names_.Add("Core", "OutputChannel1");
     EXPECT_FALSE(names_.Empty());
     EXPECT_EQ(Of("Core"), "OutputChannel1");
@@ -34,14 +34,14 @@ TEST_F(VirtualNames, PlainOneStandsForItselfToTheLetter) {
     EXPECT_EQ(Of("Cor"), "none");
 }
 
-TEST_F(VirtualNames, PlainOneMayStandForNothingOrForAList) {
+TEST_F(VirtualNames, PlainNameMayMapToNothingOrToAList) {
     names_.Add("Nothing", "");
     names_.Add("All", "A,B");
     EXPECT_EQ(names_.Find("Nothing"), "");
     EXPECT_EQ(Of("All"), "A,B");
 }
 
-TEST_F(VirtualNames, RangeStandsForItsMembersAlone) {
+TEST_F(VirtualNames, RangeMapsOnlyItsMembers) {
     names_.AddRange("R", "X", 9, 11, 1);
     EXPECT_EQ(Of("R8"), "none");
     EXPECT_EQ(Of("R9"), "X1");
@@ -53,7 +53,7 @@ TEST_F(VirtualNames, RangeStandsForItsMembersAlone) {
     EXPECT_EQ(Of("R+9"), "none");
 }
 
-TEST_F(VirtualNames, RangeOfOneAndRangeOfNone) {
+TEST_F(VirtualNames, RangeMayHaveOneMemberOrNone) {
     names_.AddRange("R", "X", 3, 3, 7);
     names_.AddRange("N", "X", 4, 3, 7);
     EXPECT_EQ(Of("R3"), "X7");
@@ -95,7 +95,7 @@ TEST_F(VirtualNames, NumbersAreCountedIn64Bits) {
     EXPECT_EQ(Of("R99999999999999999999"), "none");
 }
 
-TEST_F(VirtualNames, FirstGivenCountsAmongNamesAndRanges) {
+TEST_F(VirtualNames, FirstGivenWinsAmongNamesAndRanges) {
     names_.AddRange("R", "X", 1, 5, 1);
     names_.Add("R2", "Plain");
     names_.AddRange("R", "Y", 4, 8, 1);
@@ -107,7 +107,7 @@ TEST_F(VirtualNames, FirstGivenCountsAmongNamesAndRanges) {
     EXPECT_EQ(Of("R8"), "Y5");
 }
 
-TEST_F(VirtualNames, FirstGivenCountsAmongRangesOfDifferentNames) {
+TEST_F(VirtualNames, FirstGivenWinsAmongRangesOfDifferentNames) {
     names_.AddRange("R1", "X", 0, 9, 0);
     names_.AddRange("R", "Y", 0, 99, 0);
     EXPECT_EQ(Of("R15"), "X5");
@@ -115,7 +115,7 @@ TEST_F(VirtualNames, FirstGivenCountsAmongRangesOfDifferentNames) {
     EXPECT_EQ(Of("R1"), "Y1");
 }
 
-TEST_F(VirtualNames, PlainNameGivenFirstCountsBeforeARange) {
+TEST_F(VirtualNames, PlainNameGivenFirstWinsOverARange) {
     names_.Add("R2", "Plain");
     names_.Add("R2", "Second");
     names_.AddRange("R", "X", 1, 5, 1);
@@ -123,7 +123,7 @@ TEST_F(VirtualNames, PlainNameGivenFirstCountsBeforeARange) {
     EXPECT_EQ(Of("R3"), "X3");
 }
 
-TEST_F(VirtualNames, ClearedAreForgottenWithTheirOrder) {
+TEST_F(VirtualNames, ClearedNamesAreForgottenWithTheirOrder) {
     names_.Add("R2", "Plain");
     names_.Clear();
     EXPECT_TRUE(names_.Empty());
@@ -133,7 +133,7 @@ TEST_F(VirtualNames, ClearedAreForgottenWithTheirOrder) {
     EXPECT_EQ(Of("R2"), "X2");
 }
 
-TEST_F(VirtualNames, NameOfAMebibyteIsLookedUpAtOnce) {
+TEST_F(VirtualNames, NameOfOneMebibyteIsLookedUp) {
     names_.AddRange("R", "X", 1, 5, 1);
     EXPECT_EQ(Of(std::string(1UL << 20U, '1')), "none");
     EXPECT_EQ(Of(std::string(1UL << 20U, 'R')), "none");

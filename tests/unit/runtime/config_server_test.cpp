@@ -246,7 +246,7 @@ class ConfigServerTest : public testing::Test {
 // -------------------------------------------------------------------------------------------------- the location of
 // the store
 
-TEST_F(ConfigServerTest, MasterLocationIsTheUsersWhenThereIsNoStoreAnywhere) {
+TEST_F(ConfigServerTest, MasterLocationIsTheUsersWithoutAnyStore) {
     EXPECT_EQ(StoreText(3), Path(".config/ivi/IviConfigurationStore.xml"));
     ::setenv("XDG_CONFIG_HOME", Path("xdg").c_str(), 1);
     EXPECT_EQ(StoreText(3), Path("xdg/ivi/IviConfigurationStore.xml"));
@@ -363,7 +363,7 @@ TEST_F(ConfigServerTest, AfterAFailureAStoreCanBeReadAgain) {
     EXPECT_EQ(StoreText(1), "Test store");
 }
 
-TEST_F(ConfigServerTest, WhatIsNoStoreFailsWithATextThatNamesTheFileAndTheFault) {
+TEST_F(ConfigServerTest, AFileThatIsNotAStoreFailsWithATextThatNamesTheFileAndTheFault) {
     struct Case {
         const char* content;
         const char* fault;
@@ -417,12 +417,12 @@ TEST_F(ConfigServerTest, LatinOneIsReadAsItsDeclarationSays) {
     EXPECT_EQ(StoreText(1), "\xC2\xB5V");
 }
 
-TEST_F(ConfigServerTest, BytesThatAreNoUtf8PassThrough) {
+TEST_F(ConfigServerTest, BytesThatAreNotUtf8PassThrough) {
     Load("<IviConfigStore><Name>a\xFF\xFEz</Name></IviConfigStore>");
     EXPECT_EQ(StoreText(1), "a\xFF\xFEz");
 }
 
-TEST_F(ConfigServerTest, DeeplyNestedElementsAreNoDanger) {
+TEST_F(ConfigServerTest, DeeplyNestedElementsAreSafe) {
     constexpr int kDepth = 1000000;
     std::string content = "<IviConfigStore>";
     for (int i = 0; i < kDepth; ++i) {
@@ -481,7 +481,7 @@ TEST_F(ConfigServerTest, NamesAreComparedExactly) {
     EXPECT_EQ(IviConfig_GetDriverSession(store_, "empty", &session), kSessionNotFound);
 }
 
-TEST_F(ConfigServerTest, AReferenceThatLeadsNowhereOrAstrayOrInCirclesIsAStatus) {
+TEST_F(ConfigServerTest, AReferenceToAMissingOrWrongObjectOrInACircleIsAStatus) {
     Load();
     Handle result = this;
     EXPECT_EQ(IviConfig_GetDriverSession(store_, "lost", &result), kNotInGlobalCollection);
@@ -494,7 +494,7 @@ TEST_F(ConfigServerTest, AReferenceThatLeadsNowhereOrAstrayOrInCirclesIsAStatus)
     EXPECT_EQ(IviConfig_GetSessionSoftwareModuleReference(dangling, &result), kNotInGlobalCollection);
 }
 
-TEST_F(ConfigServerTest, AReferenceThatIsNotThereIsAMissingItem) {
+TEST_F(ConfigServerTest, AMissingReferenceIsAMissingItem) {
     Load();
     const auto bare = Session("bare");
     Handle result = this;
@@ -505,7 +505,7 @@ TEST_F(ConfigServerTest, AReferenceThatIsNotThereIsAMissingItem) {
     EXPECT_EQ(IviConfig_GetSessionSoftwareModuleReference(bare, &result), kItemNotFound);
 }
 
-TEST_F(ConfigServerTest, SessionTextsAndFlags) {
+TEST_F(ConfigServerTest, SessionTextsAndFlagsComeFromTheFile) {
     Load();
     const auto session = Session();
     EXPECT_EQ(Text(IviConfig_GetDriverSessionPropertyViString, session, 1), "bench");
@@ -528,7 +528,7 @@ TEST_F(ConfigServerTest, SessionTextsAndFlags) {
     EXPECT_EQ(value, 7);
 }
 
-TEST_F(ConfigServerTest, HardwareAssetOfASession) {
+TEST_F(ConfigServerTest, HardwareAssetOfASessionHasItsResource) {
     Load();
     Handle asset = nullptr;
     ASSERT_EQ(IviConfig_GetSessionHardwareAssetReference(Session(), &asset), VI_SUCCESS);
@@ -538,7 +538,7 @@ TEST_F(ConfigServerTest, HardwareAssetOfASession) {
     EXPECT_EQ(IviConfig_GetHardwareAssetPropertyViString(asset, 4, 0, nullptr), kInvalidProperty);
 }
 
-TEST_F(ConfigServerTest, SoftwareModulesAndTheirPhysicalNames) {
+TEST_F(ConfigServerTest, SoftwareModulesHaveTheirPhysicalNames) {
     Load();
     Handle module = nullptr;
     ASSERT_EQ(IviConfig_GetSessionSoftwareModuleReference(Session(), &module), VI_SUCCESS);
@@ -584,7 +584,7 @@ TEST_F(ConfigServerTest, AnItemThatIsNotInACollectionIsNamedInTheErrorText) {
     EXPECT_EQ(IviConfig_GetSoftwareModuleItemByName(modules, "TARNEX", nullptr), kNullPointer);
 }
 
-TEST_F(ConfigServerTest, VirtualNamesAndTheirRanges) {
+TEST_F(ConfigServerTest, VirtualNamesHaveTheirRanges) {
     Load();
     Handle names = nullptr;
     Handle item = nullptr;
@@ -663,7 +663,7 @@ TEST_F(ConfigServerTest, SessionsModulesAndAssetsHaveDataComponents) {
     }
 }
 
-TEST_F(ConfigServerTest, DataComponentsOfAStructureInTheirOrder) {
+TEST_F(ConfigServerTest, DataComponentsOfAStructureKeepTheirOrder) {
     Load();
     const auto settings = Settings();
     ViInt32 count = -1;
@@ -681,7 +681,7 @@ TEST_F(ConfigServerTest, DataComponentsOfAStructureInTheirOrder) {
     }
 }
 
-TEST_F(ConfigServerTest, ValuesOfDataComponents) {
+TEST_F(ConfigServerTest, ValuesOfDataComponentsHaveTheirTypes) {
     Load();
     EXPECT_EQ(Text(IviConfig_GetDataComponentPropertyViString, Setting("model"), 9), "TX6300");
     EXPECT_EQ(Text(IviConfig_GetDataComponentPropertyViString, Setting("blank"), 9), "  ");
@@ -697,7 +697,7 @@ TEST_F(ConfigServerTest, ValuesOfDataComponents) {
     EXPECT_EQ(boolean, 1);
 }
 
-TEST_F(ConfigServerTest, OtherPropertiesOfDataComponents) {
+TEST_F(ConfigServerTest, OtherPropertiesOfDataComponentsComeFromTheFile) {
     Load();
     const auto model = Setting("model");
     EXPECT_EQ(Text(IviConfig_GetDataComponentPropertyViString, model, 2), "which");
@@ -758,7 +758,7 @@ TEST_F(ConfigServerTest, ADataComponentOfAnotherTypeOrWithAnotherValueIsInvalid)
 
 // ------------------------------------------------------------------------------------------------------------- handles
 
-TEST_F(ConfigServerTest, EveryFunctionRefusesHandlesThatAreNone) {
+TEST_F(ConfigServerTest, EveryFunctionRefusesInvalidHandles) {
     Load();
     Handle disposed = Session();
     ASSERT_EQ(IviConfig_DisposeHandle(disposed), VI_SUCCESS);
@@ -856,7 +856,7 @@ TEST_F(ConfigServerTest, AnObjectOutlivesTheHandleThatItCameFrom) {
     EXPECT_EQ(count, 2);
 }
 
-TEST_F(ConfigServerTest, ClosingAStoreEndsTheHandlesUnderIt) {
+TEST_F(ConfigServerTest, ClosingAStoreInvalidatesItsHandles) {
     const auto path = Write(kStore);
     Handle store = nullptr;
     Handle session = nullptr;
@@ -883,7 +883,7 @@ TEST_F(ConfigServerTest, TheFirstErrorTextStaysUntilItIsRead) {
     EXPECT_EQ(IviConfig_GetError(0, nullptr), 1);
 }
 
-TEST_F(ConfigServerTest, ACutErrorTextIsReadAsWell) {
+TEST_F(ConfigServerTest, ATruncatedErrorTextCountsAsRead) {
     EXPECT_EQ(IviConfig_DisposeHandle(nullptr), kInvalidHandle);
     std::array<ViChar, 10> text{};
     EXPECT_EQ(IviConfig_GetError(10, text.data()), 79);

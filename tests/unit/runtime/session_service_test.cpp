@@ -90,11 +90,9 @@ TEST_F(SessionServiceTest, TenThousandOpenSessionsKeepTheirOwnData) {
     }
 }
 
-TEST_F(SessionServiceTest, NewWithoutAPlaceForTheHandleIsANullPointerError) {
-    EXPECT_EQ(IviSession_New(nullptr), kNullPointer);
-}
+TEST_F(SessionServiceTest, NewWithANullPointerIsAnError) { EXPECT_EQ(IviSession_New(nullptr), kNullPointer); }
 
-TEST_F(SessionServiceTest, EveryFunctionAnswersAnUnknownHandleWithInvalidSessionHandle) {
+TEST_F(SessionServiceTest, EveryFunctionReturnsInvalidSessionHandleForAnUnknownHandle) {
     ViSession disposed = VI_NULL;
     ASSERT_EQ(IviSession_New(&disposed), VI_SUCCESS);
     ASSERT_EQ(IviSession_Dispose(disposed), VI_SUCCESS);
@@ -119,7 +117,7 @@ TEST_F(SessionServiceTest, EveryFunctionAnswersAnUnknownHandleWithInvalidSession
     }
 }
 
-TEST_F(SessionServiceTest, ZeroIsNoSession) {
+TEST_F(SessionServiceTest, ZeroIsNotASession) {
     ViAddr data = nullptr;
     EXPECT_EQ(IviSession_Dispose(VI_NULL), kInvalidHandle);
     EXPECT_EQ(IviSession_SetDataPtr(VI_NULL, &data), kInvalidHandle);
@@ -128,7 +126,7 @@ TEST_F(SessionServiceTest, ZeroIsNoSession) {
     EXPECT_EQ(IviSession_Unlock(VI_NULL, nullptr), kInvalidHandle);
 }
 
-TEST_F(SessionServiceTest, DataPointerIsNullUntilStoredAndThenWhatWasStored) {
+TEST_F(SessionServiceTest, DataPointerIsNullUntilItIsStored) {
     const Session session;
     int value = 0;
     ViAddr data = &value;
@@ -233,7 +231,7 @@ TEST_F(SessionServiceTest, LockExcludesOtherThreads) {
     EXPECT_EQ(rounds, 4 * kRounds);
 }
 
-TEST_F(SessionServiceTest, LockIsHeldUntilItWasGivenBackAsOftenAsItWasTaken) {
+TEST_F(SessionServiceTest, LockIsHeldUntilEveryLockIsReleased) {
     const Session session;
     for (int i = 0; i < 3; ++i) {
         ASSERT_EQ(IviSession_Lock(session, nullptr), VI_SUCCESS);
@@ -247,7 +245,7 @@ TEST_F(SessionServiceTest, LockIsHeldUntilItWasGivenBackAsOftenAsItWasTaken) {
     EXPECT_EQ(contender.Status(), VI_SUCCESS);
 }
 
-TEST_F(SessionServiceTest, EveryWaitingThreadGetsTheLockInTheEnd) {
+TEST_F(SessionServiceTest, EveryWaitingThreadGetsTheLock) {
     const Session session;
     ASSERT_EQ(IviSession_Lock(session, nullptr), VI_SUCCESS);
     Contender first(session);
@@ -332,7 +330,7 @@ TEST_F(SessionServiceTest, AThreadDoesNotInheritTheLockOfAThreadThatEnded) {
     std::thread([&] { EXPECT_EQ(IviSession_Unlock(session, nullptr), kNotLocked); }).join();
 }
 
-TEST_F(SessionServiceTest, ThreadsWaitingForTheLockOfADisposedSessionLearnThatItIsGone) {
+TEST_F(SessionServiceTest, ThreadsWaitingForTheLockOfADisposedSessionGetInvalidSessionHandle) {
     ViSession handle = VI_NULL;
     ASSERT_EQ(IviSession_New(&handle), VI_SUCCESS);
     ASSERT_EQ(IviSession_Lock(handle, nullptr), VI_SUCCESS);
@@ -395,7 +393,7 @@ TEST_F(SessionServiceTest, SetErrorWritesTheRecordsOfTheSessionAndOfTheThread) {
     EXPECT_EQ(ReadError(VI_NULL), (Record{VI_SUCCESS, 0, ""}));
 }
 
-TEST_F(SessionServiceTest, SetErrorWithANullHandleWritesTheThreadsRecordAlone) {
+TEST_F(SessionServiceTest, SetErrorWithAZeroHandleWritesOnlyTheThreadsRecord) {
     const Session session;
     EXPECT_EQ(IviSession_SetError(VI_NULL, kError, "thread"), VI_SUCCESS);
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, 0, ""}));
@@ -463,7 +461,7 @@ TEST_F(SessionServiceTest, ClearErrorClearsOneRecord) {
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, kOtherError, "again"}));
 }
 
-TEST_F(SessionServiceTest, GetErrorWithSizeZeroReturnsTheSizeNeededAndClearsNothing) {
+TEST_F(SessionServiceTest, GetErrorWithSizeZeroReturnsTheRequiredSizeAndClearsNothing) {
     const Session session;
     IviSession_SetError(session, kError, "four");
     ViStatus code = 0;
@@ -474,7 +472,7 @@ TEST_F(SessionServiceTest, GetErrorWithSizeZeroReturnsTheSizeNeededAndClearsNoth
     EXPECT_EQ(IviSession_GetError(session, 0, nullptr, nullptr), 1);
 }
 
-TEST_F(SessionServiceTest, GetErrorCutsWhatDoesNotFitAndClearsTheRecord) {
+TEST_F(SessionServiceTest, GetErrorTruncatesTextThatDoesNotFitAndClearsTheRecord) {
     const Session session;
     IviSession_SetError(session, kError, "0123456789");
     std::array<ViChar, 8> text{};
@@ -484,7 +482,7 @@ TEST_F(SessionServiceTest, GetErrorCutsWhatDoesNotFitAndClearsTheRecord) {
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, 0, ""}));
 }
 
-TEST_F(SessionServiceTest, GetErrorWithSizeOneWritesTheNulAlone) {
+TEST_F(SessionServiceTest, GetErrorWithSizeOneWritesOnlyTheNul) {
     const Session session;
     IviSession_SetError(session, kError, "text");
     std::array<ViChar, 2> text{'#', '#'};
@@ -493,7 +491,7 @@ TEST_F(SessionServiceTest, GetErrorWithSizeOneWritesTheNulAlone) {
     EXPECT_EQ(text[1], '#');
 }
 
-TEST_F(SessionServiceTest, GetErrorFillsABufferOfExactlyTheSizeNeeded) {
+TEST_F(SessionServiceTest, GetErrorFillsABufferOfExactlyTheRequiredSize) {
     const Session session;
     IviSession_SetError(session, kError, "0123456789");
     std::array<ViChar, 11> text{};
@@ -537,7 +535,7 @@ struct ReportsWhenDestroyed {
 };
 thread_local ReportsWhenDestroyed reportsWhenDestroyed;
 
-TEST_F(SessionServiceTest, AThreadThatIsEndingHasNoRecordAnyMore) {
+TEST_F(SessionServiceTest, AThreadThatIsEndingHasNoRecord) {
     std::atomic<ViStatus> result{0};
     std::thread([&] {
         reportsWhenDestroyed.result = &result; // constructed before the thread's record, so destroyed after it

@@ -49,7 +49,7 @@ TEST(VisaResolverTest, ANameIsLookedUpWithItsPort) {
     EXPECT_EQ(addresses->ai_family, AF_INET);
 }
 
-TEST(VisaResolverTest, ANameThatNobodyKnowsIsNotFound) {
+TEST(VisaResolverTest, AnUnknownNameIsNotFound) {
     ViStatus status = VI_SUCCESS;
     const auto addresses =
         Resolve("supply", 5025, Deadline(20000), status, [](const auto&, const auto&) { return nullptr; });
@@ -65,7 +65,7 @@ TEST(VisaResolverTest, ALookupWithoutMemoryFindsNothing) {
     EXPECT_EQ(status, VI_ERROR_RSRC_NFOUND);
 }
 
-TEST(VisaResolverTest, ALookupThatHangsIsLeftBehindAtTheDeadline) {
+TEST(VisaResolverTest, ALookupThatHangsIsDetachedAtTheDeadline) {
     std::promise<void> release;
     std::promise<void> left;
     auto released = release.get_future().share();

@@ -75,7 +75,7 @@ TEST(VisaResourceTest, OtherKindsAreRecognized) {
     }
 }
 
-TEST(VisaResourceTest, WhatIsNoResourceNameIsNone) {
+TEST(VisaResourceTest, MalformedNamesAreRefused) {
     for (const auto* text : {
              "",
              "::",
@@ -127,7 +127,7 @@ TEST(VisaResourceTest, WhatIsNoResourceNameIsNone) {
     }
 }
 
-TEST(VisaResourceTest, TextsOfAnyLengthAndAnyBytesEndInAnAnswer) {
+TEST(VisaResourceTest, TextsOfAnyLengthAndAnyBytesAreSafe) {
     const std::string host(1 << 20, 'h');
     const auto name = ParseResourceName("TCPIP0::" + host + "::5025::SOCKET");
     ASSERT_TRUE(name);

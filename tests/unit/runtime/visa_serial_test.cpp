@@ -101,7 +101,7 @@ ViStatus TryOpen(const std::string& resource) {
 
 // ------------------------------------------------------------------------------------------------------------ opening
 
-TEST(VisaSerialTest, PortsAreCountedFromOneAndPathsAreTakenAsTheyAre) {
+TEST(VisaSerialTest, PortsAreCountedFromOneAndPathsAreUnchanged) {
     EXPECT_EQ(runtime::SerialDevice("1"), "/dev/ttyS0");
     EXPECT_EQ(runtime::SerialDevice("12"), "/dev/ttyS11");
     EXPECT_EQ(runtime::SerialDevice("65535"), "/dev/ttyS65534");
@@ -110,7 +110,7 @@ TEST(VisaSerialTest, PortsAreCountedFromOneAndPathsAreTakenAsTheyAre) {
     EXPECT_EQ(runtime::SerialDevice("/1"), "/1");
 }
 
-TEST(VisaSerialTest, WhatIsNoSerialLineIsAResourceNotFound) {
+TEST(VisaSerialTest, ADeviceThatIsNotASerialLineIsAResourceNotFound) {
     const auto before = OpenFiles();
     for (const auto* name : {"ASRL0::INSTR", "ASRL65535::INSTR", "ASRL/dev/no-such-device::INSTR",
                              "ASRL/dev/null::INSTR", "ASRL/dev::INSTR", "ASRL/::INSTR"}) {
@@ -142,7 +142,7 @@ TEST(VisaSerialTest, ALineIsRawAndHasVisasDefaults) {
     EXPECT_EQ(setup.c_oflag & static_cast<tcflag_t>(OPOST), 0U);
 }
 
-TEST(VisaSerialTest, OpeningDropsWhatCameBefore) {
+TEST(VisaSerialTest, OpeningDiscardsBytesReceivedBefore) {
     const Line line;
     line.Send("stale\n");
     const Connection connection(line.Resource());
@@ -166,7 +166,7 @@ TEST(VisaSerialTest, ClosingLeavesNoFileOpenAndTheLineUsable) {
     EXPECT_EQ(OpenFiles(), before);
 }
 
-TEST(VisaSerialTest, ALineNeverTakesThePlaceOfAClosedStandardStream) {
+TEST(VisaSerialTest, ALineNeverGetsTheNumberOfAClosedStandardStream) {
     const Line line;
     std::array<int, 3> kept{};
     for (int stream = 0; stream < 3; ++stream) {
@@ -187,7 +187,7 @@ TEST(VisaSerialTest, ALineNeverTakesThePlaceOfAClosedStandardStream) {
     EXPECT_FALSE(isLine);
 }
 
-TEST(VisaSerialTest, WhatWasWrittenBeforeTheCloseArrives) {
+TEST(VisaSerialTest, BytesWrittenBeforeTheCloseArrive) {
     const Line line;
     {
         const Connection connection(line.Resource());
@@ -384,7 +384,7 @@ TEST(VisaSerialTest, ASilentLineTimesOut) {
     EXPECT_LT(Clock::now() - before, kGuard);
 }
 
-TEST(VisaSerialTest, ATimeOutHandsOverWhatHasCome) {
+TEST(VisaSerialTest, ATimeOutReturnsTheBytesThatArrived) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(100);
@@ -394,7 +394,7 @@ TEST(VisaSerialTest, ATimeOutHandsOverWhatHasCome) {
     EXPECT_EQ(connection.Read(), (Reply{kTermChar, "rest\n"}));
 }
 
-TEST(VisaSerialTest, ALineThatDripsDoesNotStretchTheTimeOut) {
+TEST(VisaSerialTest, SingleBytesDoNotExtendTheTimeOut) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(200);
@@ -416,7 +416,7 @@ TEST(VisaSerialTest, ALineThatDripsDoesNotStretchTheTimeOut) {
     EXPECT_LT(took, kGuard);
 }
 
-TEST(VisaSerialTest, AnImmediateReadWaitsForNothing) {
+TEST(VisaSerialTest, AnImmediateReadDoesNotWait) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(VI_TMO_IMMEDIATE);
@@ -435,7 +435,7 @@ TEST(VisaSerialTest, AnInfiniteReadWaitsForTheReply) {
     instrument.join();
 }
 
-TEST(VisaSerialTest, AWriteThatNobodyTakesTimesOutAndCountsWhatWentOut) {
+TEST(VisaSerialTest, AWriteThatIsNotReadTimesOutAndCountsTheSentBytes) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(100);

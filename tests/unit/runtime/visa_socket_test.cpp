@@ -81,7 +81,7 @@ TEST(VisaSocketTest, ConnectsOverIpv6) {
     EXPECT_EQ(connection.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "hello\n"}));
 }
 
-TEST(VisaSocketTest, ConnectsByHostNameToTheAddressThatAnswers) {
+TEST(VisaSocketTest, ConnectsByHostNameToTheAddressThatAccepts) {
     const Peer peer(Sends("hello\n"));
     const Connection connection("tcpip::localhost::" + std::to_string(peer.Port()) + "::socket");
     connection.EnableTermination();
@@ -329,7 +329,7 @@ TEST(VisaSocketTest, AWriteThatThePeerDoesNotTakeTimesOut) {
     done.set_value();
 }
 
-TEST(VisaSocketTest, WritingToALostConnectionIsAStatusAndNoSignal) {
+TEST(VisaSocketTest, WritingToALostConnectionReturnsAStatusWithoutASignal) {
     const Peer peer([](const Socket& socket) {
         static_cast<void>(socket.ReceiveLine());
         socket.Reset();
@@ -341,7 +341,7 @@ TEST(VisaSocketTest, WritingToALostConnectionIsAStatusAndNoSignal) {
     EXPECT_EQ(connection.Write("more\n"), static_cast<ViStatus>(0xBFFF00A6));
 }
 
-TEST(VisaSocketTest, NullBuffersAndNullCounts) {
+TEST(VisaSocketTest, NullBuffersAreRefusedAndNullCountsAllowed) {
     const Peer peer(Sends("x"));
     const Connection connection(peer.Resource());
     ViByte byte = 'y';
@@ -410,7 +410,7 @@ TEST(VisaSocketTest, WithoutATerminationCharacterOnlyTheCountOrATimeOutEndsARead
     EXPECT_EQ(connection.Read(), (Reply{VI_ERROR_TMO, "o\n"}));
 }
 
-TEST(VisaSocketTest, BytesKeptBehindATerminationCharacterAreReadAlsoWhenItIsDisabled) {
+TEST(VisaSocketTest, BytesKeptBehindATerminationCharacterAreReadEvenWhenItIsDisabled) {
     const Peer peer(Sends("one\ntwo\nthree"));
     const Connection connection(peer.Resource());
     connection.EnableTermination();
@@ -489,7 +489,7 @@ TEST(VisaSocketTest, ASilentPeerTimesOut) {
     EXPECT_LT(Clock::now() - before, kGuard);
 }
 
-TEST(VisaSocketTest, ATimeOutHandsOverWhatHasCome) {
+TEST(VisaSocketTest, ATimeOutReturnsTheBytesThatArrived) {
     const Peer peer(Sends("begun"));
     const Connection connection(peer.Resource());
     connection.EnableTermination();
@@ -497,7 +497,7 @@ TEST(VisaSocketTest, ATimeOutHandsOverWhatHasCome) {
     EXPECT_EQ(connection.Read(), (Reply{VI_ERROR_TMO, "begun"}));
 }
 
-TEST(VisaSocketTest, APeerThatDripsDoesNotStretchTheTimeOut) {
+TEST(VisaSocketTest, SingleBytesDoNotExtendTheTimeOut) {
     std::atomic<bool> stop{false};
     const Peer peer([&](const Socket& socket) {
         while (!stop) {
@@ -518,7 +518,7 @@ TEST(VisaSocketTest, APeerThatDripsDoesNotStretchTheTimeOut) {
     EXPECT_LT(took, kGuard);
 }
 
-TEST(VisaSocketTest, AnImmediateReadTakesWhatIsThereAndWaitsForNothing) {
+TEST(VisaSocketTest, AnImmediateReadReturnsAvailableBytesAndDoesNotWait) {
     std::promise<void> go;
     const Peer peer([&](const Socket& socket) {
         go.get_future().wait();

@@ -298,7 +298,7 @@ TEST_F(VisaConnection, WritesATextUnchangedWhenNothingIsAppended) {
     EXPECT_THAT(TakeWritten(), ElementsAre("*IDN?", "*IDN?\n", ""));
 }
 
-TEST_F(VisaConnection, AppendsTheTerminationAlsoWhenReadsDoNotEndAtIt) {
+TEST_F(VisaConnection, AppendsTheTerminationEvenWhenReadsDoNotEndAtIt) {
     OpenVisa::ConnectionSettings settings;
     settings.terminationEnabled = false;
     settings.terminationCharacter = ';';
