@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "framework/driver_session.h"
+#include "framework/session_lock.h"
 #include "platform/session_service.h"
 
 namespace nrt2 {
@@ -19,24 +20,6 @@ inline ViStatus GetSession(ViSession vi, DriverSession*& session) {
     session = address == nullptr ? nullptr : static_cast<SessionAnchor*>(address)->session;
     return status;
 }
-
-/// Holds the session's lock while it exists. After a failed lock `Status()` is negative and nothing is unlocked.
-class SessionLock {
-  public:
-    explicit SessionLock(ViSession vi) : vi_(vi), status_(IviSession_Lock(vi, nullptr)) {}
-    SessionLock(const SessionLock&) = delete;
-    SessionLock& operator=(const SessionLock&) = delete;
-    ~SessionLock() {
-        if (status_ >= 0) {
-            IviSession_Unlock(vi_, nullptr);
-        }
-    }
-    [[nodiscard]] ViStatus Status() const { return status_; }
-
-  private:
-    ViSession vi_;
-    ViStatus status_;
-};
 
 /// Runs `body(session)` under the session's lock and returns its status.
 /// An unknown handle, and one without an object, return IVI_ERROR_INVALID_SESSION_HANDLE, unrecorded: there is no

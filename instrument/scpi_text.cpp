@@ -22,7 +22,8 @@ void AppendHeader(std::string& line, const SourceHeader& header) {
         if (first) {
             first = false;
             line.append(":").append(kSource).append(text::IntegerText(header.channel).View());
-            if (Visa::startsWithAnyCase({&node, 1}, kSource) != nullptr) {
+            // The exact node is the usual one, and this is the path of every call.
+            if (node == kSource || Visa::startsWithAnyCase({&node, 1}, kSource) != nullptr) {
                 return;
             }
         }

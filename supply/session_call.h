@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "framework/error_info.h"
+#include "framework/session_lock.h"
 #include "supply/supply_session.h"
 
 namespace supply {
@@ -14,24 +15,6 @@ namespace supply {
 /// Returns the library's object of a session, made at the first call. On failure returns null and the reason in
 /// `status`. The caller must hold the session's lock.
 SupplySession* FindSession(ViSession vi, ViStatus& status);
-
-/// The session's lock while the object exists.
-class Lock {
-  public:
-    explicit Lock(ViSession vi) : vi_(vi), status_(IviSession_Lock(vi, nullptr)) {}
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
-    ~Lock() {
-        if (status_ >= 0) {
-            IviSession_Unlock(vi_, nullptr);
-        }
-    }
-    [[nodiscard]] ViStatus Status() const { return status_; }
-
-  private:
-    ViSession vi_;
-    ViStatus status_;
-};
 
 /// Runs `body()` and converts exceptions to statuses, recorded on `vi`.
 template <typename Body>
@@ -49,7 +32,7 @@ ViStatus WithoutExceptions(ViSession vi, const Body& body) noexcept {
 template <typename Body>
 ViStatus OnSession(ViSession vi, const Body& body) noexcept {
     return WithoutExceptions(vi, [&]() -> ViStatus {
-        const Lock lock(vi);
+        const nrt2::SessionLock lock(vi);
         if (lock.Status() < 0) {
             return lock.Status();
         }

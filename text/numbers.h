@@ -26,6 +26,8 @@ double ToReal(std::string_view text);
 template <std::size_t Capacity>
 class NumberText {
   public:
+    static constexpr std::size_t kCapacity = Capacity;
+
     [[nodiscard]] std::string_view View() const { return {characters_.data(), size_}; }
 
   protected:

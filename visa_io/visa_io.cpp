@@ -46,10 +46,10 @@ ViStatus VisaIO::write(std::string_view command) {
         command = line_;
     }
     ViUInt32 written = 0;
-    return finish(VI_TRUE,
-                  viWrite(instrument_, reinterpret_cast<ViConstBuf>(command.data()),
-                          static_cast<ViUInt32>(command.size()), &written),
-                  command);
+    const auto status = viWrite(instrument_, reinterpret_cast<ViConstBuf>(command.data()),
+                                static_cast<ViUInt32>(command.size()), &written);
+    finish(VI_TRUE, status, command);
+    return status;
 }
 
 ViStatus VisaIO::read(std::string& reply) {
@@ -67,16 +67,8 @@ ViStatus VisaIO::read(std::string& reply) {
     return status;
 }
 
-ViStatus VisaIO::finish(ViBoolean sent, ViStatus status, std::string_view text) {
-    // VI_SUCCESS_MAX_CNT: the rest of a reply that is longer than the buffer would answer the next query.
-    if (status < 0 || status == VI_SUCCESS_MAX_CNT) {
-        inStep_ = false;
-    }
-    if (settings_.trace.callback != nullptr) {
-        settings_.trace.callback(settings_.trace.context, sent, status, text.data(),
-                                 static_cast<ViUInt32>(text.size()));
-    }
-    return status;
+void VisaIO::report(ViBoolean sent, ViStatus status, std::string_view text) const {
+    settings_.trace.callback(settings_.trace.context, sent, status, text.data(), static_cast<ViUInt32>(text.size()));
 }
 
 ViStatus VisaIO::close() {

@@ -84,8 +84,15 @@ class VisaIO : public VisaIOBase {
     static constexpr ViUInt32 kReadBufferSize = 1024;
     static constexpr ViUInt32 kWriteBufferSize = 1024;
 
-    /// Reports one transfer to the trace and notes whether command and reply still belong together.
-    ViStatus finish(ViBoolean sent, ViStatus status, std::string_view text);
+    /// Notes whether command and reply still belong together, and reports the transfer to the trace.
+    void finish(ViBoolean sent, ViStatus status, std::string_view text) {
+        // VI_SUCCESS_MAX_CNT: the rest of a reply that is longer than the buffer would answer the next query.
+        inStep_ = inStep_ && status >= 0 && status != VI_SUCCESS_MAX_CNT;
+        if (settings_.trace.callback != nullptr) {
+            report(sent, status, text);
+        }
+    }
+    void report(ViBoolean sent, ViStatus status, std::string_view text) const;
 
     std::string resource_;
     bool inStep_ = true;
