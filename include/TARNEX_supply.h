@@ -39,6 +39,7 @@
 #define TARNEXSUPPLY_ERROR_OTHER_DRIVER   ((ViStatus)0xBFFA4301) /* The session does not belong to this driver. */
 #define TARNEXSUPPLY_ERROR_OTHER_VERSION  ((ViStatus)0xBFFA4302) /* The driver and the supply library are of different versions. */
 #define TARNEXSUPPLY_ERROR_OUT_OF_STEP    ((ViStatus)0xBFFA4303) /* The connection could not be brought back into step. */
+#define TARNEXSUPPLY_ERROR_STILL_ON       ((ViStatus)0xBFFA4304) /* The output is still on. */
 
 /* ---- Values */
 #define TARNEXSUPPLY_VAL_REGULATION_CONSTANT_VOLTAGE         (0)
@@ -199,6 +200,23 @@ ViStatus _VI_FUNC TARNEXSupply_GetIdentity(ViSession vi, ViChar manufacturer[256
  *  TARNEX_ERROR_INVALID_PARAMETER. Sends nothing. */
 ViStatus _VI_FUNC TARNEXSupply_ResolveChannels(ViSession vi, ViConstString channelName, ViInt32 capacity,
                                                ViInt32 channels[], ViInt32* count);
+
+/* ---- Switching off with certainty */
+
+/**
+ * Ends whatever drives an output and switches it off: stops list and delay mode, switches the channel off and reads its
+ * state back.
+ *
+ * @param channelName  Exactly one channel.
+ * @param giveUpMs     After a failure the function brings the connection back into step, or opens it again, and repeats
+ * all steps with growing pauses for this time in ms. The call under way is finished, so the function may take longer by
+ * the I/O time-outs of one try. 0: one try.
+ *
+ * On success the instrument has confirmed that the output is off. On failure the output may still be on; the status is
+ * that of the last try, TARNEXSUPPLY_ERROR_STILL_ON when the instrument answers that the output is on. Other threads
+ * can use the session between two tries. Earlier errors of the session's record are cleared.
+ */
+ViStatus _VI_FUNC TARNEXSupply_EnsureOff(ViSession vi, ViConstString channelName, ViInt32 giveUpMs);
 
 /* ---- Whole sequences in one call */
 

@@ -42,6 +42,7 @@ constexpr std::array kOwnMessages{
     OwnMessage{TARNEXSUPPLY_ERROR_OTHER_DRIVER, "The session does not belong to this driver."},
     OwnMessage{TARNEXSUPPLY_ERROR_OTHER_VERSION, "The driver and the supply library are of different versions."},
     OwnMessage{TARNEXSUPPLY_ERROR_OUT_OF_STEP, "The connection could not be brought back into step."},
+    OwnMessage{TARNEXSUPPLY_ERROR_STILL_ON, "The output is still on."},
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "supply/supply_session.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -100,8 +101,11 @@ ViStatus SupplySession::RecordFailure(ViStatus status) {
 ViStatus SupplySession::RecordMalformedReply() {
     constexpr std::size_t kShown = 40;
     Driver().setInStep(Object(), VI_FALSE);
+    std::string reply(connection_->LastReply().substr(0, kShown));
+    std::replace_if(
+        reply.begin(), reply.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
     return nrt2::SetErrorInfoElab(vi_, IVI_ERROR_UNEXPECTED_RESPONSE, "Command '%s', reply '%s'%s.",
-                                  connection_->LastCommand(), connection_->LastReply().substr(0, kShown),
+                                  connection_->LastCommand(), reply,
                                   connection_->LastReply().size() > kShown ? "..." : "");
 }
 

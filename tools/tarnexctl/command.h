@@ -17,11 +17,12 @@ namespace tarnexctl {
 struct CommonOptions {
     std::string resource; ///< VISA resource string
     std::string options;  ///< IVI option string
+    double timeout = 2.0; ///< of an exchange with the instrument, s
     bool json = false;
 };
 
 /// Runs a command whose own arguments are parsed. Returns the exit code of the program.
-/// On failure: throws Failure; malformed replies of the instrument throw std::logic_error.
+/// On failure: throws Failure.
 using Action = std::function<ExitCode(const CommonOptions& common, Console& console)>;
 
 struct Command {

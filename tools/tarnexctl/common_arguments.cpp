@@ -24,4 +24,19 @@ void DeclareChannels(CLI::App& app, std::vector<std::string>& channels) {
     app.add_option("CHANNEL", channels, "channels; without one, all")->type_name("");
 }
 
+void DeclareGiveUp(CLI::App& app, double& giveUp) {
+    app.add_option("--give-up", giveUp, "longest time for switching the output off after a failure")
+        ->type_name("S")
+        ->capture_default_str()
+        ->check(Between(0.0, 3600.0));
+}
+
+void DeclareNoConfirm(CLI::App& app, bool& noConfirm) {
+    app.add_flag("--no-confirm", noConfirm, "do not read back what was set");
+}
+
+std::string RegulationText(ViInt32 regulationMode) {
+    return regulationMode == TARNEXSUPPLY_VAL_REGULATION_CONSTANT_CURRENT ? "CC" : "CV";
+}
+
 } // namespace tarnexctl

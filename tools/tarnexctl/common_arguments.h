@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "include/TARNEX_supply.h"
+
 namespace tarnexctl {
 
 /// Accepts a number from `lowest` to `highest`; refuses "nan" and "inf".
@@ -18,5 +20,14 @@ void DeclareChannel(CLI::App& app, std::string& channel);
 
 /// Declares any number of CHANNELs; none means all channels.
 void DeclareChannels(CLI::App& app, std::vector<std::string>& channels);
+
+/// Declares --give-up: the time in s after which switching an output off is given up.
+void DeclareGiveUp(CLI::App& app, double& giveUp);
+
+/// Declares --no-confirm.
+void DeclareNoConfirm(CLI::App& app, bool& noConfirm);
+
+/// Returns "CC" or "CV".
+std::string RegulationText(ViInt32 regulationMode);
 
 } // namespace tarnexctl

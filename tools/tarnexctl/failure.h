@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace tarnexctl {
 
@@ -12,17 +13,21 @@ enum class ExitCode : int {
     Usage = 1,         ///< the command line is wrong
     SupplyFailed = 2,  ///< the driver or the instrument reported an error, or a reply is malformed
     FileFailed = 3,    ///< a file, or standard output, cannot be read or written
+    MayStillBeOn = 4,  ///< an output could not be switched off with certainty
     Interrupted = 130, ///< by SIGINT, SIGTERM or SIGHUP, in commands other than watch
 };
 
-/// Ends the command; the program prints the text on standard error.
+/// Ends the command; the program prints the text on standard error and then, on a line of its own, the warning.
 class Failure : public std::runtime_error {
   public:
-    Failure(ExitCode code, const std::string& what) : std::runtime_error(what), code_(code) {}
+    Failure(ExitCode code, const std::string& what, std::string warning = {})
+        : std::runtime_error(what), code_(code), warning_(std::move(warning)) {}
     [[nodiscard]] ExitCode Code() const { return code_; }
+    [[nodiscard]] const std::string& Warning() const { return warning_; }
 
   private:
     ExitCode code_;
+    std::string warning_;
 };
 
 /// Returns a failure with the text "opening X: 0xBFFA4214: I/O error." and ExitCode::SupplyFailed.

@@ -1,12 +1,12 @@
 // tarnexctl: controls a supply of the TARNEX family from the shell.
 
 #include <CLI/CLI.hpp>
+#include <exception>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 
-#include "instrument/option_flags.h"
 #include "tools/tarnexctl/commands.h"
+#include "tools/tarnexctl/common_arguments.h"
 #include "tools/tarnexctl/safe_text.h"
 
 namespace {
@@ -17,11 +17,11 @@ using tarnexctl::Failure;
 constexpr auto kDescription = "A power supply of the TARNEX family from the shell.";
 
 constexpr auto kExplanations = R"(
-CHANNEL is 1, 2 or a physical name (OutputChannel1). set, get, on and off also take the driver's selectors
-("OutputChannel1,OutputChannel2", virtual names of the configuration store; get takes one channel each).
+CHANNEL is 1, 2, a list of them (1,2), a physical name (OutputChannel1), a selector of the driver or a virtual name of the
+configuration store.
 
-Exit codes: 0 done; 1 wrong arguments; 2 the driver or the instrument reported an error; 3 a file cannot be read or
-written; 130 interrupted (watch ends with 0).
+Exit codes: 0 done, and confirmed by reading back; 1 wrong arguments; 2 the driver or the instrument reported an error; 3 a
+file cannot be read or written; 4 an output may still be on; 130 interrupted (watch ends with 0).
 
 Examples:
   export TARNEX_RESOURCE=TCPIP0::192.168.1.20::5025::SOCKET
@@ -43,6 +43,10 @@ ExitCode Run(int argc, const char* const* argv) {
         ->type_name("RESOURCE")
         ->envname("TARNEX_RESOURCE");
     app.add_option("-o,--options", common.options, "IVI option string, for example Simulate=1")->type_name("TEXT");
+    app.add_option("-t,--timeout", common.timeout, "time-out of an exchange with the instrument")
+        ->type_name("S")
+        ->capture_default_str()
+        ->check(tarnexctl::Between(0.001, 3600.0));
     app.add_flag("--json", common.json, "print JSON");
     for (const auto* const command : tarnexctl::kCommands) {
         auto* const sub = app.add_subcommand(command->name, command->help);
@@ -60,7 +64,8 @@ ExitCode Run(int argc, const char* const* argv) {
     if (!chosen) {
         throw Failure(ExitCode::Usage, "no command given (see --help)");
     }
-    if (common.resource.empty() && !ORVA::ParseOptionFlags(common.options).simulate) {
+    // A simulated supply needs no resource; the driver parses the options.
+    if (common.resource.empty() && common.options.empty()) {
         throw Failure(ExitCode::Usage, "no supply given; use --resource or set TARNEX_RESOURCE, for example to "
                                        "TCPIP0::192.168.1.20::5025::SOCKET");
     }
@@ -68,8 +73,11 @@ ExitCode Run(int argc, const char* const* argv) {
     return chosen(common, console);
 }
 
-ExitCode Complain(const std::string& what, ExitCode code) {
+ExitCode Complain(const std::string& what, ExitCode code, const std::string& warning = {}) {
     std::cerr << "tarnexctl: " + tarnexctl::Printable(what) + '\n';
+    if (!warning.empty()) {
+        std::cerr << tarnexctl::Printable(warning) + '\n';
+    }
     return code;
 }
 
@@ -77,11 +85,7 @@ ExitCode RunOrComplain(int argc, const char* const* argv) {
     try {
         return Run(argc, argv);
     } catch (const Failure& failure) {
-        return Complain(failure.what(), failure.Code());
-    } catch (const std::logic_error& malformed) {
-        // The driver and the command layer throw std::invalid_argument and std::out_of_range for malformed replies.
-        return Complain("the instrument's reply is malformed: " + std::string(malformed.what()),
-                        ExitCode::SupplyFailed);
+        return Complain(failure.what(), failure.Code(), failure.Warning());
     } catch (const std::exception& failure) {
         return Complain(failure.what(), ExitCode::SupplyFailed);
     }

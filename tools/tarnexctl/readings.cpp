@@ -1,6 +1,6 @@
 #include "tools/tarnexctl/readings.h"
 
-#include "tools/tarnexctl/channels.h"
+#include "tools/tarnexctl/common_arguments.h"
 
 namespace tarnexctl {
 
@@ -14,35 +14,19 @@ Report ReadingsReport() {
                    {"regulation", "Mode"}});
 }
 
-void AddReadings(const CommandLayer& supply, const std::vector<ORVA::ChannelNumber>& channels, double time,
-                 Report& report) {
-    for (const auto channel : channels) {
-        const auto name = ChannelName(std::to_string(channel));
-        const auto doing = "measuring " + name;
-        double volts = 0.0;
-        double amperes = 0.0;
-        double watts = 0.0;
-        bool on = false;
-        ORVA::RegulationMode mode{};
-        CommandLayer::Check(supply->MeasureVoltage(channel, volts), doing);
-        CommandLayer::Check(supply->MeasureCurrent(channel, amperes), doing);
-        CommandLayer::Check(supply->MeasurePower(channel, watts), doing);
-        CommandLayer::Check(supply->GetOutputEnabled(channel, on), doing);
-        CommandLayer::Check(supply->GetRegulationMode(channel, mode), doing);
+void AddReadings(const Supply& supply, const std::vector<std::string>& channels, double time, Report& report) {
+    for (const auto& channel : channels) {
+        ViReal64 volts = 0.0;
+        ViReal64 amperes = 0.0;
+        ViReal64 watts = 0.0;
+        supply.Call("measuring " + channel, &TARNEXSupply_MeasureAll, channel.c_str(), &volts, &amperes, &watts);
+        const bool on = supply.IsOn(channel);
         Cell regulation; // an output that is off regulates nothing
         if (on) {
-            regulation = RegulationText(mode == ORVA::RegulationMode::ConstantCurrent);
+            regulation = RegulationText(supply.Read(channel, &TARNEXSupply_GetRegulationMode));
         }
-        report.Add({time, name, volts, amperes, watts, on, regulation});
+        report.Add({time, channel, volts, amperes, watts, on, regulation});
     }
-}
-
-std::vector<ORVA::ChannelNumber> ChannelNumbersOr(const std::vector<std::string>& given) {
-    std::vector<ORVA::ChannelNumber> numbers;
-    for (const auto& channel : ChannelsOr(given)) {
-        numbers.push_back(ChannelNumberOf(channel));
-    }
-    return numbers;
 }
 
 } // namespace tarnexctl

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/tarnexctl/command_layer.h"
 #include "tools/tarnexctl/report.h"
+#include "tools/tarnexctl/supply.h"
 
 namespace tarnexctl {
 
@@ -14,11 +14,6 @@ Report ReadingsReport();
 
 /// Measures each channel and adds a row for it, with `time` in s in the first column.
 /// On failure: throws Failure.
-void AddReadings(const CommandLayer& supply, const std::vector<ORVA::ChannelNumber>& channels, double time,
-                 Report& report);
-
-/// Returns the numbers of the given channels, or of all channels when none is given.
-/// On failure: throws Failure (usage) for a name other than 1, 2 and the physical names.
-std::vector<ORVA::ChannelNumber> ChannelNumbersOr(const std::vector<std::string>& given);
+void AddReadings(const Supply& supply, const std::vector<std::string>& channels, double time, Report& report);
 
 } // namespace tarnexctl

@@ -1,8 +1,11 @@
 #include "tools/tarnexctl/sequence.h"
 
 #include <CLI/CLI.hpp>
+#include <array>
 #include <chrono>
+#include <exception>
 
+#include "tools/tarnexctl/common_arguments.h"
 #include "tools/tarnexctl/interrupt.h"
 #include "tools/tarnexctl/number_text.h"
 #include "tools/tarnexctl/report.h"
@@ -11,23 +14,22 @@ namespace tarnexctl {
 
 namespace {
 
-constexpr ORVA::ChannelNumber kChannel = 1; // list and delay mode drive this channel only
-
 /// Throws Failure when the error queue is not empty: the instrument refuses a group without a status.
-void ExpectNoError(const CommandLayer& supply) {
-    std::int32_t code = 0;
-    std::string message;
-    CommandLayer::Check(supply->QueryError(code, message), "reading the error queue");
+void ExpectNoError(const Supply& supply) {
+    ViInt32 code = 0;
+    std::array<ViChar, 1024> message{};
+    supply.Call("reading the error queue", &TARNEXSupply_QueryError, &code, static_cast<ViInt32>(message.size()),
+                message.data());
     if (code != 0) {
         throw Failure(ExitCode::SupplyFailed,
-                      "the instrument refuses the sequence: " + std::to_string(code) + ", " + message);
+                      "the instrument refuses the sequence: " + std::to_string(code) + ", " + message.data());
     }
 }
 
-void Upload(const CommandLayer& supply, const Sequence& sequence, Console& console) {
-    CommandLayer::Check(supply->SendClear(), "clearing the error queue");
-    CommandLayer::Check(sequence.enable(false), "stopping the sequence before");
-    CommandLayer::Check(sequence.clear(), "clearing the groups");
+void Upload(const Supply& supply, const Sequence& sequence, Console& console) {
+    supply.Call("clearing the error queue", &TARNEXSupply_ClearStatus);
+    sequence.enable(false);
+    sequence.clear();
     for (std::size_t i = 0; i < sequence.groups; ++i) {
         if (Interrupted()) {
             return;
@@ -37,6 +39,43 @@ void Upload(const CommandLayer& supply, const Sequence& sequence, Console& conso
     }
     sequence.configure();
     ExpectNoError(supply);
+}
+
+/// Shows the progress until the sequence ends or a signal arrives. Returns its duration in s. A failed query is
+/// repeated for some time, because the sequence itself goes on.
+double Follow(const Supply& supply, const Sequence& sequence, double total, Console& console) {
+    using Clock = std::chrono::steady_clock;
+    constexpr double kPollInterval = 0.05; // s
+    constexpr double kTolerance = 10.0;    // s that the instrument may need beyond the duration of the sequence
+    constexpr int kMaxFailures = 3;        // one after another
+    const auto start = Clock::now();
+    double seconds = 0.0;
+    int failures = 0;
+    for (bool running = true; running;) {
+        ViInt32 group = 0;
+        ViInt32 cycle = 0;
+        const auto status = sequence.progress(running, seconds, group, cycle);
+        failures = status < 0 ? failures + 1 : 0;
+        if (failures == kMaxFailures) {
+            supply.Check(status, "reading the progress");
+        }
+        if (status >= 0) {
+            console.ShowProgress(total > 0.0 ? seconds / total : 0.0,
+                                 Fixed(seconds, 1) + " s" + (total > 0.0 ? " of " + Fixed(total, 1) + " s" : "") +
+                                     "  group " + std::to_string(group + 1) + ", cycle " + std::to_string(cycle + 1));
+        } else {
+            TARNEX_ClearError(supply.Handle());
+            running = true;
+        }
+        const std::chrono::duration<double> waited = Clock::now() - start;
+        if (running && total > 0.0 && waited.count() > total + kTolerance) {
+            throw Failure(ExitCode::SupplyFailed, "the instrument still runs the sequence long after its end");
+        }
+        if (running && !Wait(kPollInterval)) {
+            break;
+        }
+    }
+    return seconds;
 }
 
 } // namespace
@@ -57,47 +96,42 @@ void DeclareSequence(CLI::App& app, SequenceOptions& options, const std::string&
         ->capture_default_str()
         ->check(CLI::IsMember(ends).description(""));
     app.add_flag("--on", options.switchOn, "switch the output on first");
+    DeclareGiveUp(app, options.giveUp);
 }
 
-ExitCode RunSequence(const CommandLayer& supply, const Sequence& sequence, const SequenceOptions& options,
+ExitCode RunSequence(const Supply& supply, const Sequence& sequence, const SequenceOptions& options,
                      const CommonOptions& common, Console& console) {
-    using Clock = std::chrono::steady_clock;
-    constexpr double kPollInterval = 0.05; // s
-    constexpr double kTolerance = 10.0;    // s that the instrument may need beyond the duration of the sequence
     CatchInterrupts();
     SurviveBrokenPipes();
-    Upload(supply, sequence, console);
-    bool running = !Interrupted();
-    double seconds = 0.0;
-    if (running) {
-        if (options.switchOn) {
-            CommandLayer::Check(supply->SetOutputEnabled(kChannel, true), "switching the output on");
-        }
-        CommandLayer::Check(sequence.enable(true), "starting the sequence");
-        ExpectNoError(supply);
-    }
+    const auto channel = supply.Channel("1");               // list and delay mode drive this channel only
     const double total = sequence.seconds * options.cycles; // 0: without end
-    const auto start = Clock::now();
-    while (running) {
-        std::int32_t group = 0;
-        std::int32_t cycle = 0;
-        CommandLayer::Check(sequence.progress(running, seconds, group, cycle), "asking for the progress");
-        console.ShowProgress(total > 0.0 ? seconds / total : 0.0,
-                             Fixed(seconds, 1) + " s" + (total > 0.0 ? " of " + Fixed(total, 1) + " s" : "") +
-                                 "  group " + std::to_string(group + 1) + ", cycle " + std::to_string(cycle + 1));
-        const std::chrono::duration<double> waited = Clock::now() - start;
-        if (running && total > 0.0 && waited.count() > total + kTolerance) {
-            throw Failure(ExitCode::SupplyFailed,
-                          "the instrument still runs the sequence long after its end; it goes on");
+    double seconds = 0.0;
+    bool keepsOutput = false;
+    const auto run = [&] {
+        Upload(supply, sequence, console);
+        if (Interrupted()) {
+            return;
         }
-        if (running && !Wait(kPollInterval)) {
-            break;
+        if (options.switchOn) {
+            supply.Call("switching the output on", &TARNEXSupply_SetOutputEnabled, channel.c_str(), ViBoolean{VI_TRUE});
         }
+        sequence.enable(true);
+        ExpectNoError(supply);
+        seconds = Follow(supply, sequence, total, console);
+        keepsOutput = options.end != "off" && !Interrupted();
+    };
+    try {
+        run();
+    } catch (const std::exception& failure) {
+        console.ClearProgress();
+        supply.EnsureOff(channel, options.giveUp, failure.what());
+        throw;
     }
     console.ClearProgress();
+    if (!keepsOutput) {
+        supply.EnsureOff(channel, options.giveUp);
+    }
     if (Interrupted()) {
-        CommandLayer::Check(sequence.enable(false), "STOPPING THE SEQUENCE");
-        CommandLayer::Check(supply->SetOutputEnabled(kChannel, false), "SWITCHING THE OUTPUT OFF");
         return ExitCode::Interrupted;
     }
     Report report({{"groups", "Groups"}, {"cycles", "Cycles"}, {"seconds", "Time/s", 3}});

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tools/tarnexctl/command.h"
-#include "tools/tarnexctl/command_layer.h"
+#include "tools/tarnexctl/supply.h"
 
 namespace tarnexctl {
 
@@ -17,29 +17,32 @@ struct SequenceOptions {
     int cycles = 1;          ///< 0: until Ctrl-C
     std::string end = "off"; ///< the output afterwards
     bool switchOn = false;   ///< before the sequence starts
+    double giveUp = 10.0;    ///< s
 };
 
 /// Declares the arguments. `format` names the fields of a line of the file; `ends` are the values of --end.
 void DeclareSequence(CLI::App& app, SequenceOptions& options, const std::string& format,
                      const std::vector<std::string>& ends);
 
-/// The operations in which list mode and delay mode differ. Operations without a result throw Failure.
+/// The operations in which list mode and delay mode differ. Operations without a status throw Failure.
 struct Sequence {
     std::size_t groups;
     double seconds; ///< of one cycle
-    std::function<ViStatus()> clear{};
+    std::function<void()> clear{};
     std::function<void(std::size_t)> upload{}; ///< adds one group at the end of the table
     std::function<void()> configure{};         ///< sets cycles and end state
-    std::function<ViStatus(bool)> enable{};
-    std::function<ViStatus(bool& running, double& seconds, std::int32_t& group, std::int32_t& cycle)> progress{};
+    std::function<void(bool)> enable{};
+    std::function<ViStatus(bool& running, double& seconds, ViInt32& group, ViInt32& cycle)> progress{};
 };
 
-/// What Failures of `upload` and `configure` say.
+/// What Failures of `clear`, `upload` and `configure` say.
 inline constexpr auto kUploading = "uploading the sequence";
+/// What Failures of `enable` say.
+inline constexpr auto kEnabling = "starting or stopping the sequence";
 
-/// Uploads the sequence, runs it on channel 1 and prints a report. Ctrl-C stops it and switches the output off.
-/// On failure: throws Failure.
-ExitCode RunSequence(const CommandLayer& supply, const Sequence& sequence, const SequenceOptions& options,
+/// Uploads the sequence, runs it on channel 1 and prints a report. After Ctrl-C, after a failure and after the end
+/// state "off" the output is off, confirmed by the instrument. On failure: throws Failure.
+ExitCode RunSequence(const Supply& supply, const Sequence& sequence, const SequenceOptions& options,
                      const CommonOptions& common, Console& console);
 
 } // namespace tarnexctl

@@ -3,13 +3,13 @@
 _tarnexctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     local commands="identify set get on off reset errors measure watch sweep list delay"
-    local common="--help --resource --options --json"
+    local common="--help --resource --options --timeout --json"
     local command= word i
 
     for ((i = 1; i < COMP_CWORD; ++i)); do
         word=${COMP_WORDS[i]}
         case $word in
-        -r | --resource | -o | --options) ((++i)) ;;
+        -r | --resource | -o | --options | -t | --timeout) ((++i)) ;;
         -*) ;;
         *)
             command=$word
@@ -35,7 +35,7 @@ _tarnexctl() {
         return
         ;;
     -r | --resource | -o | --options | --voltage | --current | --ovp | --interval | --count | --from | --to | --step | \
-        --limit | --settle | --cycles)
+        --limit | --settle | --cycles | --give-up | -t | --timeout)
         return # a number or text without completion
         ;;
     esac
@@ -44,20 +44,25 @@ _tarnexctl() {
     case $command in
     "") arguments=$commands ;;
     set)
-        options="--voltage --current --at-limit --ovp --no-ovp"
+        options="--voltage --current --at-limit --ovp --no-ovp --no-confirm"
         arguments="OutputChannel1 OutputChannel2"
         ;;
-    get | on | off | measure) arguments="OutputChannel1 OutputChannel2" ;;
+    get | measure) arguments="OutputChannel1 OutputChannel2" ;;
+    on | off)
+        options="--no-confirm"
+        arguments="OutputChannel1 OutputChannel2"
+        ;;
+    reset) options="--no-confirm" ;;
     watch)
         options="--interval --count"
         arguments="OutputChannel1 OutputChannel2"
         ;;
     sweep)
-        options="--from --to --step --limit --settle --csv --plot"
+        options="--from --to --step --limit --settle --csv --plot --give-up"
         arguments="OutputChannel1 OutputChannel2"
         ;;
     list | delay)
-        options="--cycles --end --on"
+        options="--cycles --end --on --give-up"
         if [[ $current != -* ]]; then
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return

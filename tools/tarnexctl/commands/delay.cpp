@@ -25,27 +25,30 @@ ExitCode Run(const SequenceOptions& options, const CommonOptions& common, Consol
         groups.push_back({output == "on", NumberIn(line, 1)});
         cycleTime += groups.back().seconds;
     }
-    const CommandLayer supply(common);
+    const Supply supply(common);
 
     Sequence sequence{.groups = groups.size(), .seconds = cycleTime};
-    sequence.clear = [&] { return supply->ClearDelayGroups(); };
+    sequence.clear = [&] { supply.Call(kUploading, &TARNEXSupply_ClearDelayGroups); };
     sequence.upload = [&](std::size_t i) {
-        CommandLayer::Check(supply->InsertDelayGroup(static_cast<std::int32_t>(i)), kUploading);
-        CommandLayer::Check(supply->SetDelayGroup(static_cast<std::uint32_t>(i), groups[i].on, groups[i].seconds),
-                            kUploading);
+        const auto index = static_cast<ViInt32>(i);
+        supply.Call(kUploading, &TARNEXSupply_InsertDelayGroup, index);
+        supply.Call(kUploading, &TARNEXSupply_SetDelayGroup, index,
+                    static_cast<ViBoolean>(groups[i].on ? VI_TRUE : VI_FALSE), groups[i].seconds);
     };
     sequence.configure = [&] {
-        const auto end = options.end == "on"     ? ORVA::DelayEndState::On
-                         : options.end == "last" ? ORVA::DelayEndState::Last
-                                                 : ORVA::DelayEndState::Off;
-        CommandLayer::Check(supply->SetDelayCycles(options.cycles), kUploading);
-        CommandLayer::Check(supply->SetDelayEndState(end), kUploading);
+        const auto end = options.end == "on"     ? TARNEXSUPPLY_VAL_DELAY_END_ON
+                         : options.end == "last" ? TARNEXSUPPLY_VAL_DELAY_END_LAST
+                                                 : TARNEXSUPPLY_VAL_DELAY_END_OFF;
+        supply.Call(kUploading, &TARNEXSupply_SetDelayCycles, ViInt32{options.cycles});
+        supply.Call(kUploading, &TARNEXSupply_SetDelayEndState, ViInt32{end});
     };
-    sequence.enable = [&](bool on) { return supply->SetDelayEnabled(on); };
-    sequence.progress = [&](bool& running, double& seconds, std::int32_t& group, std::int32_t& cycle) {
-        ORVA::DelayState state{};
-        const auto status = supply->GetDelayStatus(state, seconds, group, cycle);
-        running = state == ORVA::DelayState::Running;
+    sequence.enable = [&](bool on) {
+        supply.Call(kEnabling, &TARNEXSupply_SetDelayEnabled, static_cast<ViBoolean>(on ? VI_TRUE : VI_FALSE));
+    };
+    sequence.progress = [&](bool& running, double& seconds, ViInt32& group, ViInt32& cycle) {
+        ViInt32 state = 0;
+        const auto status = TARNEXSupply_GetDelayStatus(supply.Handle(), &state, &seconds, &group, &cycle);
+        running = state == TARNEXSUPPLY_VAL_DELAY_STATE_RUNNING;
         return status;
     };
     return RunSequence(supply, sequence, options, common, console);

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "tools/tarnexctl/commands.h"
-#include "tools/tarnexctl/driver_session.h"
 #include "tools/tarnexctl/report.h"
+#include "tools/tarnexctl/supply.h"
 
 namespace tarnexctl {
 
@@ -12,21 +12,18 @@ namespace {
 
 ExitCode Run(const CommonOptions& common, Console& console) {
     constexpr int kMaxEntries = 1000; // ends the loop when an instrument never reports an empty queue
-    const DriverSession session(common);
+    const Supply supply(common);
     Report report({{"code", "Code"}, {"message", "Message"}});
     bool any = false;
     for (int i = 0; i < kMaxEntries; ++i) {
         ViInt32 code = 0;
-        std::array<ViChar, 4096> text{};
-        session.Check(TARNEX_error_query(session.Handle(), &code, text.data()), "reading the error queue");
+        std::array<ViChar, 1024> text{};
+        supply.Call("reading the error queue", &TARNEXSupply_QueryError, &code, static_cast<ViInt32>(text.size()),
+                    text.data());
         if (code == 0) {
             break;
         }
-        std::string message = text.data();
-        if (message.size() >= 2 && message.front() == '"' && message.back() == '"') {
-            message = message.substr(1, message.size() - 2);
-        }
-        report.Add({std::int64_t{code}, message});
+        report.Add({std::int64_t{code}, std::string(text.data())});
         any = true;
     }
     console.Print(common.json ? report.JsonArray() : any ? report.Table() : "No errors.\n");

@@ -2,11 +2,10 @@
 #include <string>
 #include <vector>
 
-#include "tools/tarnexctl/channels.h"
 #include "tools/tarnexctl/commands.h"
 #include "tools/tarnexctl/common_arguments.h"
-#include "tools/tarnexctl/driver_session.h"
 #include "tools/tarnexctl/report.h"
+#include "tools/tarnexctl/supply.h"
 
 namespace tarnexctl {
 
@@ -17,7 +16,7 @@ struct Options {
 };
 
 ExitCode Run(const Options& options, const CommonOptions& common, Console& console) {
-    const DriverSession session(common);
+    const Supply supply(common);
     Report report({{"channel", "Channel"},
                    {"voltage_level", "Voltage/V", 4},
                    {"current_limit", "Limit/A", 4},
@@ -26,19 +25,17 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
                    {"ovp_limit", "OVP/V", 4},
                    {"output_enabled", "Output"},
                    {"regulation", "Mode"}});
-    for (const auto& given : ChannelsOr(options.channels)) {
-        const auto channel = ChannelName(given);
-        const bool on = session.Boolean(channel, TARNEX_ATTR_OUTPUT_ENABLED);
-        const auto behavior = session.Integer(channel, TARNEX_ATTR_CURRENT_LIMIT_BEHAVIOR);
+    for (const auto& channel : supply.Channels(options.channels)) {
+        const bool on = supply.IsOn(channel);
+        const bool trips = supply.Read(channel, &TARNEXSupply_GetOverCurrentEnabled) != VI_FALSE;
         Cell mode; // an output that is off regulates nothing
         if (on) {
-            mode = RegulationText(session.InState(channel, TARNEX_VAL_OUTPUT_CONSTANT_CURRENT));
+            mode = RegulationText(supply.Read(channel, &TARNEXSupply_GetRegulationMode));
         }
-        report.Add({channel, session.Real(channel, TARNEX_ATTR_VOLTAGE_LEVEL),
-                    session.Real(channel, TARNEX_ATTR_CURRENT_LIMIT),
-                    behavior == TARNEX_VAL_CURRENT_TRIP ? "trip" : "regulate",
-                    session.Boolean(channel, TARNEX_ATTR_OVP_ENABLED), session.Real(channel, TARNEX_ATTR_OVP_LIMIT), on,
-                    mode});
+        report.Add({channel, supply.Read(channel, &TARNEXSupply_GetVoltage),
+                    supply.Read(channel, &TARNEXSupply_GetCurrent), trips ? "trip" : "regulate",
+                    supply.Read(channel, &TARNEXSupply_GetOverVoltageEnabled) != VI_FALSE,
+                    supply.Read(channel, &TARNEXSupply_GetOverVoltageLevel), on, mode});
     }
     console.Print(common.json ? report.JsonArray() : report.Table());
     return ExitCode::Done;

@@ -24,26 +24,28 @@ ExitCode Run(const SequenceOptions& options, const CommonOptions& common, Consol
         groups.push_back({NumberIn(line, 0), NumberIn(line, 1), NumberIn(line, 2)});
         cycleTime += groups.back().seconds;
     }
-    const CommandLayer supply(common);
+    const Supply supply(common);
 
     Sequence sequence{.groups = groups.size(), .seconds = cycleTime};
-    sequence.clear = [&] { return supply->ClearListGroups(); };
+    sequence.clear = [&] { supply.Call(kUploading, &TARNEXSupply_ClearListGroups); };
     sequence.upload = [&](std::size_t i) {
         const auto& group = groups[i];
-        CommandLayer::Check(supply->InsertListGroup(static_cast<std::int32_t>(i)), kUploading);
-        CommandLayer::Check(
-            supply->SetListGroup(static_cast<std::uint32_t>(i), group.volts, group.amperes, group.seconds), kUploading);
+        const auto index = static_cast<ViInt32>(i);
+        supply.Call(kUploading, &TARNEXSupply_InsertListGroup, index);
+        supply.Call(kUploading, &TARNEXSupply_SetListGroup, index, group.volts, group.amperes, group.seconds);
     };
     sequence.configure = [&] {
-        const auto end = options.end == "last" ? ORVA::ListEndState::Last : ORVA::ListEndState::Off;
-        CommandLayer::Check(supply->SetListCycles(options.cycles), kUploading);
-        CommandLayer::Check(supply->SetListEndState(end), kUploading);
+        supply.Call(kUploading, &TARNEXSupply_SetListCycles, ViInt32{options.cycles});
+        supply.Call(kUploading, &TARNEXSupply_SetListEndState,
+                    ViInt32{options.end == "last" ? TARNEXSUPPLY_VAL_LIST_END_LAST : TARNEXSUPPLY_VAL_LIST_END_OFF});
     };
-    sequence.enable = [&](bool on) { return supply->SetListEnabled(on); };
-    sequence.progress = [&](bool& running, double& seconds, std::int32_t& group, std::int32_t& cycle) {
-        ORVA::ListState state{};
-        const auto status = supply->GetListStatus(state, seconds, group, cycle);
-        running = state == ORVA::ListState::Running || state == ORVA::ListState::Paused;
+    sequence.enable = [&](bool on) {
+        supply.Call(kEnabling, &TARNEXSupply_SetListEnabled, static_cast<ViBoolean>(on ? VI_TRUE : VI_FALSE));
+    };
+    sequence.progress = [&](bool& running, double& seconds, ViInt32& group, ViInt32& cycle) {
+        ViInt32 state = 0;
+        const auto status = TARNEXSupply_GetListStatus(supply.Handle(), &state, &seconds, &group, &cycle);
+        running = state == TARNEXSUPPLY_VAL_LIST_STATE_RUNNING || state == TARNEXSUPPLY_VAL_LIST_STATE_PAUSED;
         return status;
     };
     return RunSequence(supply, sequence, options, common, console);

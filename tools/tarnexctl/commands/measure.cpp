@@ -15,8 +15,8 @@ struct Options {
 };
 
 ExitCode Run(const Options& options, const CommonOptions& common, Console& console) {
-    const auto channels = ChannelNumbersOr(options.channels);
-    const CommandLayer supply(common);
+    const Supply supply(common);
+    const auto channels = supply.Channels(options.channels);
     Report report = ReadingsReport();
     AddReadings(supply, channels, 0.0, report);
     report.HideFirstColumn();

@@ -2,10 +2,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/tarnexctl/channels.h"
 #include "tools/tarnexctl/commands.h"
 #include "tools/tarnexctl/common_arguments.h"
-#include "tools/tarnexctl/driver_session.h"
+#include "tools/tarnexctl/supply.h"
 
 namespace tarnexctl {
 
@@ -13,40 +12,44 @@ namespace {
 
 struct Options {
     std::vector<std::string> channels; ///< as given
+    bool noConfirm = false;
 };
 
-void SwitchOutputs(const DriverSession& session, const std::vector<std::string>& channels, bool on) {
-    for (const auto& given : channels) {
-        const auto channel = ChannelName(given);
-        session.Check(TARNEX_ConfigureOutputEnabled(session.Handle(), channel.c_str(), on ? VI_TRUE : VI_FALSE),
-                      "switching " + channel + (on ? " on" : " off"));
+void SwitchOutputs(const Supply& supply, const std::vector<std::string>& channels, bool on) {
+    for (const auto& channel : channels) {
+        supply.Call("switching " + channel + (on ? " on" : " off"), &TARNEXSupply_SetOutputEnabled, channel.c_str(),
+                    static_cast<ViBoolean>(on ? VI_TRUE : VI_FALSE));
     }
 }
 
-ExitCode RunOn(const Options& options, const CommonOptions& common) {
-    SwitchOutputs(DriverSession(common), options.channels, true);
-    return ExitCode::Done;
-}
-
-ExitCode RunOff(const Options& options, const CommonOptions& common) {
-    const DriverSession session(common);
+ExitCode Run(const Options& options, const CommonOptions& common, bool on) {
+    const Supply supply(common);
+    const auto channels = supply.Channels(options.channels);
     if (options.channels.empty()) {
-        session.Check(TARNEX_Disable(session.Handle()), "switching all outputs off");
+        supply.Call("switching all outputs off", &TARNEXSupply_SetAllOutputsOff);
+    } else {
+        SwitchOutputs(supply, channels, on);
     }
-    SwitchOutputs(session, options.channels, false);
+    for (const auto& channel : channels) {
+        if (!options.noConfirm) {
+            supply.ExpectOutput(channel, on);
+        }
+    }
     return ExitCode::Done;
 }
 
 Action DeclareOn(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     app.add_option("CHANNEL", options->channels, "channels")->type_name("")->required();
-    return [options](const CommonOptions& common, Console& /*console*/) { return RunOn(*options, common); };
+    DeclareNoConfirm(app, options->noConfirm);
+    return [options](const CommonOptions& common, Console& /*console*/) { return Run(*options, common, true); };
 }
 
 Action DeclareOff(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     DeclareChannels(app, options->channels);
-    return [options](const CommonOptions& common, Console& /*console*/) { return RunOff(*options, common); };
+    DeclareNoConfirm(app, options->noConfirm);
+    return [options](const CommonOptions& common, Console& /*console*/) { return Run(*options, common, false); };
 }
 
 } // namespace

@@ -2,10 +2,9 @@
 #include <optional>
 #include <string>
 
-#include "tools/tarnexctl/channels.h"
 #include "tools/tarnexctl/commands.h"
 #include "tools/tarnexctl/common_arguments.h"
-#include "tools/tarnexctl/driver_session.h"
+#include "tools/tarnexctl/supply.h"
 
 namespace tarnexctl {
 
@@ -18,37 +17,67 @@ struct Options {
     std::string atLimit;           ///< "regulate", "trip" or empty
     std::optional<double> ovp;     ///< V
     bool noOvp = false;
+    bool noConfirm = false;
 };
+
+// The protections come first and the voltage last, so that the load is protected before its voltage rises.
+void Program(const Supply& supply, const std::string& name, const Options& options) {
+    const char* const channel = name.c_str();
+    if (options.ovp) {
+        const auto doing = "setting the over-voltage protection of " + name;
+        supply.Call(doing, &TARNEXSupply_SetOverVoltageLevel, channel, *options.ovp);
+        supply.Call(doing, &TARNEXSupply_SetOverVoltageEnabled, channel, ViBoolean{VI_TRUE});
+    }
+    if (options.noOvp) {
+        supply.Call("switching the over-voltage protection of " + name + " off", &TARNEXSupply_SetOverVoltageEnabled,
+                    channel, ViBoolean{VI_FALSE});
+    }
+    if (options.current) {
+        const auto doing = "setting the current limit of " + name;
+        supply.Call(doing, &TARNEXSupply_SetCurrent, channel, *options.current);
+        supply.Call(doing, &TARNEXSupply_SetOverCurrentLevel, channel, *options.current);
+    }
+    if (!options.atLimit.empty()) {
+        supply.Call("setting what " + name + " does at its current limit", &TARNEXSupply_SetOverCurrentEnabled, channel,
+                    static_cast<ViBoolean>(options.atLimit == "trip" ? VI_TRUE : VI_FALSE));
+    }
+    if (options.voltage) {
+        supply.Call("setting the voltage of " + name, &TARNEXSupply_SetVoltage, channel, *options.voltage);
+    }
+}
+
+void Confirm(const Supply& supply, const std::string& channel, const Options& options) {
+    if (options.ovp) {
+        supply.ExpectLevel(channel, "the over-voltage protection of " + channel, &TARNEXSupply_GetOverVoltageLevel,
+                           *options.ovp);
+    }
+    if (options.ovp || options.noOvp) {
+        supply.ExpectSwitch(channel, "the over-voltage protection of " + channel, &TARNEXSupply_GetOverVoltageEnabled,
+                            options.ovp.has_value());
+    }
+    if (options.current) {
+        supply.ExpectLevel(channel, "the current limit of " + channel, &TARNEXSupply_GetCurrent, *options.current);
+    }
+    if (!options.atLimit.empty()) {
+        supply.ExpectSwitch(channel, "the over-current protection of " + channel, &TARNEXSupply_GetOverCurrentEnabled,
+                            options.atLimit == "trip");
+    }
+    if (options.voltage) {
+        supply.ExpectLevel(channel, "the voltage of " + channel, &TARNEXSupply_GetVoltage, *options.voltage);
+    }
+}
 
 ExitCode Run(const Options& options, const CommonOptions& common) {
     if (!options.voltage && !options.current && options.atLimit.empty() && !options.ovp && !options.noOvp) {
         throw Failure(ExitCode::Usage,
                       "set: give at least one of --voltage, --current, --at-limit, --ovp and --no-ovp");
     }
-    const DriverSession session(common);
-    const ViSession vi = session.Handle();
-    const auto name = ChannelName(options.channel);
-    const char* const channel = name.c_str();
-    // The protections come first and the voltage last, so that the load is protected before its voltage rises.
-    if (options.ovp) {
-        session.Check(TARNEX_ConfigureOVP(vi, channel, VI_TRUE, *options.ovp),
-                      "setting the over-voltage protection of " + name);
-    }
-    if (options.noOvp) {
-        session.Check(TARNEX_SetAttributeViBoolean(vi, channel, TARNEX_ATTR_OVP_ENABLED, VI_FALSE),
-                      "switching the over-voltage protection of " + name + " off");
-    }
-    if (options.current) {
-        session.Check(TARNEX_SetAttributeViReal64(vi, channel, TARNEX_ATTR_CURRENT_LIMIT, *options.current),
-                      "setting the current limit of " + name);
-    }
-    if (!options.atLimit.empty()) {
-        const ViInt32 behavior = options.atLimit == "trip" ? TARNEX_VAL_CURRENT_TRIP : TARNEX_VAL_CURRENT_REGULATE;
-        session.Check(TARNEX_SetAttributeViInt32(vi, channel, TARNEX_ATTR_CURRENT_LIMIT_BEHAVIOR, behavior),
-                      "setting what " + name + " does at its current limit");
-    }
-    if (options.voltage) {
-        session.Check(TARNEX_ConfigureVoltageLevel(vi, channel, *options.voltage), "setting the voltage of " + name);
+    const Supply supply(common);
+    for (const auto& channel : supply.Channels({options.channel})) {
+        Program(supply, channel, options);
+        if (!options.noConfirm) {
+            Confirm(supply, channel, options);
+        }
     }
     return ExitCode::Done;
 }
@@ -67,6 +96,7 @@ Action Declare(CLI::App& app) {
                           ->type_name("V")
                           ->check(Level());
     app.add_flag("--no-ovp", options->noOvp, "over-voltage protection off")->excludes(ovp);
+    DeclareNoConfirm(app, options->noConfirm);
     return [options](const CommonOptions& common, Console& /*console*/) { return Run(*options, common); };
 }
 

@@ -7,14 +7,13 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/tarnexctl/channels.h"
-#include "tools/tarnexctl/command_layer.h"
 #include "tools/tarnexctl/commands.h"
 #include "tools/tarnexctl/common_arguments.h"
 #include "tools/tarnexctl/curve_svg.h"
 #include "tools/tarnexctl/interrupt.h"
 #include "tools/tarnexctl/number_text.h"
 #include "tools/tarnexctl/report.h"
+#include "tools/tarnexctl/supply.h"
 
 namespace tarnexctl {
 
@@ -29,6 +28,7 @@ struct Options {
     double settle = 0.05;        ///< s
     std::string csv;
     std::string plot;
+    double giveUp = 10.0; ///< s
 };
 
 struct Point {
@@ -39,13 +39,12 @@ struct Point {
     bool limited;   ///< in constant current
 };
 
-std::vector<double> Levels(const Options& options, const ORVA::ChannelLimits& limits) {
+std::vector<double> Levels(const Options& options, double minimum, double maximum) {
     constexpr double kMaxPoints = 100000.0;
     for (const double end : {options.from, options.to}) {
-        if (!(end >= limits.minimumVoltage && end <= limits.maximumVoltage)) {
+        if (!(end >= minimum && end <= maximum)) {
             throw Failure(ExitCode::Usage, "sweep: " + Fixed(end, 3) + " V is beyond the channel's range, " +
-                                               Fixed(limits.minimumVoltage, 1) + " V to " +
-                                               Fixed(limits.maximumVoltage, 1) + " V");
+                                               Fixed(minimum, 1) + " V to " + Fixed(maximum, 1) + " V");
         }
     }
     // The tolerance of half a millionth of a step: in binary, 0.3 is not exactly three times 0.1.
@@ -62,45 +61,16 @@ std::vector<double> Levels(const Options& options, const ORVA::ChannelLimits& li
     return levels;
 }
 
-/// An output that is on as long as the object exists.
-class OutputOn {
-  public:
-    OutputOn(const CommandLayer& supply, ORVA::ChannelNumber channel) : supply_(supply), channel_(channel) {
-        CommandLayer::Check(supply_->SetOutputEnabled(channel_, true), "switching the output on");
-    }
-    OutputOn(const OutputOn&) = delete;
-    OutputOn& operator=(const OutputOn&) = delete;
-    ~OutputOn() {
-        if (!off_) {
-            supply_->SetOutputEnabled(channel_, false); // without a check: another failure is on its way
-        }
-    }
-    void SwitchOff() {
-        off_ = true;
-        CommandLayer::Check(supply_->SetOutputEnabled(channel_, false), "SWITCHING THE OUTPUT OFF");
-    }
-
-  private:
-    const CommandLayer& supply_;
-    ORVA::ChannelNumber channel_;
-    bool off_ = false;
-};
-
-Point MeasureAt(const CommandLayer& supply, ORVA::ChannelNumber channel, double set) {
-    const std::string doing = "measuring at " + Fixed(set, 3) + " V";
+Point MeasureAt(const Supply& supply, const std::string& channel, double set) {
     Point point{.set = set, .volts = 0.0, .amperes = 0.0, .watts = 0.0, .limited = false};
-    ORVA::RegulationMode mode{};
-    bool on = false;
-    CommandLayer::Check(supply->GetOutputEnabled(channel, on), doing);
-    if (!on) {
+    if (!supply.IsOn(channel)) {
         throw Failure(ExitCode::SupplyFailed,
                       "the output went off at " + Fixed(set, 3) + " V: a protection tripped (see tarnexctl errors)");
     }
-    CommandLayer::Check(supply->MeasureVoltage(channel, point.volts), doing);
-    CommandLayer::Check(supply->MeasureCurrent(channel, point.amperes), doing);
-    CommandLayer::Check(supply->MeasurePower(channel, point.watts), doing);
-    CommandLayer::Check(supply->GetRegulationMode(channel, mode), doing);
-    point.limited = mode == ORVA::RegulationMode::ConstantCurrent;
+    supply.Call("measuring at " + Fixed(set, 3) + " V", &TARNEXSupply_MeasureAll, channel.c_str(), &point.volts,
+                &point.amperes, &point.watts);
+    point.limited =
+        supply.Read(channel, &TARNEXSupply_GetRegulationMode) == TARNEXSUPPLY_VAL_REGULATION_CONSTANT_CURRENT;
     return point;
 }
 
@@ -122,7 +92,7 @@ class PointWriter {
     }
 
     void Write(const Point& point) {
-        const std::string mode = RegulationText(point.limited);
+        const std::string mode = point.limited ? "CC" : "CV";
         if (json_) {
             Report report({{"set", ""}, {"voltage", ""}, {"current", ""}, {"power", ""}, {"regulation", ""}});
             report.Add({point.set, point.volts, point.amperes, point.watts, mode});
@@ -170,7 +140,6 @@ std::string Draw(const std::vector<Point>& points, const std::string& title, dou
 
 // Arguments, files and the connection are checked first, because their failures leave the output unchanged.
 ExitCode Run(const Options& options, const CommonOptions& common, Console& console) {
-    const auto channel = ChannelNumberOf(options.channel);
     CatchInterrupts();
     SurviveBrokenPipes();
     std::ofstream plot;
@@ -181,35 +150,43 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
         }
     }
     PointWriter writer(options, common, console);
-    const CommandLayer supply(common);
-    const auto levels = Levels(options, supply->GetChannelLimits(channel));
+    const Supply supply(common);
+    const auto name = supply.Channel(options.channel);
+    const char* const channel = name.c_str();
+    ViReal64 minimum = 0.0;
+    ViReal64 maximum = 0.0;
+    ViReal64 ignored = 0.0;
+    supply.Call("reading the limits", &TARNEXSupply_GetLimits, channel, &minimum, &maximum, &ignored, &ignored);
+    const auto levels = Levels(options, minimum, maximum);
 
-    double limit = 0.0;
-    CommandLayer::Check(supply->SetVoltage(channel, levels.front()), "setting the voltage");
+    supply.Call("setting the voltage", &TARNEXSupply_SetVoltage, channel, levels.front());
     if (options.limit) {
-        CommandLayer::Check(supply->SetCurrent(channel, *options.limit), "setting the current limit");
+        supply.Call("setting the current limit", &TARNEXSupply_SetCurrent, channel, *options.limit);
     }
-    CommandLayer::Check(supply->GetCurrent(channel, limit), "reading the current limit");
+    const double limit = supply.Read(name, &TARNEXSupply_GetCurrent);
 
     writer.Begin();
     std::vector<Point> points;
-    OutputOn output(supply, channel);
-    for (const double level : levels) {
-        CommandLayer::Check(supply->SetVoltage(channel, level), "setting the voltage");
-        if (!Wait(options.settle)) {
-            break;
-        }
-        points.push_back(MeasureAt(supply, channel, level));
-        writer.Write(points.back());
-        console.ShowProgress(static_cast<double>(points.size()) / static_cast<double>(levels.size()),
-                             std::to_string(points.size()) + '/' + std::to_string(levels.size()) + "  " +
-                                 Fixed(level, 3) + " V");
+    if (!Interrupted()) {
+        OffAfterwards(supply, name, options.giveUp, [&] {
+            supply.Call("switching the output on", &TARNEXSupply_SetOutputEnabled, channel, ViBoolean{VI_TRUE});
+            for (const double level : levels) {
+                supply.Call("setting the voltage", &TARNEXSupply_SetVoltage, channel, level);
+                if (!Wait(options.settle)) {
+                    break;
+                }
+                points.push_back(MeasureAt(supply, name, level));
+                writer.Write(points.back());
+                console.ShowProgress(static_cast<double>(points.size()) / static_cast<double>(levels.size()),
+                                     std::to_string(points.size()) + '/' + std::to_string(levels.size()) + "  " +
+                                         Fixed(level, 3) + " V");
+            }
+        });
     }
-    output.SwitchOff();
     console.ClearProgress();
 
     if (!options.plot.empty() && !points.empty()) {
-        const auto title = supply->GetIdentity()->model + ", " + ChannelName(options.channel);
+        const auto title = supply.Text(TARNEX_ATTR_INSTRUMENT_MODEL) + ", " + name;
         if (!(plot << Draw(points, title, limit) << std::flush)) {
             throw Failure(ExitCode::FileFailed, options.plot + " cannot be written");
         }
@@ -235,6 +212,7 @@ Action Declare(CLI::App& app) {
         ->check(Between(0.0, 3600.0));
     app.add_option("--csv", options->csv, "write the points here instead of on standard output")->type_name("FILE");
     app.add_option("--plot", options->plot, "draw the curves into this SVG file")->type_name("FILE");
+    DeclareGiveUp(app, options->giveUp);
     return [options](const CommonOptions& common, Console& console) { return Run(*options, common, console); };
 }
 

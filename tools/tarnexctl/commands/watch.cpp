@@ -31,9 +31,9 @@ std::string InPlace(const std::string& table, std::size_t lines) {
 // Ctrl-C is the usual end of this command, so it is not a failure.
 ExitCode Run(const Options& options, const CommonOptions& common, Console& console) {
     using Clock = std::chrono::steady_clock;
-    const auto channels = ChannelNumbersOr(options.channels);
     CatchInterrupts();
-    const CommandLayer supply(common);
+    const Supply supply(common);
+    const auto channels = supply.Channels(options.channels);
     Report report = ReadingsReport();
     const auto start = Clock::now();
     const auto elapsed = [&] { // s, rounded down to milliseconds

@@ -1,0 +1,141 @@
+#include "tools/tarnexctl/supply.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <iostream>
+
+#include "tools/tarnexctl/number_text.h"
+#include "tools/tarnexctl/safe_text.h"
+
+namespace tarnexctl {
+
+namespace {
+
+constexpr std::size_t kTextSize = 4096; // the longest text that the driver returns
+
+ViInt32 ToMilliseconds(double seconds) { return static_cast<ViInt32>(std::lround(seconds * 1000.0)); }
+
+/// Replaces channel numbers by physical names, also in a list: "1,2".
+std::string Selector(const std::string& given) {
+    std::string selector;
+    std::size_t from = 0;
+    for (;;) {
+        const auto comma = std::min(given.find(',', from), given.size());
+        const auto item = given.substr(from, comma - from);
+        const bool isNumber = item == "1" || item == "2";
+        selector += (from == 0 ? "" : ",") + (isNumber ? "OutputChannel" + item : item);
+        if (comma == given.size()) {
+            return selector;
+        }
+        from = comma + 1;
+    }
+}
+
+} // namespace
+
+Supply::Supply(const CommonOptions& common) {
+    Check(TARNEXSupply_Open(common.resource.c_str(), common.options.c_str(), ToMilliseconds(common.timeout), &session_),
+          "opening " + common.resource);
+    const auto opened = Text(TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR);
+    if (opened != common.resource) {
+        std::cerr << "tarnexctl: the configuration store maps " + Printable(common.resource) + " to " +
+                         Printable(opened) + '\n';
+    }
+}
+
+std::string Supply::Description(ViStatus status) const {
+    std::array<ViChar, kTextSize> text{};
+    TARNEX_GetError(session_, nullptr, static_cast<ViInt32>(text.size()), text.data());
+    if (text.front() == '\0' && TARNEXSupply_ErrorMessage(status, text.data()) < 0) {
+        return "unknown status";
+    }
+    return text.data();
+}
+
+void Supply::Check(ViStatus status, const std::string& doing) const {
+    if (status < VI_SUCCESS) {
+        throw StatusFailure(doing, status, Description(status));
+    }
+}
+
+std::vector<std::string> Supply::Channels(const std::vector<std::string>& given) const {
+    std::vector<ViInt32> numbers;
+    for (const auto& element : given) {
+        std::array<ViInt32, TARNEXSUPPLY_CHANNEL_COUNT> selected{};
+        ViInt32 count = 0;
+        Check(TARNEXSupply_ResolveChannels(session_, Selector(element).c_str(), TARNEXSUPPLY_CHANNEL_COUNT,
+                                           selected.data(), &count),
+              "channel '" + element + "'");
+        numbers.insert(numbers.end(), selected.begin(), selected.begin() + count);
+    }
+    for (ViInt32 number = 1; given.empty() && number <= TARNEXSUPPLY_CHANNEL_COUNT; ++number) {
+        numbers.push_back(number);
+    }
+    std::vector<std::string> names;
+    for (const auto number : numbers) {
+        std::array<ViChar, kTextSize> name{};
+        Check(TARNEX_GetChannelName(session_, number, static_cast<ViInt32>(name.size()), name.data()),
+              "reading the name of a channel");
+        names.emplace_back(name.data());
+    }
+    return names;
+}
+
+std::string Supply::Channel(const std::string& given) const {
+    const auto names = Channels({given});
+    if (names.size() != 1) {
+        throw Failure(ExitCode::Usage, "channel '" + given + "': this command takes exactly one channel");
+    }
+    return names.front();
+}
+
+bool Supply::IsSimulated() const {
+    ViBoolean simulated = VI_FALSE;
+    Check(TARNEX_GetAttributeViBoolean(session_, "", TARNEX_ATTR_SIMULATE, &simulated), "reading the options");
+    return simulated != VI_FALSE;
+}
+
+void Supply::ExpectOutput(const std::string& channel, bool on) const {
+    ExpectSwitch(channel, "the output of " + channel, &TARNEXSupply_GetOutputEnabled, on);
+}
+
+void Supply::ExpectSwitch(const std::string& channel, const std::string& what,
+                          ViStatus (*function)(ViSession, ViConstString, ViBoolean*), bool expected) const {
+    if (!IsSimulated() && (Read(channel, function) != VI_FALSE) != expected) {
+        throw Failure(ExitCode::SupplyFailed,
+                      what + " is " + (expected ? "off" : "on") +
+                          (expected ? ": a protection tripped, or the instrument did not execute the command"
+                                    : ": the instrument did not execute the command"));
+    }
+}
+
+void Supply::ExpectLevel(const std::string& channel, const std::string& what,
+                         ViStatus (*function)(ViSession, ViConstString, ViReal64*), double expected) const {
+    constexpr double kResolution = 0.005; // V or A
+    if (IsSimulated()) {
+        return;
+    }
+    const double level = Read(channel, function);
+    if (!(std::abs(level - expected) <= kResolution)) {
+        throw Failure(ExitCode::SupplyFailed, what + " is " + Fixed(level, 3) + ", not " + Fixed(expected, 3) +
+                                                  ": the instrument did not execute the command");
+    }
+}
+
+std::string Supply::Text(ViAttr attribute) const {
+    std::array<ViChar, kTextSize> text{};
+    Check(TARNEX_GetAttributeViString(session_, "", attribute, static_cast<ViInt32>(text.size()), text.data()),
+          "reading a text");
+    return text.data();
+}
+
+void Supply::EnsureOff(const std::string& channel, double giveUp, const std::string& earlier) const {
+    const auto status = TARNEXSupply_EnsureOff(session_, channel.c_str(), ToMilliseconds(giveUp));
+    if (status < VI_SUCCESS) {
+        throw Failure(ExitCode::MayStillBeOn, earlier.empty() ? "switching " + channel + " off failed" : earlier,
+                      "OUTPUT " + channel + " MAY STILL BE ON: " + Description(status));
+    }
+}
+
+} // namespace tarnexctl
