@@ -12,6 +12,7 @@
 #include "bench/report.h"
 #include "bench/samples.h"
 #include "include/TARNEX.h"
+#include "include/TARNEX_supply.h"
 
 namespace {
 
@@ -55,6 +56,11 @@ void HandwrittenGet(benchmark::State& state) {
     Repeat(state, [&] { return HandwrittenGetVoltage(1, &value); });
 }
 
+void HandwrittenMeasure(benchmark::State& state) {
+    double value = 0.0;
+    Repeat(state, [&] { return HandwrittenMeasureVoltage(1, &value); });
+}
+
 void Configure(benchmark::State& state) {
     const auto vi = Open();
     Repeat(state, [=] { return TARNEX_ConfigureVoltageLevel(vi, kFirst, NextLevel()); });
@@ -71,6 +77,13 @@ void Measure(benchmark::State& state) {
     const auto vi = Open();
     ViReal64 value = 0.0;
     Repeat(state, [&] { return TARNEX_Measure(vi, kFirst, TARNEX_VAL_MEASURE_VOLTAGE, &value); });
+    TARNEX_close(vi);
+}
+
+void SupplyMeasure(benchmark::State& state) {
+    const auto vi = Open();
+    ViReal64 value = 0.0;
+    Repeat(state, [&] { return TARNEXSupply_MeasureVoltage(vi, kFirst, &value); });
     TARNEX_close(vi);
 }
 
@@ -112,9 +125,11 @@ void RunInterleaved(Medians& medians) {
     for (const auto& [name, function] : std::vector<std::pair<const char*, void (*)(benchmark::State&)>>{
              {"HandwrittenSet", HandwrittenSet},
              {"HandwrittenGet", HandwrittenGet},
+             {"HandwrittenMeasure", HandwrittenMeasure},
              {"Configure", Configure},
              {"ConfigureBoth", ConfigureBoth},
              {"Measure", Measure},
+             {"SupplyMeasure", SupplyMeasure},
              {"SetAttribute", SetAttribute},
              {"GetAttribute", GetAttribute},
          }) {
@@ -231,6 +246,7 @@ int main() {
     byHand("TARNEX_SetAttributeViReal64", "SetAttribute", "HandwrittenSet");
     byHand("TARNEX_GetAttributeViReal64", "GetAttribute", "HandwrittenGet");
     byHand("TARNEX_Measure", "Measure", "HandwrittenGet");
+    byHand("TARNEXSupply_MeasureVoltage", "SupplyMeasure", "HandwrittenMeasure");
     report.AtMostTimes("TARNEX_ConfigureVoltageLevel, two channels", medians.Of("ConfigureBoth"), "one channel",
                        medians.Of("Configure"), "ns", 1.9);
     constexpr double kNanosecondsPerSecond = 1e9;

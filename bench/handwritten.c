@@ -38,22 +38,26 @@ int HandwrittenSetVoltage(int channel, double level) {
     return status;
 }
 
-int HandwrittenGetVoltage(int channel, double* level) {
+static int Query(const char* format, int channel, double* value) {
     char line[64];
     char reply[1025];
     uint32_t count = 0;
     int32_t status = 0;
     int length = 0;
     pthread_mutex_lock(&mutex);
-    length = snprintf(line, sizeof line, ":SOUR%d:VOLT?\n", channel);
+    length = snprintf(line, sizeof line, format, channel);
     status = viWrite(instrument, (const unsigned char*)line, (uint32_t)length, &count);
     if (status >= 0) {
         status = viRead(instrument, (unsigned char*)reply, sizeof reply - 1, &count);
     }
     if (status >= 0) {
         reply[count] = '\0';
-        *level = strtod(reply, NULL);
+        *value = strtod(reply, NULL);
     }
     pthread_mutex_unlock(&mutex);
     return status;
 }
+
+int HandwrittenGetVoltage(int channel, double* level) { return Query(":SOUR%d:VOLT?\n", channel, level); }
+
+int HandwrittenMeasureVoltage(int channel, double* volts) { return Query(":MEAS:VOLT? CH%d\n", channel, volts); }

@@ -9,9 +9,10 @@ extern "C" {
 
 void HandwrittenOpen(void);
 
-/* Both return VISA's status. */
+/* All return VISA's status. */
 int HandwrittenSetVoltage(int channel, double level);
 int HandwrittenGetVoltage(int channel, double* level);
+int HandwrittenMeasureVoltage(int channel, double* volts);
 
 #ifdef __cplusplus
 }

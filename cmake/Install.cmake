@@ -1,5 +1,6 @@
 # The installed files, and the package of find_package(TARNEX):
 #   TARNEX::TARNEX      the driver's shared library with its header
+#   TARNEX::supply      the supply library with its header, and the driver
 #   TARNEX::instrument  the command layer, a static library for C++ programs
 # The built-in platform runtime is installed into a folder of its own, where the driver finds it by its run path. Other
 # programs do not find it, so it never shadows a vendor's libraries.
@@ -15,6 +16,7 @@ set(runtime_folder ${CMAKE_INSTALL_LIBDIR}/tarnex)
 set(layer_includes ${CMAKE_INSTALL_INCLUDEDIR}/tarnex)
 
 set_target_properties(TARNEX PROPERTIES INSTALL_RPATH "$ORIGIN/tarnex")
+set_target_properties(TARNEX_supply PROPERTIES INSTALL_RPATH "$ORIGIN;$ORIGIN/tarnex" EXPORT_NAME supply)
 set_target_properties(tarnex_instrument PROPERTIES EXPORT_NAME instrument)
 set_target_properties(tarnex_headers PROPERTIES EXPORT_NAME headers)
 
@@ -28,12 +30,14 @@ endforeach()
 install(FILES ${PROJECT_SOURCE_DIR}/platform/vi_types.h ${PROJECT_SOURCE_DIR}/platform/visa.h
               ${PROJECT_SOURCE_DIR}/platform/session_service.h
         DESTINATION ${layer_includes}/platform)
-install(FILES ${PROJECT_SOURCE_DIR}/include/TARNEX.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/include/TARNEX.h ${PROJECT_SOURCE_DIR}/include/TARNEX_supply.h
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 # The folder of Debian's Python when the prefix is /usr. The module finds the library relative to it.
 install(FILES ${PROJECT_SOURCE_DIR}/python/tarnex.py DESTINATION lib/python3/dist-packages)
 
-install(TARGETS TARNEX tarnex_headers tarnex_text tarnex_status tarnex_visa_io tarnex_instrument EXPORT TARNEXTargets
+install(TARGETS TARNEX TARNEX_supply tarnex_headers tarnex_text tarnex_status tarnex_visa_io tarnex_instrument
+        EXPORT TARNEXTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 set(runtime tarnex_session_service tarnex_config_server)
 if(TARNEX_VISA STREQUAL "builtin")

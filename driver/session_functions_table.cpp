@@ -26,8 +26,8 @@ ViStatus WithoutExceptions(const Body& body) noexcept {
 
 ViStatus ExpandSelector(void* session, ViConstString selector, ViBoolean single, ViUInt32* channels, ViUInt32 capacity,
                         ViUInt32* count) {
-    return WithoutExceptions([&]() -> ViStatus {
-        auto& target = SessionOf(session);
+    auto& target = SessionOf(session);
+    const auto expand = [&]() -> ViStatus {
         *count = 0;
         if (single != VI_FALSE) {
             OutputChannelName name;
@@ -47,7 +47,14 @@ ViStatus ExpandSelector(void* session, ViConstString selector, ViBoolean single,
             }
         }
         return status;
-    });
+    };
+    try {
+        return expand();
+    } catch (const std::bad_alloc&) {
+        return target.Record(IVI_ERROR_OUT_OF_MEMORY);
+    } catch (const std::exception&) {
+        return target.Record(IVI_ERROR_CANNOT_RECOVER);
+    }
 }
 
 /// Runs `body(connection)`; VI_ERROR_INV_OBJECT without a connection.
@@ -81,7 +88,10 @@ const SessionFunctions kSessionFunctions{
                 return status;
             });
         },
-    .checkStatus = [](void* session) { return WithoutExceptions([&] { return SessionOf(session).CheckStatus(); }); },
+    .checksStatus = [](void* session) -> ViBoolean {
+        const auto& flags = SessionOf(session).Flags();
+        return flags.queryInstrumentStatus && !flags.simulate ? VI_TRUE : VI_FALSE;
+    },
     .getTimeout = [](void* session) { return SessionOf(session).Instrument().GetTimeout(); },
     .setTimeout =
         [](void* session, ViUInt32 milliseconds) {

@@ -17,7 +17,7 @@ inline constexpr std::uint64_t kSessionTag = 0x3173'7865'6E72'6174; // "tarnexs1
 inline constexpr std::uint32_t kSessionInterfaceVersion = 1;
 
 /// The first argument is always SessionExtension::session. The caller must hold the session's lock. A negative status
-/// of `expand` and `checkStatus` has been recorded on the session; others have not.
+/// of `expand` has been recorded on the session; others have not.
 struct SessionFunctions {
     /// Expands a selector to channel numbers. `capacity` is the size of `channels`; `single` refuses more than one
     /// channel.
@@ -29,8 +29,8 @@ struct SessionFunctions {
     ViStatus (*write)(void* session, const char* line, std::size_t size);
     /// Receives one reply, which is valid until the next call; returns VISA's status.
     ViStatus (*read)(void* session, const char** reply, std::size_t* size);
-    /// Checks the instrument's event status when the session is set to do so.
-    ViStatus (*checkStatus)(void* session);
+    /// Whether the instrument's event status is to be checked after a call.
+    ViBoolean (*checksStatus)(void* session);
     ViUInt32 (*getTimeout)(void* session); ///< ms
     ViStatus (*setTimeout)(void* session, ViUInt32 milliseconds);
     /// VI_FALSE after an exchange that failed or whose reply was malformed.

@@ -16,6 +16,8 @@ class SessionLock {
         }
     }
     [[nodiscard]] ViStatus Status() const { return status_; }
+    /// Gives up the ownership after the handle, and with it the lock, has been disposed of.
+    void Release() { status_ = IVI_ERROR_INVALID_SESSION_HANDLE; }
 
   private:
     ViSession vi_;

@@ -15,7 +15,8 @@
  *   the channels before it changed.
  * - Switches: VI_FALSE is off, any other value is on; results are VI_TRUE or VI_FALSE.
  * - Values outside a channel's limits, NaN, infinities, unknown enumeration values and negative indexes are
- *   TARNEX_ERROR_INVALID_PARAMETER; nothing is sent. A null pointer for a result is TARNEX_ERROR_NULL_POINTER.
+ *   TARNEX_ERROR_INVALID_PARAMETER; nothing is sent. The limits are not checked in simulation. A null pointer for a
+ * result is TARNEX_ERROR_NULL_POINTER.
  * - Results are written only on success.
  * - A time-out is TARNEX_ERROR_IO_TIMEOUT, another failed exchange TARNEX_ERROR_IO, and a malformed reply
  *   TARNEX_ERROR_UNEXPECTED_RESPONSE.
@@ -133,7 +134,7 @@ extern "C" {
  *
  * @param name       VISA resource string; null counts as empty.
  * @param options    Option string; null counts as empty.
- * @param timeoutMs  I/O time-out in ms, for opening too; 0 keeps the driver's 2000 ms for opening and afterwards.
+ * @param timeoutMs  I/O time-out in ms after the opening, which itself has 2000 ms per exchange; 0 keeps 2000 ms.
  * @param vi         The handle; 0 on failure. Not null.
  *
  * On failure the error is in the record of the calling thread: TARNEX_GetError(VI_NULL, ...). An earlier record of the
@@ -142,7 +143,7 @@ extern "C" {
 ViStatus _VI_FUNC TARNEXSupply_Open(ViConstString name, ViConstString options, ViInt32 timeoutMs, ViSession* vi);
 
 /** Closes a session as TARNEX_close, and lets no exception through. Waits for a call that another thread has under way.
- */
+ * A call that waits for the lock meanwhile returns TARNEX_ERROR_INVALID_SESSION_HANDLE. */
 ViStatus _VI_FUNC TARNEXSupply_Close(ViSession vi);
 
 /** Reads the I/O time-out in ms. */
@@ -150,14 +151,15 @@ ViStatus _VI_FUNC TARNEXSupply_GetTimeout(ViSession vi, ViInt32* timeoutMs);
 /** Sets the I/O time-out in ms, at least 1. */
 ViStatus _VI_FUNC TARNEXSupply_SetTimeout(ViSession vi, ViInt32 timeoutMs);
 
-/** Sends a command as it is, without a reply. */
+/** Sends a command as it is, without a reply. After a command that contains a question mark the next call brings the
+ * connection back into step, because nothing has read the reply. */
 ViStatus _VI_FUNC TARNEXSupply_Write(ViSession vi, ViConstString command);
 
 /**
- * Sends a command as it is and reads its reply, without the line feed.
+ * Sends a command as it is and reads its reply, without the line end. A simulated instrument replies with empty text.
  *
  * @param bufferSize  Size of reply in bytes. A longer reply is truncated, and the required size is returned; a reply
- * has at most 1023 characters.
+ * has at most 1023 characters, and a longer one is TARNEX_ERROR_UNEXPECTED_RESPONSE.
  */
 ViStatus _VI_FUNC TARNEXSupply_Query(ViSession vi, ViConstString command, ViInt32 bufferSize, ViChar reply[]);
 

@@ -317,6 +317,18 @@ class InstBase {
         return status;
     }
 
+    /// Whether a reply must be a value as a whole. The driver's instruments accept a value with text behind it and take
+    /// an unknown keyword for the lowest value; strict ones throw std::invalid_argument.
+    [[nodiscard]] virtual bool IsStrict() const { return false; }
+
+    /// Returns `reply`. Throws std::invalid_argument when the instrument is strict and `isWhole` refuses the reply.
+    std::string_view Checked(std::string_view reply, bool (*isWhole)(std::string_view)) const {
+        if (IsStrict() && !isWhole(reply)) {
+            throw std::invalid_argument("malformed reply");
+        }
+        return reply;
+    }
+
     std::shared_ptr<OpenVisa::VisaIO> connection_;
     std::shared_ptr<Identity> identity_;
 
@@ -330,10 +342,6 @@ class InstBase {
     virtual void AnnounceFields(std::size_t expected);
 
     static ViStatus IoStatus(ViStatus visaStatus) { return visaStatus < 0 ? DRIVER_ERROR_IO : visaStatus; }
-
-    /// Whether a reply must be a value as a whole. The driver's instruments accept a value with text behind it and take
-    /// an unknown keyword for the lowest value; strict ones throw std::invalid_argument.
-    [[nodiscard]] virtual bool IsStrict() const { return false; }
 
     void Parse(std::string_view reply, bool& value) const {
         value = Visa::parseBool(Checked(reply, Visa::isWholeBool));
@@ -353,13 +361,6 @@ class InstBase {
     auto StoreIn(T& value) const {
         return [this, &value](std::string_view reply) { Parse(reply, value); };
     }
-    std::string_view Checked(std::string_view reply, bool (*isWhole)(std::string_view)) const {
-        if (IsStrict() && !isWhole(reply)) {
-            throw std::invalid_argument("malformed reply");
-        }
-        return reply;
-    }
-
     // The texts of the current exchange. They are members so that their memory is reused.
     std::string line_;
     std::string reply_;

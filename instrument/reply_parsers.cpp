@@ -19,9 +19,18 @@ constexpr bool IsOfSwitch(char c) { return c == 'O' || c == 'N' || c == 'F' || c
 constexpr bool IsOfInteger(char c) { return text::IsDigit(c) || c == '+' || c == '-'; }
 constexpr bool IsOfReal(char c) { return IsOfInteger(c) || c == '.' || c == 'E' || c == 'e'; }
 
-template <typename Predicate>
-bool IsWhole(std::string_view reply, Predicate accept) {
-    return text::IsBlank(reply.substr(PrefixOf(reply, accept).size()));
+/// Removes a sign from the front.
+void SkipSign(std::string_view& text) {
+    if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
+        text.remove_prefix(1);
+    }
+}
+
+/// Removes digits from the front. Returns whether there were any.
+bool SkipDigits(std::string_view& text) {
+    const auto digits = PrefixOf(text, text::IsDigit);
+    text.remove_prefix(digits.size());
+    return !digits.empty();
 }
 
 } // namespace
@@ -41,9 +50,27 @@ std::int32_t parseInt(std::string_view reply) { return text::ToInt(PrefixOf(repl
 
 double parseDouble(std::string_view reply) { return text::ToReal(PrefixOf(reply, IsOfReal)); }
 
-bool isWholeBool(std::string_view reply) { return IsWhole(reply, IsOfSwitch); }
-bool isWholeInt(std::string_view reply) { return IsWhole(reply, IsOfInteger); }
-bool isWholeDouble(std::string_view reply) { return IsWhole(reply, IsOfReal); }
+bool isWholeBool(std::string_view reply) { return text::IsBlank(reply.substr(PrefixOf(reply, IsOfSwitch).size())); }
+
+bool isWholeInt(std::string_view reply) {
+    SkipSign(reply);
+    return SkipDigits(reply) && text::IsBlank(reply);
+}
+
+bool isWholeDouble(std::string_view reply) {
+    SkipSign(reply);
+    bool hasDigits = SkipDigits(reply);
+    if (!reply.empty() && reply.front() == '.') {
+        reply.remove_prefix(1);
+        hasDigits = SkipDigits(reply) || hasDigits;
+    }
+    if (hasDigits && !reply.empty() && text::ToUpper(reply.front()) == 'E') {
+        reply.remove_prefix(1);
+        SkipSign(reply);
+        hasDigits = SkipDigits(reply);
+    }
+    return hasDigits && text::IsBlank(reply);
+}
 
 std::string toUpper(std::string_view text) {
     std::string upper(text);

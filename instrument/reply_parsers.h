@@ -21,7 +21,8 @@ std::int32_t parseInt(std::string_view reply);
 /// Converts the longest prefix of digits, signs, "." and exponent letters. Throws the exceptions of text::ToReal.
 double parseDouble(std::string_view reply);
 
-// Whether the parsers above convert the whole reply, except for white space at its end.
+// Whether the parsers above convert the whole reply, except for white space at its end. isWholeInt and isWholeDouble
+// also refuse several numbers in a row ("1-2", "1.5.2"), of which the parsers convert the first.
 bool isWholeBool(std::string_view reply);
 bool isWholeInt(std::string_view reply);
 bool isWholeDouble(std::string_view reply);

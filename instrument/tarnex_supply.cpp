@@ -1,5 +1,6 @@
 #include "instrument/tarnex_supply.h"
 
+#include "text/characters.h"
 #include "text/numbers.h"
 #include "visa_io/visa_factory.h"
 
@@ -71,37 +72,52 @@ ViStatus TARNEX::Reopen() {
 }
 
 ViStatus TARNEX::VerifyIdentity() {
-    // Over a serial line, replies to commands from before a reopening may still arrive.
+    // Over a serial line, replies to commands from before a reopening may still arrive, those to earlier checks
+    // included.
     constexpr int kMostLateReplies = 100;
+    constexpr std::string_view kSerial = "ASRL";
+    if (!text::EqualIgnoringCase(std::string_view(resource_).substr(0, kSerial.size()), kSerial)) {
+        identitiesDue_ = 0;
+    }
     connection_->setInStep(false);
     auto status = Write("*IDN?");
-    bool answered = false;
-    for (int i = 0; status >= 0 && i < kMostLateReplies; ++i) {
+    identitiesDue_ += status >= 0 ? 1 : 0;
+    bool same = false;
+    bool other = false;
+    for (int i = 0; status >= 0 && identitiesDue_ > 0 && i < kMostLateReplies; ++i) {
         std::string reply;
         Identity identity;
         status = connection_->read(reply);
         if (status >= 0 && ParseIdentity(reply, identity)) {
-            if (identity == *identity_) {
-                connection_->setInStep(true);
-                return VI_SUCCESS;
-            }
-            answered = true;
+            --identitiesDue_;
+            same = identity == *identity_;
+            other = !same;
         }
     }
-    return answered || status >= 0 ? IVI_ERROR_ID_QUERY_FAILED : status;
+    // After one reply and silence for a whole time-out, those still due were lost when the line was reopened.
+    if (same && (identitiesDue_ == 0 || status < 0)) {
+        identitiesDue_ = 0;
+        connection_->setInStep(true);
+        return VI_SUCCESS;
+    }
+    return other || status >= 0 ? IVI_ERROR_ID_QUERY_FAILED : status;
 }
 
 ViStatus TARNEX::QueryEventStatus(std::uint32_t& value) {
-    return Ask([&](std::string_view reply) { value = static_cast<std::uint32_t>(text::ToLong(reply)); }, "*ESR?");
+    return Ask(
+        [&](std::string_view reply) {
+            value = static_cast<std::uint32_t>(text::ToLong(Checked(reply, Visa::isWholeInt)));
+        },
+        "*ESR?");
 }
 
 ViStatus TARNEX::QueryQuestionableCondition(ChannelNumber ch, std::int32_t& value) {
-    return Ask([&](std::string_view reply) { value = text::ToInt(reply); },
+    return Ask([&](std::string_view reply) { value = text::ToInt(Checked(reply, Visa::isWholeInt)); },
                NumberedHeader{":STATus:QUEStionable:INSTrument:ISUMmary", ch, ":CONDition?"});
 }
 
 ViStatus TARNEX::QueryQuestionableEvent(ChannelNumber ch, std::int32_t& value) {
-    return Ask([&](std::string_view reply) { value = text::ToInt(reply); },
+    return Ask([&](std::string_view reply) { value = text::ToInt(Checked(reply, Visa::isWholeInt)); },
                NumberedHeader{":STATus:QUEStionable:INSTrument:ISUMmary", ch, ":EVENt?"});
 }
 
@@ -109,6 +125,9 @@ ViStatus TARNEX::QueryQuestionableEvent(ChannelNumber ch, std::int32_t& value) {
 ViStatus TARNEX::GetSelectedChannel(ChannelNumber& ch) {
     std::string reply;
     const auto status = Get(":INST:SELE?", reply);
+    if (status >= 0) {
+        Checked(reply, IsKeyword<Channel>);
+    }
     ch = static_cast<ChannelNumber>(ValueOf<Channel>(reply));
     return status;
 }

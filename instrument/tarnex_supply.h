@@ -206,6 +206,7 @@ class TARNEX : public InstBase {
     static bool ParseIdentity(std::string_view reply, Identity& identity);
 
     std::string resource_;
+    int identitiesDue_ = 0;                 // replies to "*IDN?" of VerifyIdentity that have not been received
     OpenVisa::ConnectionSettings settings_; // of the next open; the time-out is the current one
     bool idQuery_ = false;
     bool reset_ = false;

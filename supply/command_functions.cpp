@@ -5,6 +5,7 @@
 #include "supply/operation.h"
 
 using ORVA::InstBase;
+using supply::Index;
 using supply::OnChannel;
 using supply::OnChannels;
 using supply::OnSupply;
@@ -83,11 +84,11 @@ ViStatus _VI_FUNC TARNEXSupply_GetListCycles(ViSession vi, ViInt32* cycles) { re
 ViStatus _VI_FUNC TARNEXSupply_SetListEndState(ViSession vi, ViInt32 state) { return OnSupply<&InstBase::SetListEndState>({vi, __func__}, state); }
 ViStatus _VI_FUNC TARNEXSupply_GetListEndState(ViSession vi, ViInt32* state) { return OnSupply<&InstBase::GetListEndState>({vi, __func__, "state"}, state); }
 ViStatus _VI_FUNC TARNEXSupply_GetListGroupCount(ViSession vi, ViInt32* count) { return OnSupply<&InstBase::GetListGroupCount>({vi, __func__, "count"}, count); }
-ViStatus _VI_FUNC TARNEXSupply_InsertListGroup(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::InsertListGroup>({vi, __func__}, index); }
-ViStatus _VI_FUNC TARNEXSupply_DeleteListGroup(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::DeleteListGroup>({vi, __func__}, index); }
+ViStatus _VI_FUNC TARNEXSupply_InsertListGroup(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::InsertListGroup>({vi, __func__}, Index{index}); }
+ViStatus _VI_FUNC TARNEXSupply_DeleteListGroup(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::DeleteListGroup>({vi, __func__}, Index{index}); }
 ViStatus _VI_FUNC TARNEXSupply_ClearListGroups(ViSession vi) { return OnSupply<&InstBase::ClearListGroups>({vi, __func__}); }
-ViStatus _VI_FUNC TARNEXSupply_SetListGroup(ViSession vi, ViInt32 index, ViReal64 first, ViReal64 second, ViReal64 third) { return OnSupply<&InstBase::SetListGroup>({vi, __func__}, index, first, second, third); }
-ViStatus _VI_FUNC TARNEXSupply_GetListGroup(ViSession vi, ViInt32 index, ViReal64* first, ViReal64* second, ViReal64* third) { return OnSupply<&InstBase::GetListGroup>({vi, __func__, "first, second, third"}, index, first, second, third); }
+ViStatus _VI_FUNC TARNEXSupply_SetListGroup(ViSession vi, ViInt32 index, ViReal64 first, ViReal64 second, ViReal64 third) { return OnSupply<&InstBase::SetListGroup>({vi, __func__}, Index{index}, first, second, third); }
+ViStatus _VI_FUNC TARNEXSupply_GetListGroup(ViSession vi, ViInt32 index, ViReal64* first, ViReal64* second, ViReal64* third) { return OnSupply<&InstBase::GetListGroup>({vi, __func__, "first, second, third"}, Index{index}, first, second, third); }
 
 // --- List templates
 ViStatus _VI_FUNC TARNEXSupply_SetListTemplate(ViSession vi, ViInt32 shape) { return OnSupply<&InstBase::SetListTemplate>({vi, __func__}, shape); }
@@ -119,7 +120,7 @@ ViStatus _VI_FUNC TARNEXSupply_GetListTemplateExpPower(ViSession vi, ViInt32* va
 ViStatus _VI_FUNC TARNEXSupply_SetListTemplateExpRate(ViSession vi, ViInt32 value) { return OnSupply<&InstBase::SetListTemplateExpRate>({vi, __func__}, value); }
 ViStatus _VI_FUNC TARNEXSupply_GetListTemplateExpRate(ViSession vi, ViInt32* value) { return OnSupply<&InstBase::GetListTemplateExpRate>({vi, __func__, "value"}, value); }
 ViStatus _VI_FUNC TARNEXSupply_GetListTemplatePoints(ViSession vi, ViInt32* points) { return OnSupply<&InstBase::GetListTemplatePoints>({vi, __func__, "points"}, points); }
-ViStatus _VI_FUNC TARNEXSupply_ConstructListTemplate(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::ConstructListTemplate>({vi, __func__}, index); }
+ViStatus _VI_FUNC TARNEXSupply_ConstructListTemplate(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::ConstructListTemplate>({vi, __func__}, Index{index}); }
 
 // --- Delay mode
 ViStatus _VI_FUNC TARNEXSupply_SetDelayEnabled(ViSession vi, ViBoolean enabled) { return OnSupply<&InstBase::SetDelayEnabled>({vi, __func__}, enabled); }
@@ -130,11 +131,11 @@ ViStatus _VI_FUNC TARNEXSupply_GetDelayCycles(ViSession vi, ViInt32* cycles) { r
 ViStatus _VI_FUNC TARNEXSupply_SetDelayEndState(ViSession vi, ViInt32 state) { return OnSupply<&InstBase::SetDelayEndState>({vi, __func__}, state); }
 ViStatus _VI_FUNC TARNEXSupply_GetDelayEndState(ViSession vi, ViInt32* state) { return OnSupply<&InstBase::GetDelayEndState>({vi, __func__, "state"}, state); }
 ViStatus _VI_FUNC TARNEXSupply_GetDelayGroupCount(ViSession vi, ViInt32* count) { return OnSupply<&InstBase::GetDelayGroupCount>({vi, __func__, "count"}, count); }
-ViStatus _VI_FUNC TARNEXSupply_InsertDelayGroup(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::InsertDelayGroup>({vi, __func__}, index); }
-ViStatus _VI_FUNC TARNEXSupply_DeleteDelayGroup(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::DeleteDelayGroup>({vi, __func__}, index); }
+ViStatus _VI_FUNC TARNEXSupply_InsertDelayGroup(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::InsertDelayGroup>({vi, __func__}, Index{index}); }
+ViStatus _VI_FUNC TARNEXSupply_DeleteDelayGroup(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::DeleteDelayGroup>({vi, __func__}, Index{index}); }
 ViStatus _VI_FUNC TARNEXSupply_ClearDelayGroups(ViSession vi) { return OnSupply<&InstBase::ClearDelayGroups>({vi, __func__}); }
-ViStatus _VI_FUNC TARNEXSupply_SetDelayGroup(ViSession vi, ViInt32 index, ViBoolean enabled, ViReal64 seconds) { return OnSupply<&InstBase::SetDelayGroup>({vi, __func__}, index, enabled, seconds); }
-ViStatus _VI_FUNC TARNEXSupply_GetDelayGroup(ViSession vi, ViInt32 index, ViBoolean* enabled, ViReal64* seconds) { return OnSupply<&InstBase::GetDelayGroup>({vi, __func__, "enabled, seconds"}, index, enabled, seconds); }
+ViStatus _VI_FUNC TARNEXSupply_SetDelayGroup(ViSession vi, ViInt32 index, ViBoolean enabled, ViReal64 seconds) { return OnSupply<&InstBase::SetDelayGroup>({vi, __func__}, Index{index}, enabled, seconds); }
+ViStatus _VI_FUNC TARNEXSupply_GetDelayGroup(ViSession vi, ViInt32 index, ViBoolean* enabled, ViReal64* seconds) { return OnSupply<&InstBase::GetDelayGroup>({vi, __func__, "enabled, seconds"}, Index{index}, enabled, seconds); }
 
 // --- Delay patterns
 ViStatus _VI_FUNC TARNEXSupply_SetDelayGenerateMode(ViSession vi, ViInt32 mode) { return OnSupply<&InstBase::SetDelayGenerateMode>({vi, __func__}, mode); }
@@ -151,7 +152,7 @@ ViStatus _VI_FUNC TARNEXSupply_SetDelayBaseTime(ViSession vi, ViReal64 seconds) 
 ViStatus _VI_FUNC TARNEXSupply_GetDelayBaseTime(ViSession vi, ViReal64* seconds) { return OnSupply<&InstBase::GetDelayBaseTime>({vi, __func__, "seconds"}, seconds); }
 ViStatus _VI_FUNC TARNEXSupply_SetDelayStepTime(ViSession vi, ViReal64 seconds) { return OnSupply<&InstBase::SetDelayStepTime>({vi, __func__}, seconds); }
 ViStatus _VI_FUNC TARNEXSupply_GetDelayStepTime(ViSession vi, ViReal64* seconds) { return OnSupply<&InstBase::GetDelayStepTime>({vi, __func__, "seconds"}, seconds); }
-ViStatus _VI_FUNC TARNEXSupply_ConstructDelayGroups(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::ConstructDelayGroups>({vi, __func__}, index); }
+ViStatus _VI_FUNC TARNEXSupply_ConstructDelayGroups(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::ConstructDelayGroups>({vi, __func__}, Index{index}); }
 
 // --- Trigger inputs
 ViStatus _VI_FUNC TARNEXSupply_SetTriggerInputEnabled(ViSession vi, ViInt32 input, ViBoolean enabled) { return OnSupply<&InstBase::SetTriggerInputEnabled>({vi, __func__}, input, enabled); }

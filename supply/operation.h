@@ -27,6 +27,11 @@ struct Export {
     std::string_view results{};
 };
 
+/// The position of a group, counted from 0.
+struct Index {
+    ViInt32 value;
+};
+
 /// An argument of an operation that the caller gives.
 template <typename Parameter, typename Argument>
 class Input {
@@ -34,20 +39,22 @@ class Input {
     explicit Input(Argument argument) : argument_(argument) {}
 
     [[nodiscard]] bool IsValid() const {
-        if constexpr (std::is_same_v<Parameter, double>) {
+        if constexpr (std::is_same_v<Argument, Index>) {
+            return argument_.value >= 0;
+        } else if constexpr (std::is_same_v<Parameter, double>) {
             return std::isfinite(argument_);
         } else if constexpr (ORVA::KeywordEnumeration<Parameter>) {
             const auto& table = ORVA::kKeywords<Parameter>;
             return std::any_of(table.begin(), table.end(),
                                [&](const auto& row) { return static_cast<ViInt32>(row.value) == argument_; });
-        } else if constexpr (std::is_same_v<Parameter, std::uint32_t> && std::is_signed_v<Argument>) {
-            return argument_ >= 0;
         } else {
             return true;
         }
     }
     [[nodiscard]] Parameter Value() const {
-        if constexpr (std::is_same_v<Parameter, bool>) {
+        if constexpr (std::is_same_v<Argument, Index>) {
+            return static_cast<Parameter>(argument_.value);
+        } else if constexpr (std::is_same_v<Parameter, bool>) {
             return argument_ != VI_FALSE;
         } else {
             return static_cast<Parameter>(argument_);
@@ -89,23 +96,26 @@ struct HolderOf<Parameter&, Argument*> {
     using Type = Output<Parameter, Argument>;
 };
 
-/// Converts the arguments, runs the operation and stores the results.
+/// Holds the arguments of an operation, in the order of its parameters.
 template <typename... Parameters, typename... Arguments>
-ViStatus Run(ORVA::InstBase& instrument, ViStatus (ORVA::InstBase::*operation)(Parameters...), Arguments... arguments) {
+auto Hold(ViStatus (ORVA::InstBase::* /*operation*/)(Parameters...), Arguments... arguments) {
     static_assert(sizeof...(Parameters) == sizeof...(Arguments));
-    std::tuple<typename HolderOf<Parameters, Arguments>::Type...> holders{arguments...};
-    return std::apply(
-        [&](auto&... holder) -> ViStatus {
-            if (!(holder.IsValid() && ...)) {
-                return DRIVER_ERROR_INVALID_PARAMETER;
-            }
-            const ViStatus status = (instrument.*operation)(holder.Value()...);
-            if (status >= 0) {
-                (holder.Store(), ...);
-            }
-            return status;
-        },
-        holders);
+    return std::tuple<typename HolderOf<Parameters, Arguments>::Type...>{arguments...};
+}
+
+template <typename Holders>
+bool AreValid(const Holders& holders) {
+    return std::apply([](const auto&... holder) { return (holder.IsValid() && ...); }, holders);
+}
+
+template <auto kOperation, typename Holders>
+ViStatus Invoke(ORVA::InstBase& instrument, Holders& holders) {
+    return std::apply([&](auto&... holder) { return (instrument.*kOperation)(holder.Value()...); }, holders);
+}
+
+template <typename Holders>
+void StoreResults(const Holders& holders) {
+    std::apply([](const auto&... holder) { (holder.Store(), ...); }, holders);
 }
 
 template <typename... Arguments>
@@ -136,35 +146,27 @@ ViStatus CheckResults(const Export& call, const Arguments&... arguments) {
 
 using ChannelList = std::array<ViUInt32, TARNEXSUPPLY_CHANNEL_COUNT>;
 
+/// Checks the arguments, runs the operation and stores the results.
+template <auto kOperation, typename... Arguments>
+ViStatus RunOperation(SupplySession& session, Arguments... arguments) {
+    auto holders = Hold(kOperation, arguments...);
+    if (!AreValid(holders)) {
+        return nrt2::SetErrorInfo(session.Handle(), DRIVER_ERROR_INVALID_PARAMETER);
+    }
+    const auto status =
+        ExchangeOn(session, [&](SupplySession& target) { return Invoke<kOperation>(target.Instrument(), holders); });
+    if (status >= 0) {
+        StoreResults(holders);
+    }
+    return status;
+}
+
 /// Runs an operation of the supply as a whole.
 template <auto kOperation, typename... Arguments>
 ViStatus OnSupply(const Export& call, Arguments... arguments) noexcept {
     return OnSession(call.vi, [&](SupplySession& session) -> ViStatus {
         const auto status = CheckResults(call, arguments...);
-        return status < 0 ? status : ExchangeOn(session, [&](SupplySession& target) {
-            return Run(target.Instrument(), kOperation, arguments...);
-        });
-    });
-}
-
-/// Runs an operation on each selected channel, in the order of the selector, until one fails.
-template <auto kOperation, typename... Arguments>
-ViStatus OnChannels(const Export& call, ViConstString selector, Arguments... arguments) noexcept {
-    return OnSession(call.vi, [&](SupplySession& session) -> ViStatus {
-        ChannelList channels{};
-        ViUInt32 count = 0;
-        auto status = session.Driver().expand(session.Object(), selector, VI_FALSE, channels.data(),
-                                              static_cast<ViUInt32>(channels.size()), &count);
-        if (status < 0) {
-            return status;
-        }
-        return ExchangeOn(session, [&](SupplySession& target) {
-            ViStatus result = VI_SUCCESS;
-            for (ViUInt32 i = 0; i < count && result >= 0; ++i) {
-                result = Run(target.Instrument(), kOperation, channels[i], arguments...);
-            }
-            return result;
-        });
+        return status < 0 ? status : RunOperation<kOperation>(session, arguments...);
     });
 }
 
@@ -179,8 +181,31 @@ ViStatus OnChannel(const Export& call, ViConstString selector, Arguments... argu
             status = session.Driver().expand(session.Object(), selector, VI_TRUE, channels.data(),
                                              static_cast<ViUInt32>(channels.size()), &count);
         }
-        return status < 0 ? status : ExchangeOn(session, [&](SupplySession& target) {
-            return Run(target.Instrument(), kOperation, channels[0], arguments...);
+        return status < 0 ? status : RunOperation<kOperation>(session, channels[0], arguments...);
+    });
+}
+
+/// Runs an operation without results on each selected channel, in the order of the selector, until one fails.
+template <auto kOperation, typename... Arguments>
+ViStatus OnChannels(const Export& call, ViConstString selector, Arguments... arguments) noexcept {
+    return OnSession(call.vi, [&](SupplySession& session) -> ViStatus {
+        ChannelList channels{};
+        ViUInt32 count = 0;
+        const auto status = session.Driver().expand(session.Object(), selector, VI_FALSE, channels.data(),
+                                                    static_cast<ViUInt32>(channels.size()), &count);
+        if (status < 0) {
+            return status;
+        }
+        if (!AreValid(Hold(kOperation, channels[0], arguments...))) {
+            return nrt2::SetErrorInfo(session.Handle(), DRIVER_ERROR_INVALID_PARAMETER);
+        }
+        return ExchangeOn(session, [&](SupplySession& target) {
+            ViStatus result = VI_SUCCESS;
+            for (ViUInt32 i = 0; i < count && result >= 0; ++i) {
+                auto holders = Hold(kOperation, channels[i], arguments...);
+                result = Invoke<kOperation>(target.Instrument(), holders);
+            }
+            return result;
         });
     });
 }

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "include/TARNEX_supply.h"
+#include "supply/error_message.h"
 #include "supply/operation.h"
 
 namespace {
@@ -52,7 +53,7 @@ ViStatus _VI_FUNC TARNEXSupply_EnsureOff(ViSession vi, ViConstString channelName
                                 status == TARNEXSUPPLY_ERROR_OUT_OF_STEP || status == TARNEXSUPPLY_ERROR_STILL_ON;
         if (!canRecover || Clock::now() + pause >= deadline) {
             return status == TARNEXSUPPLY_ERROR_STILL_ON
-                       ? nrt2::SetErrorInfoElab(vi, status, "The instrument says that the output is still on.")
+                       ? supply::WithoutExceptions(vi, [&] { return supply::RecordOwnError(vi, status); })
                        : status;
         }
         std::this_thread::sleep_for(pause);

@@ -11,6 +11,8 @@
 #include <unistd.h>
 #endif
 
+#include "supply/error_message.h"
+
 namespace supply {
 namespace {
 
@@ -18,6 +20,12 @@ namespace {
 struct Anchor {
     std::uint64_t tag;
     tarnex::SessionExtension* extension;
+};
+
+/// The beginning of a SessionExtension, which is the same in every version.
+struct Versions {
+    std::uint32_t version;
+    std::uint32_t size;
 };
 
 /// Copies memory of this process that may not exist.
@@ -44,18 +52,16 @@ tarnex::SessionExtension* Recognize(ViSession vi, ViAddr address, ViStatus& stat
     Anchor anchor{};
     if (known.vi == vi && known.address == address) {
         std::memcpy(&anchor, address, sizeof anchor);
-    } else if (!ReadMemory(address, &anchor, sizeof anchor)) {
-        anchor.tag = 0;
+        return anchor.extension;
     }
-    if (anchor.tag != tarnex::kSessionTag || anchor.extension == nullptr) {
-        status =
-            nrt2::SetErrorInfoElab(vi, TARNEXSUPPLY_ERROR_OTHER_DRIVER, "The session does not belong to this driver.");
+    Versions versions{};
+    if (!ReadMemory(address, &anchor, sizeof anchor) || anchor.tag != tarnex::kSessionTag ||
+        !ReadMemory(anchor.extension, &versions, sizeof versions)) {
+        status = RecordOwnError(vi, TARNEXSUPPLY_ERROR_OTHER_DRIVER);
         return nullptr;
     }
-    if (anchor.extension->version != tarnex::kSessionInterfaceVersion ||
-        anchor.extension->size != tarnex::kSessionInterfaceSize) {
-        status = nrt2::SetErrorInfoElab(vi, TARNEXSUPPLY_ERROR_OTHER_VERSION,
-                                        "The driver and the supply library are of different versions.");
+    if (versions.version != tarnex::kSessionInterfaceVersion || versions.size != tarnex::kSessionInterfaceSize) {
+        status = RecordOwnError(vi, TARNEXSUPPLY_ERROR_OTHER_VERSION);
         return nullptr;
     }
     known = {vi, address};
@@ -64,14 +70,18 @@ tarnex::SessionExtension* Recognize(ViSession vi, ViAddr address, ViStatus& stat
 
 } // namespace
 
-SupplySession* FindSession(ViSession vi, ViStatus& status) {
+tarnex::SessionExtension* FindExtension(ViSession vi, ViStatus& status) {
     ViAddr address = nullptr;
     status = IviSession_GetDataPtr(vi, &address);
     if (status < 0 || address == nullptr) {
         status = IVI_ERROR_INVALID_SESSION_HANDLE;
         return nullptr;
     }
-    auto* const extension = Recognize(vi, address, status);
+    return Recognize(vi, address, status);
+}
+
+SupplySession* FindSession(ViSession vi, ViStatus& status) {
+    auto* const extension = FindExtension(vi, status);
     if (extension == nullptr) {
         return nullptr;
     }

@@ -2,7 +2,6 @@
 // every exception converted to a status.
 #pragma once
 
-#include <exception>
 #include <new>
 #include <stdexcept>
 
@@ -12,8 +11,12 @@
 
 namespace supply {
 
+/// Returns what the driver's session offers to this library. On failure returns null and the reason in `status`, which
+/// has been recorded unless the handle is not a session with an object. The caller must hold the session's lock.
+tarnex::SessionExtension* FindExtension(ViSession vi, ViStatus& status);
+
 /// Returns the library's object of a session, made at the first call. On failure returns null and the reason in
-/// `status`. The caller must hold the session's lock.
+/// `status`, as FindExtension does. The caller must hold the session's lock.
 SupplySession* FindSession(ViSession vi, ViStatus& status);
 
 /// Runs `body()` and converts exceptions to statuses, recorded on `vi`.
@@ -23,7 +26,7 @@ ViStatus WithoutExceptions(ViSession vi, const Body& body) noexcept {
         return body();
     } catch (const std::bad_alloc&) {
         return nrt2::SetErrorInfo(vi, IVI_ERROR_OUT_OF_MEMORY);
-    } catch (const std::exception&) {
+    } catch (...) {
         return nrt2::SetErrorInfo(vi, IVI_ERROR_CANNOT_RECOVER);
     }
 }
@@ -42,8 +45,8 @@ ViStatus OnSession(ViSession vi, const Body& body) noexcept {
     });
 }
 
-/// Runs `exchange(session)`, which talks to the instrument, over a connection in step. Records its failure; a malformed
-/// reply, for which it throws, becomes IVI_ERROR_UNEXPECTED_RESPONSE. Then checks the instrument's status.
+/// Runs `exchange(session)`, which talks to the instrument, over a connection in step, then checks the instrument's
+/// status. Records a failure; a malformed reply, for which `exchange` throws, is IVI_ERROR_UNEXPECTED_RESPONSE.
 template <typename Exchange>
 ViStatus ExchangeOn(SupplySession& session, const Exchange& exchange) {
     auto status = session.EnsureInStep();
@@ -52,16 +55,19 @@ ViStatus ExchangeOn(SupplySession& session, const Exchange& exchange) {
     }
     try {
         status = exchange(session);
+        if (status >= 0 && session.ChecksStatus()) {
+            status = session.EnsureInStep();
+            if (status < 0) {
+                return status;
+            }
+            status = session.CheckStatus();
+        }
     } catch (const std::invalid_argument&) {
         return session.RecordMalformedReply();
     } catch (const std::out_of_range&) {
         return session.RecordMalformedReply();
     }
-    if (status < 0) {
-        return session.RecordFailure(status);
-    }
-    status = session.Driver().checkStatus(session.Object());
-    return status < 0 ? status : VI_SUCCESS;
+    return status < 0 ? session.RecordFailure(status) : VI_SUCCESS;
 }
 
 } // namespace supply

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <stdexcept>
 #include <string>
 
 #include "include/TARNEX_supply.h"
-#include "status/run_until.h"
+#include "supply/error_message.h"
 #include "supply/operation.h"
 #include "text/characters.h"
 
@@ -34,16 +34,10 @@ ViStatus CopyText(std::string_view text, std::size_t size, ViChar* buffer) {
     return count < text.size() ? static_cast<ViStatus>(text.size() + 1) : VI_SUCCESS;
 }
 
-struct OwnMessage {
-    ViStatus status;
-    std::string_view message;
-};
-constexpr std::array kOwnMessages{
-    OwnMessage{TARNEXSUPPLY_ERROR_OTHER_DRIVER, "The session does not belong to this driver."},
-    OwnMessage{TARNEXSUPPLY_ERROR_OTHER_VERSION, "The driver and the supply library are of different versions."},
-    OwnMessage{TARNEXSUPPLY_ERROR_OUT_OF_STEP, "The connection could not be brought back into step."},
-    OwnMessage{TARNEXSUPPLY_ERROR_STILL_ON, "The output is still on."},
-};
+/// Records a malformed reply while a session is opened, where only one command has a reply whose format matters.
+ViStatus MalformedEventStatus() {
+    return nrt2::SetErrorInfoElab(VI_NULL, IVI_ERROR_UNEXPECTED_RESPONSE, "Command '*ESR?'.");
+}
 
 } // namespace
 
@@ -58,28 +52,42 @@ ViStatus _VI_FUNC TARNEXSupply_Open(ViConstString name, ViConstString options, V
             return nrt2::SetErrorInfo(VI_NULL, DRIVER_ERROR_INVALID_PARAMETER);
         }
         std::string resource(text::ViewOf(name));
-        return TARNEX_InitWithOptions(resource.data(), VI_FALSE, VI_FALSE, options, vi);
+        try {
+            return TARNEX_InitWithOptions(resource.data(), VI_FALSE, VI_FALSE, options, vi);
+        } catch (const std::invalid_argument&) {
+            return MalformedEventStatus();
+        } catch (const std::out_of_range&) {
+            return MalformedEventStatus();
+        }
     });
+    if (status >= 0) {
+        // Refuses a driver of another version now, and makes the library's object, so that later calls allocate
+        // nothing.
+        status = OnSession(*vi, [](SupplySession& /*session*/) -> ViStatus { return VI_SUCCESS; });
+    }
     if (status >= 0 && timeoutMs > 0) {
         status = TARNEXSupply_SetTimeout(*vi, timeoutMs);
-        if (status < 0) {
-            TARNEXSupply_Close(*vi);
-            *vi = VI_NULL;
-        }
+    }
+    if (status < 0 && *vi != VI_NULL) {
+        supply::WithoutExceptions(VI_NULL, [&] { return TARNEX_close(*vi); });
+        *vi = VI_NULL;
     }
     return std::min<ViStatus>(status, VI_SUCCESS);
 }
 
 ViStatus _VI_FUNC TARNEXSupply_Close(ViSession vi) {
     return supply::WithoutExceptions(VI_NULL, [&]() -> ViStatus {
-        // Waits for the calls of other threads. The lock ends with the handle.
-        const auto locked = IviSession_Lock(vi, nullptr);
-        if (locked < 0) {
-            return locked;
+        nrt2::SessionLock lock(vi); // waits for the calls of other threads
+        if (lock.Status() < 0) {
+            return lock.Status();
         }
-        const auto status = TARNEX_close(vi);
-        if (status < 0) {
-            IviSession_Unlock(vi, nullptr);
+        ViStatus status = VI_SUCCESS;
+        if (supply::FindExtension(vi, status) == nullptr) {
+            return status;
+        }
+        status = TARNEX_close(vi);
+        if (status >= 0) {
+            lock.Release();
         }
         return std::min<ViStatus>(status, VI_SUCCESS);
     });
@@ -123,16 +131,9 @@ ViStatus _VI_FUNC TARNEXSupply_Query(ViSession vi, ViConstString command, ViInt3
         if (bufferSize < 1) {
             return nrt2::SetErrorInfo(vi, DRIVER_ERROR_INVALID_PARAMETER);
         }
-        ViStatus truncated = VI_SUCCESS;
-        const auto status = ExchangeOn(session, [&](SupplySession& target) {
-            std::string_view text;
-            const auto queried = target.QueryText(command, text);
-            if (queried >= 0) {
-                truncated = CopyText(text, static_cast<std::size_t>(bufferSize), reply);
-            }
-            return queried;
-        });
-        return status < 0 ? status : truncated;
+        std::string_view text;
+        const auto status = ExchangeOn(session, [&](SupplySession& target) { return target.QueryText(command, text); });
+        return status < 0 ? status : CopyText(text, static_cast<std::size_t>(bufferSize), reply);
     });
 }
 
@@ -147,9 +148,7 @@ ViStatus _VI_FUNC TARNEXSupply_ErrorMessage(ViStatus status, ViChar message[256]
     if (message == nullptr) {
         return IVI_ERROR_NULL_POINTER;
     }
-    const auto* own = std::find_if(kOwnMessages.begin(), kOwnMessages.end(),
-                                   [&](const OwnMessage& row) { return row.status == status; });
-    const auto text = own != kOwnMessages.end() ? own->message : nrt2::MessageOf(status);
+    const auto text = supply::MessageOf(status);
     if (text.empty()) {
         return IVI_ERROR_INVALID_VALUE;
     }
@@ -179,23 +178,29 @@ ViStatus _VI_FUNC TARNEXSupply_QueryError(ViSession vi, ViInt32* code, ViInt32 b
             return VI_SUCCESS;
         }
         // Not the operation of the command layer, which refuses texts that contain a comma.
-        return ExchangeOn(session, [&](SupplySession& target) {
-            std::string_view text;
-            const auto status = target.QueryText(":SYSTem:ERRor?", text);
-            if (status >= 0) {
-                const auto comma = text.find(',');
-                if (comma == std::string_view::npos || !Visa::isWholeInt(text.substr(0, comma))) {
+        ViInt32 number = 0;
+        std::string_view text;
+        const auto status = ExchangeOn(session, [&](SupplySession& target) {
+            std::string_view reply;
+            const auto queried = target.QueryText(":SYSTem:ERRor?", reply);
+            if (queried >= 0) {
+                const auto comma = reply.find(',');
+                if (comma == std::string_view::npos || !Visa::isWholeInt(reply.substr(0, comma))) {
                     throw std::invalid_argument("malformed reply");
                 }
-                auto quoted = text::Trim(text.substr(comma + 1));
-                if (quoted.size() >= 2 && quoted.front() == '"' && quoted.back() == '"') {
-                    quoted = quoted.substr(1, quoted.size() - 2);
+                number = Visa::parseInt(reply.substr(0, comma));
+                text = text::Trim(reply.substr(comma + 1));
+                if (text.size() >= 2 && text.front() == '"' && text.back() == '"') {
+                    text = text.substr(1, text.size() - 2);
                 }
-                *code = Visa::parseInt(text.substr(0, comma));
-                CopyText(quoted, static_cast<std::size_t>(bufferSize), message);
             }
-            return status;
+            return queried;
         });
+        if (status >= 0) {
+            *code = number;
+            CopyText(text, static_cast<std::size_t>(bufferSize), message);
+        }
+        return status;
     });
 }
 

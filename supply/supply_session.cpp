@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <stdexcept>
 
 #include "framework/error_info.h"
 #include "platform/visa.h"
 #include "status/run_until.h"
+#include "supply/error_message.h"
 #include "text/characters.h"
 
 namespace supply {
@@ -48,6 +50,12 @@ ViStatus SessionConnection::read(std::string& reply) {
     lastStatus_ = extension_.functions->read(extension_.session, &text, &size);
     if (lastStatus_ >= 0) {
         lastReply_ = {text, size};
+        if (lastStatus_ == VI_SUCCESS_MAX_CNT) {
+            throw std::out_of_range("reply longer than the read buffer"); // its rest is still to come
+        }
+        if (lastReply_.ends_with('\r')) {
+            lastReply_.remove_suffix(1);
+        }
         reply.assign(lastReply_);
     }
     return lastStatus_;
@@ -58,13 +66,22 @@ ViStatus SupplySession::EnsureInStep() {
         return VI_SUCCESS;
     }
     const auto status = Resynchronize();
-    return status >= 0 ? VI_SUCCESS
-                       : nrt2::SetErrorInfoElab(vi_, TARNEXSUPPLY_ERROR_OUT_OF_STEP,
-                                                "The connection could not be brought back into step after an earlier "
-                                                "failure: %s (%s).",
-                                                status == IVI_ERROR_ID_QUERY_FAILED ? "another instrument answers"
-                                                                                    : "it cannot be opened again",
-                                                HexText(status).View());
+    if (status >= 0) {
+        return VI_SUCCESS;
+    }
+    return RecordOwnError(vi_, TARNEXSUPPLY_ERROR_OUT_OF_STEP,
+                          status == IVI_ERROR_ID_QUERY_FAILED
+                              ? std::string("Another instrument answers.")
+                              : std::string("Status ").append(HexText(status).View()).append("."));
+}
+
+ViStatus SupplySession::CheckStatus() {
+    // Query error 0x04, device-dependent error 0x08, execution error 0x10 and command error 0x20 of the standard event
+    // status register (IEEE 488.2 11.5.1).
+    constexpr std::uint32_t kErrorBits = 0x3C;
+    std::uint32_t events = 0;
+    const auto status = Instrument().QueryEventStatus(events);
+    return status >= 0 && (events & kErrorBits) != 0 ? IVI_ERROR_INSTRUMENT_STATUS : status;
 }
 
 ViStatus SupplySession::Resynchronize() {
@@ -77,7 +94,14 @@ ViStatus SupplySession::Resynchronize() {
 }
 
 ViStatus SupplySession::WriteText(std::string_view command) {
-    return IsSimulated() || connection_->write(command) >= 0 ? VI_SUCCESS : DRIVER_ERROR_IO;
+    if (IsSimulated()) {
+        return VI_SUCCESS;
+    }
+    const auto status = connection_->write(command);
+    if (command.find('?') != std::string_view::npos) {
+        Driver().setInStep(Object(), VI_FALSE); // a reply may come, which nothing reads
+    }
+    return status < 0 ? DRIVER_ERROR_IO : VI_SUCCESS;
 }
 
 ViStatus SupplySession::QueryText(std::string_view command, std::string_view& reply) {
@@ -86,6 +110,9 @@ ViStatus SupplySession::QueryText(std::string_view command, std::string_view& re
                                       : status::RunUntilNegative([&] { return connection_->write(command); },
                                                                  [&] { return connection_->read(reply_); });
     reply = reply_;
+    if (const auto lineFeed = command.find('\n'); lineFeed < command.size() - 1) {
+        Driver().setInStep(Object(), VI_FALSE); // one reply was read, and each line may have one
+    }
     return status < 0 ? DRIVER_ERROR_IO : VI_SUCCESS;
 }
 

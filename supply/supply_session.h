@@ -20,6 +20,8 @@ class SessionConnection final : public OpenVisa::VisaIO {
     explicit SessionConnection(const tarnex::SessionExtension& extension) : extension_(extension) {}
 
     ViStatus write(std::string_view command) override;
+    /// Removes a carriage return before the line feed too. A reply that does not fit into the driver's buffer throws
+    /// std::out_of_range.
     ViStatus read(std::string& reply) override;
     ViStatus close() override { return VI_SUCCESS; } // the driver closes it
     [[nodiscard]] bool isOpen() const override { return true; }
@@ -69,6 +71,11 @@ class SupplySession {
 
     /// Brings the connection back into step when an earlier exchange failed. On failure the error has been recorded.
     ViStatus EnsureInStep();
+
+    /// Whether the instrument's event status is to be checked after a call.
+    [[nodiscard]] bool ChecksStatus() const { return Driver().checksStatus(Object()) != VI_FALSE; }
+    /// Reads the event status register. An error in it is IVI_ERROR_INSTRUMENT_STATUS. Records nothing.
+    ViStatus CheckStatus();
 
     /// Records the failure of an operation of the command layer, with its command. Returns the status for the caller.
     ViStatus RecordFailure(ViStatus status);

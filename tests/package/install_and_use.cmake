@@ -18,8 +18,25 @@ expect_match("${output}" "R(UN)?PATH[^\n]*\\[\\$ORIGIN/tarnex\\]")
 run(ldd ${driver})
 expect_match("${output}" "libivivisa\\.so\\.0 => ${SCRATCH}/root/[^\n]*/tarnex/libivivisa\\.so\\.0")
 
+file(GLOB_RECURSE supply_library ${SCRATCH}/root/libTARNEX_supply.so)
+run(${READELF} -d ${supply_library})
+expect_match("${output}" "R(UN)?PATH[^\n]*\\[\\$ORIGIN:\\$ORIGIN/tarnex\\]")
+run(ldd ${supply_library})
+foreach(library "/libTARNEX" "/tarnex/libIviCShared" "/tarnex/libivivisa")
+  expect_match("${output}" "=> ${SCRATCH}/root/[^\n]*${library}\\.so")
+endforeach()
+
 set(ENV{IVI_CONFIG_STORE} ${SCRATCH}/none.xml)
 run(${SCRATCH}/user/use_driver)
+run(${SCRATCH}/user/use_supply)
+
+# With pkg-config's flags.
+cmake_path(GET supply_library PARENT_PATH library_folder)
+set(ENV{PKG_CONFIG_PATH} ${library_folder}/pkgconfig)
+run(pkg-config --cflags --libs tarnex-supply)
+separate_arguments(pkg_config_flags UNIX_COMMAND "${output} ${FLAGS} -Wl,-rpath,${library_folder}")
+run(${CXX} -x c++ ${USER_PROJECT}/use_supply.c -x none -o ${SCRATCH}/user/use_supply_by_pkg_config ${pkg_config_flags})
+run(${SCRATCH}/user/use_supply_by_pkg_config)
 
 # The tool and the Python module find the driver that was installed with them.
 run(${SCRATCH}/root/bin/tarnexctl identify --options Simulate=1)
@@ -45,5 +62,6 @@ trap 'kill $supply' EXIT
 for attempt in $(seq 100); do [ -s "$2/ready" ] && break; sleep 0.05; done
 read -r ready <"$2/ready"
 "$2/user/use_instrument" "${ready##* }"
+"$2/user/use_supply" "${ready##* }"
 ]])
 run(bash ${SCRATCH}/run.sh ${SUPPLY} ${SCRATCH})

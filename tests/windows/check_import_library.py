@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Holds TARNEX.lib to Microsoft's short import format: one small record per function, no code.
+"""Holds an import library to Microsoft's short import format: one small record per function, no code.
 
-Usage: check_import_library.py LIBRARY EXPORTED_NAMES
+Usage: check_import_library.py LIBRARY EXPORTED_NAMES DLL
 """
 
 import struct
@@ -25,7 +25,7 @@ def members(path):
         position += 60 + size + size % 2
 
 
-def main(library, exported_names):
+def main(library, exported_names, expected_dll):
     faults = []
     imported = []
     for member in members(library):
@@ -39,7 +39,7 @@ def main(library, exported_names):
             faults.append(f"{symbol} is for machine {machine:#x}")
         if kind & 3 != 0 or kind >> 2 & 7 != NAME_AS_IT_IS:
             faults.append(f"{symbol} has the import kind {kind:#x}, not: code, by its own name")
-        if dll != b"TARNEX_64.dll":
+        if dll.decode("ascii") != expected_dll:
             faults.append(f"{symbol} comes from {dll}")
     with open(exported_names, encoding="ascii") as names:
         wanted = sorted(names.read().split())
@@ -52,6 +52,6 @@ def main(library, exported_names):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3:
+    if len(sys.argv) != 4:
         sys.exit(__doc__)
     sys.exit(main(*sys.argv[1:]))

@@ -91,6 +91,8 @@ inline std::set<std::string> DeclaredCommands() {
     const std::set<std::string> others{"Open",
                                        "Close",
                                        "SetTimeout",
+                                       "Reopen",
+                                       "VerifyIdentity",
                                        "WriteRaw",
                                        "QueryRaw",
                                        "Reopen",

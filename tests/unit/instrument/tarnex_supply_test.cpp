@@ -1,5 +1,8 @@
 #include "instrument/tarnex_supply.h"
 
+#include <deque>
+#include <memory>
+
 #include "tests/unit/instrument/supply_fixture.h"
 
 namespace unit {
@@ -277,6 +280,88 @@ TEST_F(Supply, ReturnsZeroForAnErrorReadOverASocket) {
     std::int32_t code = 7;
     std::string message;
     EXPECT_EQ(Status(supply_.QueryError(code, message)), Status(0U));
+}
+
+/// A connection whose replies a test arranges beforehand; a time-out when there are none left.
+class ArrangedReplies : public OpenVisa::VisaIO {
+  public:
+    ViStatus write(std::string_view command) override {
+        written.emplace_back(command);
+        return 0;
+    }
+    ViStatus read(std::string& reply) override {
+        if (replies.empty()) {
+            return VI_ERROR_TMO;
+        }
+        reply = replies.front();
+        replies.pop_front();
+        return 0;
+    }
+    std::deque<std::string> replies;
+    std::vector<std::string> written;
+};
+
+class SupplyWithArrangedReplies : public ORVA::TARNEX {
+  public:
+    ArrangedReplies& Arrange(std::deque<std::string> replies) {
+        auto connection = std::make_shared<ArrangedReplies>();
+        connection->replies = std::move(replies);
+        connection_ = connection;
+        return *connection;
+    }
+};
+
+constexpr const char* kSerial = "ASRL/dev/ttyS0::INSTR";
+constexpr const char* kSame = "Keltor Technology,TX4410,SN42,1.07";
+constexpr const char* kOther = "Keltor Technology,TX4410,SN43,1.07";
+
+class SupplyIdentity : public SupplyTest<SupplyWithArrangedReplies> {};
+
+TEST_F(SupplyIdentity, IsVerifiedPastLateRepliesToOtherQueries) {
+    Connect(kSerial);
+    auto& connection = supply_.Arrange({"3.300000", "", "ON", kSame, "left"});
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0U));
+    EXPECT_THAT(connection.written, ElementsAre("*IDN?"));
+    EXPECT_THAT(connection.replies, ElementsAre("left"));
+    EXPECT_TRUE(connection.isInStep());
+}
+
+TEST_F(SupplyIdentity, IsNotVerifiedByAnotherInstrumentOrByNone) {
+    Connect(kSerial);
+    supply_.Arrange({});
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0xBFFF0015));
+    EXPECT_FALSE(supply_.Connection()->isInStep());
+    supply_.Arrange({kOther});
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0xBFFA005E));
+    EXPECT_FALSE(supply_.Connection()->isInStep());
+    supply_.Arrange(std::deque<std::string>(200, "x"));
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0xBFFA005E)); // something answers without end
+}
+
+TEST_F(SupplyIdentity, OverASerialLineIsVerifiedByTheReplyToTheLatestQuery) {
+    Connect(kSerial);
+    supply_.Arrange({});
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0xBFFF0015)); // its reply comes late
+    auto& late = supply_.Arrange({"3.300000", kSame, kSame, "left"});
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0U));
+    EXPECT_THAT(late.replies, ElementsAre("left"));
+    // A reply that was lost while the line was closed is not awaited twice.
+    supply_.Arrange({});
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0xBFFF0015));
+    supply_.Arrange({kSame});
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0U));
+    auto& next = supply_.Arrange({kSame, kSame});
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0U));
+    EXPECT_THAT(next.replies, ElementsAre(kSame));
+}
+
+TEST_F(SupplyIdentity, OverOtherInterfacesAwaitsNoEarlierReply) {
+    Connect(kSocket);
+    supply_.Arrange({});
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0xBFFF0015));
+    auto& connection = supply_.Arrange({kSame, kSame});
+    EXPECT_EQ(Status(supply_.VerifyIdentity()), Status(0U));
+    EXPECT_THAT(connection.replies, ElementsAre(kSame));
 }
 
 } // namespace

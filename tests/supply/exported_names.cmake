@@ -1,0 +1,12 @@
+# Fails unless LIBRARY defines exactly the names listed in EXPECTED.
+execute_process(COMMAND ${NM} -D --defined-only --format=posix ${LIBRARY} OUTPUT_VARIABLE defined COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "(^|\n)[^ \n]+" names "${defined}")
+list(TRANSFORM names STRIP)
+list(SORT names)
+file(STRINGS ${EXPECTED} expected)
+list(SORT expected)
+list(LENGTH names count)
+if(NOT names STREQUAL expected OR count EQUAL 0)
+  message(FATAL_ERROR "exported: ${names}\nexpected: ${expected}")
+endif()
+message(STATUS "${count} names exported")
