@@ -37,90 +37,90 @@
 
 /* clang-format off */
 /* ---- Statuses: those of TARNEX.h, and */
-#define TARNEXSUPPLY_ERROR_OTHER_DRIVER   ((ViStatus)0xBFFA4301) /* The session does not belong to this driver. */
-#define TARNEXSUPPLY_ERROR_OTHER_VERSION  ((ViStatus)0xBFFA4302) /* The driver and the supply library are of different versions. */
-#define TARNEXSUPPLY_ERROR_OUT_OF_STEP    ((ViStatus)0xBFFA4303) /* The connection could not be brought back into step. */
-#define TARNEXSUPPLY_ERROR_STILL_ON       ((ViStatus)0xBFFA4304) /* The output is still on. */
+#define TARNEXSUPPLY_ERROR_OTHER_DRIVER   ((ViStatus)0xBFFA4301) /**< The session does not belong to this driver. */
+#define TARNEXSUPPLY_ERROR_OTHER_VERSION  ((ViStatus)0xBFFA4302) /**< The driver and the supply library are of different versions. */
+#define TARNEXSUPPLY_ERROR_OUT_OF_STEP    ((ViStatus)0xBFFA4303) /**< The connection could not be brought back into step. */
+#define TARNEXSUPPLY_ERROR_STILL_ON       ((ViStatus)0xBFFA4304) /**< The output is still on. */
 
-/* ---- Values */
-#define TARNEXSUPPLY_VAL_REGULATION_CONSTANT_VOLTAGE         (0)
-#define TARNEXSUPPLY_VAL_REGULATION_CONSTANT_CURRENT         (1)
+/* ---- Values, with the keyword of each in the instrument's commands */
+#define TARNEXSUPPLY_VAL_REGULATION_CONSTANT_VOLTAGE         (0) /**< "CV" */
+#define TARNEXSUPPLY_VAL_REGULATION_CONSTANT_CURRENT         (1) /**< "CC" */
 
-#define TARNEXSUPPLY_VAL_CURRENT_RANGE_AUTO                  (0)
-#define TARNEXSUPPLY_VAL_CURRENT_RANGE_LOW                   (1)
-#define TARNEXSUPPLY_VAL_CURRENT_RANGE_HIGH                  (2)
+#define TARNEXSUPPLY_VAL_CURRENT_RANGE_AUTO                  (0) /**< "AUTO" */
+#define TARNEXSUPPLY_VAL_CURRENT_RANGE_LOW                   (1) /**< "LOW" */
+#define TARNEXSUPPLY_VAL_CURRENT_RANGE_HIGH                  (2) /**< "HIGH" */
 
-#define TARNEXSUPPLY_VAL_CURRENT_RATE_62                     (0)
-#define TARNEXSUPPLY_VAL_CURRENT_RATE_4000                   (1)
-#define TARNEXSUPPLY_VAL_CURRENT_RATE_8000                   (2)
+#define TARNEXSUPPLY_VAL_CURRENT_RATE_62                     (0) /**< "62" */
+#define TARNEXSUPPLY_VAL_CURRENT_RATE_4000                   (1) /**< "4000" */
+#define TARNEXSUPPLY_VAL_CURRENT_RATE_8000                   (2) /**< "8000" */
 
-#define TARNEXSUPPLY_VAL_TRIGGER_INPUT_D1                    (1)
-#define TARNEXSUPPLY_VAL_TRIGGER_INPUT_D2                    (2)
-#define TARNEXSUPPLY_VAL_TRIGGER_INPUT_D3                    (3)
-#define TARNEXSUPPLY_VAL_TRIGGER_INPUT_D4                    (4)
+#define TARNEXSUPPLY_VAL_TRIGGER_INPUT_D1                    (1) /**< "D1" */
+#define TARNEXSUPPLY_VAL_TRIGGER_INPUT_D2                    (2) /**< "D2" */
+#define TARNEXSUPPLY_VAL_TRIGGER_INPUT_D3                    (3) /**< "D3" */
+#define TARNEXSUPPLY_VAL_TRIGGER_INPUT_D4                    (4) /**< "D4" */
 
-#define TARNEXSUPPLY_VAL_PROTECTION_DELAY_ANY                (0)
-#define TARNEXSUPPLY_VAL_PROTECTION_DELAY_SETTING_CHANGE     (1)
+#define TARNEXSUPPLY_VAL_PROTECTION_DELAY_ANY                (0) /**< "ANY" */
+#define TARNEXSUPPLY_VAL_PROTECTION_DELAY_SETTING_CHANGE     (1) /**< "SCH" */
 
-#define TARNEXSUPPLY_VAL_POWER_ON_RESET                      (0)
-#define TARNEXSUPPLY_VAL_POWER_ON_LAST                       (1)
-#define TARNEXSUPPLY_VAL_POWER_ON_LAST_OFF                   (2)
+#define TARNEXSUPPLY_VAL_POWER_ON_RESET                      (0) /**< "RST" */
+#define TARNEXSUPPLY_VAL_POWER_ON_LAST                       (1) /**< "LAST" */
+#define TARNEXSUPPLY_VAL_POWER_ON_LAST_OFF                   (2) /**< "LOFF" */
 
-#define TARNEXSUPPLY_VAL_PAIR_OFF                            (0)
-#define TARNEXSUPPLY_VAL_PAIR_SERIES                         (1)
-#define TARNEXSUPPLY_VAL_PAIR_PARALLEL                       (2)
+#define TARNEXSUPPLY_VAL_PAIR_OFF                            (0) /**< "OFF" */
+#define TARNEXSUPPLY_VAL_PAIR_SERIES                         (1) /**< "SER" */
+#define TARNEXSUPPLY_VAL_PAIR_PARALLEL                       (2) /**< "PAR" */
 
-#define TARNEXSUPPLY_VAL_OFF_MODE_BLEEDER_ON                 (0)
-#define TARNEXSUPPLY_VAL_OFF_MODE_BLEEDER_OFF                (1)
+#define TARNEXSUPPLY_VAL_OFF_MODE_BLEEDER_ON                 (0) /**< "BLEON" */
+#define TARNEXSUPPLY_VAL_OFF_MODE_BLEEDER_OFF                (1) /**< "BLEOFF" */
 
-#define TARNEXSUPPLY_VAL_LIST_STATE_STOPPED                  (0)
-#define TARNEXSUPPLY_VAL_LIST_STATE_READY                    (1)
-#define TARNEXSUPPLY_VAL_LIST_STATE_RUNNING                  (2)
-#define TARNEXSUPPLY_VAL_LIST_STATE_PAUSED                   (3)
+#define TARNEXSUPPLY_VAL_LIST_STATE_STOPPED                  (0) /**< "STOPPED" */
+#define TARNEXSUPPLY_VAL_LIST_STATE_READY                    (1) /**< "READY" */
+#define TARNEXSUPPLY_VAL_LIST_STATE_RUNNING                  (2) /**< "RUNNING" */
+#define TARNEXSUPPLY_VAL_LIST_STATE_PAUSED                   (3) /**< "PAUSED" */
 
-#define TARNEXSUPPLY_VAL_LIST_END_OFF                        (0)
-#define TARNEXSUPPLY_VAL_LIST_END_LAST                       (1)
+#define TARNEXSUPPLY_VAL_LIST_END_OFF                        (0) /**< "OFF" */
+#define TARNEXSUPPLY_VAL_LIST_END_LAST                       (1) /**< "LAST" */
 
-#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_SINE                  (0)
-#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_PULSE                 (1)
-#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_RAMP                  (2)
-#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_UP                    (3)
-#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_DOWN                  (4)
-#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_UP_DOWN               (5)
-#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_RISE                  (6)
-#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_FALL                  (7)
+#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_SINE                  (0) /**< "SINE" */
+#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_PULSE                 (1) /**< "PULSE" */
+#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_RAMP                  (2) /**< "RAMP" */
+#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_UP                    (3) /**< "UP" */
+#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_DOWN                  (4) /**< "DN" */
+#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_UP_DOWN               (5) /**< "UPDN" */
+#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_RISE                  (6) /**< "RISE" */
+#define TARNEXSUPPLY_VAL_LIST_TEMPLATE_FALL                  (7) /**< "FALL" */
 
-#define TARNEXSUPPLY_VAL_LIST_OBJECT_VOLTAGE                 (0)
-#define TARNEXSUPPLY_VAL_LIST_OBJECT_CURRENT                 (1)
+#define TARNEXSUPPLY_VAL_LIST_OBJECT_VOLTAGE                 (0) /**< "V" */
+#define TARNEXSUPPLY_VAL_LIST_OBJECT_CURRENT                 (1) /**< "C" */
 
-#define TARNEXSUPPLY_VAL_DELAY_STATE_STOPPED                 (0)
-#define TARNEXSUPPLY_VAL_DELAY_STATE_RUNNING                 (1)
+#define TARNEXSUPPLY_VAL_DELAY_STATE_STOPPED                 (0) /**< "STOPPED" */
+#define TARNEXSUPPLY_VAL_DELAY_STATE_RUNNING                 (1) /**< "RUNNING" */
 
-#define TARNEXSUPPLY_VAL_DELAY_END_OFF                       (0)
-#define TARNEXSUPPLY_VAL_DELAY_END_ON                        (1)
-#define TARNEXSUPPLY_VAL_DELAY_END_LAST                      (2)
+#define TARNEXSUPPLY_VAL_DELAY_END_OFF                       (0) /**< "OFF" */
+#define TARNEXSUPPLY_VAL_DELAY_END_ON                        (1) /**< "ON" */
+#define TARNEXSUPPLY_VAL_DELAY_END_LAST                      (2) /**< "LAST" */
 
-#define TARNEXSUPPLY_VAL_DELAY_GENERATE_FIXED                (0)
-#define TARNEXSUPPLY_VAL_DELAY_GENERATE_INCREASE             (1)
-#define TARNEXSUPPLY_VAL_DELAY_GENERATE_DECREASE             (2)
+#define TARNEXSUPPLY_VAL_DELAY_GENERATE_FIXED                (0) /**< "FIX" */
+#define TARNEXSUPPLY_VAL_DELAY_GENERATE_INCREASE             (1) /**< "INC" */
+#define TARNEXSUPPLY_VAL_DELAY_GENERATE_DECREASE             (2) /**< "DEC" */
 
-#define TARNEXSUPPLY_VAL_DELAY_PATTERN_OFF_FIRST             (0)
-#define TARNEXSUPPLY_VAL_DELAY_PATTERN_ON_FIRST              (1)
+#define TARNEXSUPPLY_VAL_DELAY_PATTERN_OFF_FIRST             (0) /**< "01P" */
+#define TARNEXSUPPLY_VAL_DELAY_PATTERN_ON_FIRST              (1) /**< "10P" */
 
-/* The state of a channel, as TARNEXSupply_ReadStates reads it. */
-#define TARNEXSUPPLY_CHANNEL_COUNT                           (2)
+/* ---- Sizes */
+#define TARNEXSUPPLY_CHANNEL_COUNT                           (2) /**< Number of channels that TARNEXSupply_ReadStates reads. */
 /* clang-format on */
 
 /** The state of one channel. */
 typedef struct TARNEXSupply_ChannelState {
-    ViInt32 channel; /**< number, from 1 */
-    ViBoolean outputEnabled;
-    ViInt32 regulationMode; /**< TARNEXSUPPLY_VAL_REGULATION_... */
-    ViReal64 volts;         /**< measured */
-    ViReal64 amperes;       /**< measured */
-    ViReal64 watts;         /**< measured */
-    ViReal64 voltageLevel;  /**< programmed, V */
-    ViReal64 currentLimit;  /**< programmed, A */
+    ViInt32 channel;         /**< number, from 1 */
+    ViBoolean outputEnabled; /**< VI_TRUE: on */
+    ViInt32 regulationMode;  /**< TARNEXSUPPLY_VAL_REGULATION_... */
+    ViReal64 volts;          /**< measured */
+    ViReal64 amperes;        /**< measured */
+    ViReal64 watts;          /**< measured */
+    ViReal64 voltageLevel;   /**< programmed, V */
+    ViReal64 currentLimit;   /**< programmed, A */
 } TARNEXSupply_ChannelState;
 
 #ifdef __cplusplus
@@ -158,8 +158,10 @@ ViStatus _VI_FUNC TARNEXSupply_Write(ViSession vi, ViConstString command);
 /**
  * Sends a command as it is and reads its reply, without the line end. A simulated instrument replies with empty text.
  *
- * @param bufferSize  Size of reply in bytes. A longer reply is truncated, and the required size is returned; a reply
- * has at most 1023 characters, and a longer one is TARNEX_ERROR_UNEXPECTED_RESPONSE.
+ * @param vi          The session.
+ * @param command     Without a line end, or with one line feed at its end.
+ * @param bufferSize  Size of reply in bytes. A longer reply is truncated, and the required size is returned.
+ * @param reply       At most 1023 characters and a NUL. A longer reply is TARNEX_ERROR_UNEXPECTED_RESPONSE.
  */
 ViStatus _VI_FUNC TARNEXSupply_Query(ViSession vi, ViConstString command, ViInt32 bufferSize, ViChar reply[]);
 

@@ -344,13 +344,13 @@ class InstBase {
     static ViStatus IoStatus(ViStatus visaStatus) { return visaStatus < 0 ? DRIVER_ERROR_IO : visaStatus; }
 
     void Parse(std::string_view reply, bool& value) const {
-        value = Visa::parseBool(Checked(reply, Visa::isWholeBool));
+        value = Visa::parseBool(Checked(reply, Visa::IsWholeBool));
     }
     void Parse(std::string_view reply, std::int32_t& value) const {
-        value = Visa::parseInt(Checked(reply, Visa::isWholeInt));
+        value = Visa::parseInt(Checked(reply, Visa::IsWholeInt));
     }
     void Parse(std::string_view reply, double& value) const {
-        value = Visa::parseDouble(Checked(reply, Visa::isWholeDouble));
+        value = Visa::parseDouble(Checked(reply, Visa::IsWholeDouble));
     }
     void Parse(std::string_view reply, std::string& value) const { value = reply; }
     template <KeywordEnumeration Enumeration>

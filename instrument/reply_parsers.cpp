@@ -50,14 +50,14 @@ std::int32_t parseInt(std::string_view reply) { return text::ToInt(PrefixOf(repl
 
 double parseDouble(std::string_view reply) { return text::ToReal(PrefixOf(reply, IsOfReal)); }
 
-bool isWholeBool(std::string_view reply) { return text::IsBlank(reply.substr(PrefixOf(reply, IsOfSwitch).size())); }
+bool IsWholeBool(std::string_view reply) { return text::IsBlank(reply.substr(PrefixOf(reply, IsOfSwitch).size())); }
 
-bool isWholeInt(std::string_view reply) {
+bool IsWholeInt(std::string_view reply) {
     SkipSign(reply);
     return SkipDigits(reply) && text::IsBlank(reply);
 }
 
-bool isWholeDouble(std::string_view reply) {
+bool IsWholeDouble(std::string_view reply) {
     SkipSign(reply);
     bool hasDigits = SkipDigits(reply);
     if (!reply.empty() && reply.front() == '.') {

@@ -21,11 +21,11 @@ std::int32_t parseInt(std::string_view reply);
 /// Converts the longest prefix of digits, signs, "." and exponent letters. Throws the exceptions of text::ToReal.
 double parseDouble(std::string_view reply);
 
-// Whether the parsers above convert the whole reply, except for white space at its end. isWholeInt and isWholeDouble
+// Whether the parsers above convert the whole reply, except for white space at its end. IsWholeInt and IsWholeDouble
 // also refuse several numbers in a row ("1-2", "1.5.2"), of which the parsers convert the first.
-bool isWholeBool(std::string_view reply);
-bool isWholeInt(std::string_view reply);
-bool isWholeDouble(std::string_view reply);
+bool IsWholeBool(std::string_view reply);
+bool IsWholeInt(std::string_view reply);
+bool IsWholeDouble(std::string_view reply);
 
 /// Returns a copy with ASCII letters in upper case, independent of the locale.
 std::string toUpper(std::string_view text);

@@ -106,18 +106,18 @@ ViStatus TARNEX::VerifyIdentity() {
 ViStatus TARNEX::QueryEventStatus(std::uint32_t& value) {
     return Ask(
         [&](std::string_view reply) {
-            value = static_cast<std::uint32_t>(text::ToLong(Checked(reply, Visa::isWholeInt)));
+            value = static_cast<std::uint32_t>(text::ToLong(Checked(reply, Visa::IsWholeInt)));
         },
         "*ESR?");
 }
 
 ViStatus TARNEX::QueryQuestionableCondition(ChannelNumber ch, std::int32_t& value) {
-    return Ask([&](std::string_view reply) { value = text::ToInt(Checked(reply, Visa::isWholeInt)); },
+    return Ask([&](std::string_view reply) { value = text::ToInt(Checked(reply, Visa::IsWholeInt)); },
                NumberedHeader{":STATus:QUEStionable:INSTrument:ISUMmary", ch, ":CONDition?"});
 }
 
 ViStatus TARNEX::QueryQuestionableEvent(ChannelNumber ch, std::int32_t& value) {
-    return Ask([&](std::string_view reply) { value = text::ToInt(Checked(reply, Visa::isWholeInt)); },
+    return Ask([&](std::string_view reply) { value = text::ToInt(Checked(reply, Visa::IsWholeInt)); },
                NumberedHeader{":STATus:QUEStionable:INSTrument:ISUMmary", ch, ":EVENt?"});
 }
 

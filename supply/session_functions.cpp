@@ -185,7 +185,7 @@ ViStatus _VI_FUNC TARNEXSupply_QueryError(ViSession vi, ViInt32* code, ViInt32 b
             const auto queried = target.QueryText(":SYSTem:ERRor?", reply);
             if (queried >= 0) {
                 const auto comma = reply.find(',');
-                if (comma == std::string_view::npos || !Visa::isWholeInt(reply.substr(0, comma))) {
+                if (comma == std::string_view::npos || !Visa::IsWholeInt(reply.substr(0, comma))) {
                     throw std::invalid_argument("malformed reply");
                 }
                 number = Visa::parseInt(reply.substr(0, comma));

@@ -167,7 +167,7 @@ TEST_P(SupplyFault, OfACutReplyIsATimeoutAndTheNextCallWorks) {
 }
 
 TEST_P(SupplyFault, OfAnOverlongReplyIsAMalformedReplyAndTheNextCallWorks) {
-    for (const std::uint64_t size : {100, 1023, 1024, 1500, 5000}) {
+    for (const std::uint64_t size : {100U, 1023U, 1024U, 1500U, 5000U}) {
         SCOPED_TRACE(size);
         Next(FaultKind::Long, size);
         ExpectFailedMeasurement(TARNEX_ERROR_UNEXPECTED_RESPONSE);
@@ -268,6 +268,8 @@ TEST_F(SupplySimulation, OfALiveSessionClosesTheConnectionAndTheLibraryFollows) 
     ViSession vi = VI_NULL;
     ASSERT_EQ(TARNEXSupply_Open(server_->Resource().c_str(), "", 0, &vi), 0);
     EXPECT_EQ(TARNEXSupply_SetVoltage(vi, kChannel, 5.0), 0);
+    ViReal64 volts = 0.0;
+    EXPECT_EQ(TARNEXSupply_GetVoltage(vi, kChannel, &volts), 0); // the supply has received both
     EXPECT_EQ(TARNEX_SetAttributeViBoolean(vi, "", TARNEX_ATTR_SIMULATE, VI_TRUE), 0);
     EXPECT_EQ(TARNEXSupply_SetVoltage(vi, kChannel, 7.0), 0);
     std::array<TARNEXSupply_ChannelState, 2> states{};

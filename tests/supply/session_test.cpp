@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -359,10 +359,9 @@ TEST_F(ForeignHandle, WithDataThatIsNoAddressBelongsToAnotherDriver) {
 
 TEST_F(ForeignHandle, WithDataThatHasBeenReleasedBelongsToAnotherDriver) {
     // So large that the system takes it back.
-    void* const memory = std::calloc(std::size_t{64} << 20U, 1);
-    ASSERT_NE(memory, nullptr);
-    const auto address = reinterpret_cast<std::uintptr_t>(memory);
-    std::free(memory);
+    auto memory = std::make_unique<std::array<char, std::size_t{64} << 20U>>();
+    const auto address = reinterpret_cast<std::uintptr_t>(memory.get());
+    memory.reset();
     // NOLINTNEXTLINE(performance-no-int-to-ptr): nothing is there any more
     ExpectFromAllWithData(reinterpret_cast<const void*>(address), kOtherDriver);
 }

@@ -97,28 +97,28 @@ TEST(Split, TrimsLineEndsAndTabsButNotBlanks) {
 
 TEST(IsWholeInt, AcceptsOneSignedIntegerWithWhiteSpaceAtItsEnd) {
     for (const auto* reply : {"0", "12", "+7", "-7", "007 ", "5\r\n\t"}) {
-        EXPECT_TRUE(Visa::isWholeInt(reply)) << reply;
+        EXPECT_TRUE(Visa::IsWholeInt(reply)) << reply;
     }
     for (const auto* reply : {"", " ", "+", "-", " 5", "1-2", "1+", "--1", "1.0", "1e3", "12x", "1 2", "0x10"}) {
-        EXPECT_FALSE(Visa::isWholeInt(reply)) << reply;
+        EXPECT_FALSE(Visa::IsWholeInt(reply)) << reply;
     }
 }
 
 TEST(IsWholeDouble, AcceptsOneRealOfAnyNotationWithWhiteSpaceAtItsEnd) {
     for (const auto* reply : {"0", "-12", "+1.5", ".5", "5.", "1E3", "+2.25E+00", "1.5e-3 ", "9.9E37\r\n"}) {
-        EXPECT_TRUE(Visa::isWholeDouble(reply)) << reply;
+        EXPECT_TRUE(Visa::IsWholeDouble(reply)) << reply;
     }
     for (const auto* reply : {"",   " ",   "+",     ".",   "-.",    "e5",    "E",   "1e",  "1e+", " 5",
                               "1V", "1-2", "1.5.2", "1..", "1e2e3", "1e2.5", "nan", "inf", "0x1", "1 2"}) {
-        EXPECT_FALSE(Visa::isWholeDouble(reply)) << reply;
+        EXPECT_FALSE(Visa::IsWholeDouble(reply)) << reply;
     }
 }
 
 TEST(IsWholeBool, AcceptsNothingBehindTheWordButWhiteSpace) {
-    EXPECT_TRUE(Visa::isWholeBool("ON"));
-    EXPECT_TRUE(Visa::isWholeBool("0 \r\n"));
+    EXPECT_TRUE(Visa::IsWholeBool("ON"));
+    EXPECT_TRUE(Visa::IsWholeBool("0 \r\n"));
     for (const auto* reply : {"ONX", "OFF,", "1.5", "1 2"}) {
-        EXPECT_FALSE(Visa::isWholeBool(reply)) << reply;
+        EXPECT_FALSE(Visa::IsWholeBool(reply)) << reply;
     }
 }
 
