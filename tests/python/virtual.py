@@ -5,6 +5,7 @@ import pathlib
 import re
 import socket
 import subprocess
+import time
 import unittest
 from typing import List, Optional
 
@@ -15,10 +16,11 @@ os.environ["PYTHONDONTWRITEBYTECODE"] = "1"
 class Virtual:
     """A virtual supply that runs until the end of a test."""
 
-    def __init__(self, test: unittest.TestCase, *options: str) -> None:
+    def __init__(self, test: unittest.TestCase, *options: str, log: bool = False) -> None:
         self._process = subprocess.Popen(
             [os.environ["VIRTUAL_SUPPLY"], "--exit-with-parent", "--for", "120", *options],
             stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE if log else None,
             text=True,
         )
         test.addCleanup(self.stop)
@@ -26,11 +28,18 @@ class Virtual:
         self.resource = self._process.stdout.readline().split()[-1]
 
     def stop(self) -> None:
-        """Ends the supply, and with it all connections."""
-        self._process.terminate()
-        self._process.communicate()
+        """Ends the supply, and with it all connections. Idempotent."""
+        if self._process.poll() is None:
+            self._process.terminate()
+            self._process.communicate()
 
-    def ask(self, query: str, attempts: int = 1) -> str:
+    def log(self) -> List[str]:
+        """Ends the supply and returns its log: connections, commands and replies."""
+        time.sleep(0.2)  # a connection that was closed just now
+        self._process.terminate()
+        return self._process.communicate()[1].splitlines()
+
+    def ask(self, query: str, attempts: int = 4) -> str:
         """Asks over a connection of its own. A fault may hit each attempt."""
         found = re.fullmatch(r"TCPIP0::(.*)::(\d+)::SOCKET", self.resource)
         assert found
@@ -40,7 +49,7 @@ class Virtual:
                 with socket.create_connection((found[1], int(found[2])), timeout=2) as connection:
                     connection.sendall(query.encode() + b"\n")
                     reply = connection.makefile("rb").readline()
-                if reply.endswith(b"\n"):
+                if re.fullmatch(rb"[ -~]+\r?\n", reply):
                     return reply.decode("latin-1").strip()
                 failure = ConnectionError(f"reply {reply!r}")
             except OSError as error:
@@ -48,7 +57,7 @@ class Virtual:
         assert failure
         raise failure
 
-    def outputs(self, attempts: int = 1) -> List[str]:
+    def outputs(self, attempts: int = 4) -> List[str]:
         """Returns ON or OFF per channel."""
         return [self.ask(f":OUTP:STAT? CH{channel}", attempts).rstrip("X") for channel in (1, 2)]
 
