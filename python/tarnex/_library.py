@@ -31,8 +31,12 @@ _dll_directories: List[Any] = []
 
 
 def _load(path: str) -> ctypes.CDLL:
-    if sys.platform == "win32" and os.path.isabs(path):
-        _dll_directories.append(os.add_dll_directory(os.path.dirname(path)))
+    if sys.platform == "win32":
+        # Python does not search PATH for the libraries that a library needs: the IVI Shared Components.
+        folders = [os.path.join(os.environ[name], "Bin") for name in ("IVIROOTDIR64",) if name in os.environ]
+        if os.path.isabs(path):
+            folders.append(os.path.dirname(path))
+        _dll_directories.extend(os.add_dll_directory(folder) for folder in folders if os.path.isdir(folder))
     return ctypes.CDLL(path)
 
 

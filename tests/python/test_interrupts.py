@@ -94,7 +94,7 @@ class Interrupts(OverSupply):
         except KeyboardInterrupt as interrupt:
             # The exception keeps the object alive, so that not its end has closed the connection.
             self.assertIsNotNone(interrupt.__traceback__)
-            self.assertEqual([line.split()[1] for line in virtual.log()], ["connected", "<", ">", "closed"])
+            self.assertEqual([line.split()[1] for line in virtual.log("closed")], ["connected", "<", ">", "closed"])
 
 
 class Forks(OverSupply):

@@ -33,11 +33,17 @@ class Virtual:
             self._process.terminate()
             self._process.communicate()
 
-    def log(self) -> List[str]:
-        """Ends the supply and returns its log: connections, commands and replies."""
-        time.sleep(0.2)  # a connection that was closed just now
-        self._process.terminate()
-        return self._process.communicate()[1].splitlines()
+    def log(self, until: str) -> List[str]:
+        """Returns the log so far: connections, commands and replies. Waits up to 2 s for a line that contains a text."""
+        assert self._process.stderr is not None
+        os.set_blocking(self._process.stderr.fileno(), False)
+        text = ""
+        for _ in range(100):
+            text += self._process.stderr.read() or ""
+            if until in text:
+                break
+            time.sleep(0.02)
+        return text.splitlines()
 
     def ask(self, query: str, attempts: int = 4) -> str:
         """Asks over a connection of its own. A fault may hit each attempt."""
