@@ -64,12 +64,12 @@ class Supply:
     def __init__(self, name: str, options: str = "", timeout: float = 2.0) -> None:
         self._session = ctypes.c_uint32(0)
         self._lock = threading.RLock()
-        self._process = os.getpid()
         self._held: List[int] = []  # numbers of the channels that blocks and iterators have switched on
         self._callback: Any = None  # keeps the callback of the trace alive
         self._in_callback = False
         self._pending: Optional[BaseException] = None  # an interrupt that arrived within the callback
         self._name = name
+        self._process = os.getpid()
         resource, option_text = _values.text(name, "the name"), _values.text(options, "the options")
         milliseconds = _milliseconds(timeout)
         library = _library.load()[1]
@@ -102,7 +102,8 @@ class Supply:
         self.close()
 
     def __del__(self) -> None:
-        if self._session.value and os.getpid() == self._process:
+        # Wrong arguments of the constructor leave an object without attributes.
+        if hasattr(self, "_process") and not self.closed:
             warnings.warn(f"{self!r} was not closed", ResourceWarning, stacklevel=2, source=self)
             self.close()
 

@@ -126,6 +126,15 @@ class Session(OverSupply):
                 make(*arguments)
         with self.assertRaises(ValueError):
             make(self.resource + "\0")
+        seen: List[Any] = []
+        hook, sys.unraisablehook = sys.unraisablehook, seen.append
+        try:
+            with self.assertRaises(TypeError):
+                make(self.resource, id_query=False)
+            gc.collect()
+        finally:
+            sys.unraisablehook = hook
+        self.assertEqual(seen, [])
 
 
 class Channels(Open):
