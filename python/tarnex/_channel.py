@@ -171,7 +171,8 @@ class Channel:
     def _check(self, value: Any, what: str, unit: str, lowest: float, highest: float) -> float:
         number = _values.real(value, what)
         if not lowest <= number <= highest:
-            raise ValueError(f"{what} of {self.name} must be from {lowest:g} to {highest:g} {unit}, not {number:g} {unit}")
+            allowed = f"from {lowest:g} to {highest:g} {unit}"
+            raise ValueError(f"{what} of {self.name} must be {allowed}, not {number:g} {unit}")
         return number
 
     def select(self) -> None:

@@ -185,6 +185,8 @@ class Supply:
         if callback is not None:
             function = _library.TRACE_CALLBACK(self._reporter(callback))
         with self._lock:
+            # Both, until it is certain which one the library calls: an interrupt may arrive after the call.
+            self._callback = (self._callback, function)
             self._call("Trace", function, None)
             self._callback = function
 
@@ -392,7 +394,8 @@ class Supply:
             yield
             refused = self.errors()
         if refused:
-            raise TarnexError(_errors.INSTRUMENT_STATUS, f"the instrument refuses {what}: {refused[0][0]}, {refused[0][1]}")
+            code, message = refused[0]
+            raise TarnexError(_errors.INSTRUMENT_STATUS, f"the instrument refuses {what}: {code}, {message}")
 
     def _expect_groups(self, function: str, count: int) -> None:
         found = ctypes.c_int32()
@@ -466,36 +469,36 @@ class Supply:
             self._held.append(number)
 
     def _release(self, number: int, stop: Sequence[str] = ()) -> None:
-        """Switches off a channel that was held. Has no effect in a forked process, and after close, which has done it."""
+        """Switches off a channel that was held. Has no effect in a forked process and after close."""
         if os.getpid() != self._process:
             return
+
+        def release() -> None:
+            with self._lock:
+                held = number in self._held
+            if held:
+                try:
+                    self._try_to_switch_off([number], stop)
+                except TarnexError:
+                    self._forget(number)
+                    raise
+                self._forget(number)
+
+        _uninterrupted(release)
+
+    def _forget(self, number: int) -> None:
         with self._lock:
-            held = number in self._held
-        if held:
-            try:
-                self._switch_off([number], stop)
-            finally:
-                with self._lock:
-                    if number in self._held:
-                        self._held.remove(number)
+            if number in self._held:
+                self._held.remove(number)
 
     def _switch_off(self, numbers: Sequence[int], stop: Sequence[str] = ()) -> None:
-        """Switches channels off and reads them back, for 10 s at most. An interrupt is raised afterwards.
+        _uninterrupted(lambda: self._try_to_switch_off(numbers, stop))
+
+    def _try_to_switch_off(self, numbers: Sequence[int], stop: Sequence[str]) -> None:
+        """Switches channels off and reads them back, for 10 s at most.
 
         stop: functions that stop a sequence, which would switch the output on again.
         """
-        try:
-            with Deferred():
-                self._try_to_switch_off(numbers, stop)
-        except OutputError:
-            raise
-        except BaseException:
-            # The interrupt may have arrived before it was deferred.
-            with Deferred():
-                self._try_to_switch_off(numbers, stop)
-            raise
-
-    def _try_to_switch_off(self, numbers: Sequence[int], stop: Sequence[str]) -> None:
         deadline = time.monotonic() + _RETRY_SECONDS
         original_timeout: Optional[float] = None
         on = [Channel(self, number) for number in numbers]
@@ -542,6 +545,20 @@ class Supply:
         return 0.0
 
 
+def _uninterrupted(action: Callable[[], None]) -> None:
+    """Runs an action; an interrupt is raised afterwards."""
+    try:
+        with Deferred():
+            action()
+    except TarnexError:
+        raise
+    except BaseException:
+        # The interrupt may have arrived before it was deferred, or is another signal's.
+        with Deferred():
+            action()
+        raise
+
+
 def _warning(channels: Sequence[Channel], why: str) -> str:
     return f"OUTPUT {', '.join(channel.name for channel in channels)} MAY STILL BE ON: {why}"
 
@@ -571,6 +588,13 @@ def _common_length(columns: Sequence[Sequence[Any]]) -> int:
 @atexit.register
 def _close_all() -> None:
     """Switches off what generators that nobody closed have switched on."""
+    failure: Optional[OutputError] = None
     for supply in list(_open_supplies):
-        with contextlib.suppress(Exception) if not supply._held else contextlib.nullcontext():
+        try:
             supply.close()
+        except OutputError as error:
+            failure = error
+        except TarnexError:
+            pass  # the process ends, and with it the connection
+    if failure is not None:
+        raise failure

@@ -9,7 +9,8 @@
         channel.output_enabled = True
         print(channel.constant_voltage)
 
-This module needs only the driver, not the supply library. tarnex.Supply can do more, measures, and survives every reply.
+This module needs only the driver, not the supply library. tarnex.Supply measures, has the other commands of the supply,
+and survives every reply.
 
 Errors of the driver and the instrument are raised as TarnexError, with one exception: when an instrument answers a
 query with something that is not a number or boolean, a C++ exception leaves the driver. Python cannot catch it: IT ENDS

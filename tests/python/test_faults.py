@@ -157,8 +157,9 @@ import sys, tarnex
 errors = 0
 try:
     with tarnex.Supply(sys.argv[1], sys.argv[2], timeout=0.05) as supply:
-        uses = [lambda: supply.errors(), lambda: supply.states(), lambda: supply[1].measure(), lambda: supply[1].regulation,
-                lambda: supply.list_progress, lambda: supply.delay_progress, lambda: supply.query("*IDN?"),
+        uses = [lambda: supply.errors(), lambda: supply.states(), lambda: supply[1].measure(),
+                lambda: supply[1].regulation, lambda: supply.list_progress,
+                lambda: supply.delay_progress, lambda: supply.query("*IDN?"),
                 lambda: supply[2].pairing, lambda: supply[2].output_enabled, lambda: supply[1].questionable_condition,
                 lambda: supply.trigger_input_enabled(tarnex.TriggerInput.D4), lambda: supply.write("*CLS")]
         for use in uses:

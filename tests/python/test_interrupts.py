@@ -197,6 +197,33 @@ class Ends(OverSupply):
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "True\n", ""))
         self.expect_off()
 
+    def test_an_output_that_cannot_be_switched_off_at_exit_is_reported(self) -> None:
+        virtual = Virtual(self, "--fault", "drop@7")
+        done = run(
+            """
+            import sys, tarnex
+            supply = tarnex.Supply(sys.argv[1])
+            sweep = supply[1].sweep(0, 5, 1, settle=0)
+            next(sweep)
+            """,
+            virtual.resource,
+        )
+        self.assertIn("OUTPUT OutputChannel1 MAY STILL BE ON: 0xBFFA", done.stderr)
+
+    def test_a_handler_that_exits_while_the_output_is_switched_off(self) -> None:
+        virtual = Virtual(self, "--fault", "silent@3+6")
+        done = run(
+            """
+            import os, signal, sys, threading, tarnex
+            signal.signal(signal.SIGTERM, lambda *_: sys.exit(7))
+            with tarnex.Supply(sys.argv[1], timeout=0.3) as supply, supply[1].on():
+                threading.Timer(0.4, os.kill, (os.getpid(), signal.SIGTERM)).start()
+            """,
+            virtual.resource,
+        )
+        self.assertEqual((done.returncode, done.stderr), (7, ""))
+        self.assertEqual(virtual.outputs(), ["OFF", "OFF"])
+
     def test_sys_exit_and_a_failure_in_a_block(self) -> None:
         for end, code in (("sys.exit(3)", 3), ("1 / 0", 1)):
             done = run(

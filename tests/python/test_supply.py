@@ -9,9 +9,13 @@ import gc
 import importlib
 import importlib.util
 import math
+import os
 import pickle
 import re
+import shutil
+import subprocess
 import sys
+import tempfile
 import threading
 import time
 import unittest
@@ -352,6 +356,22 @@ class RawText(Open):
         self.assertEqual(self.channel.voltage, 1)
 
 
+class StatusQueries(OverSupply):
+    """With the option QueryInstrStatus every call asks the instrument for errors."""
+
+    def test_blocks_and_sequences(self) -> None:
+        with tarnex.Supply(self.resource, "QueryInstrStatus=1") as supply:
+            supply.upload_list([1, 2], [1, 1], [0.02, 0.02])
+            with supply.run_list() as run:
+                run.wait(timeout=5)
+            self.assertEqual([reading.volts for reading in supply[1].sweep(0, 2, 1, settle=0)], [0, 1, 2])
+            with self.assertRaises(tarnex.TarnexError) as caught:
+                with supply[1].on():
+                    supply.write("nonsense")
+            self.assertEqual(caught.exception.status, 0xBFFA0001)
+            self.expect_off()
+
+
 class Blocks(Open):
     def test_the_output_is_on_within_the_block_only(self) -> None:
         with self.channel.on() as channel:
@@ -634,6 +654,36 @@ class Threads(Open):
         thread.join()
         self.expect_off()
         self.assertEqual([str(failure) for failure in failures], ["0xBFFA1190: the supply is closed"])
+
+
+class Loading(unittest.TestCase):
+    def run_python(self, library: str) -> Tuple[int, str]:
+        done = subprocess.run(
+            [sys.executable, "-c", "import tarnex; print(tarnex.Supply('', 'Simulate=1').identity.model)"],
+            env={**os.environ, "TARNEX_LIBRARY": library},
+            stdout=subprocess.PIPE,
+            stderr=subprocess.STDOUT,
+            text=True,
+            timeout=60,
+            check=False,
+        )
+        return done.returncode, done.stdout.splitlines()[-1]
+
+    def test_tarnex_library_is_a_file_or_a_folder(self) -> None:
+        driver = os.environ["TARNEX_LIBRARY"]
+        self.assertEqual(self.run_python(driver), (0, "TX6300"))
+        self.assertEqual(self.run_python(os.path.dirname(driver)), (0, "TX6300"))
+        self.assertEqual(self.run_python(os.path.relpath(driver)), (0, "TX6300"))
+
+    def test_a_missing_library_is_named(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            code, text = self.run_python(folder)
+            self.assertEqual(code, 1)
+            self.assertTrue(text.startswith(f"OSError: {folder}/libTARNEX.so: "), text)
+            shutil.copy(os.environ["TARNEX_LIBRARY"], folder)
+            code, text = self.run_python(folder)
+            self.assertEqual(code, 1)
+            self.assertTrue(text.startswith(f"OSError: {folder}/libTARNEX_supply.so: "), text)
 
 
 class Errors(unittest.TestCase):

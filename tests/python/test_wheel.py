@@ -1,5 +1,5 @@
-"""The wheels. Linux: built, installed into a virtual environment of its own, run against a virtual supply. Windows, when
-WINDOWS_BUILD names a build folder: built, and its content checked.
+"""The wheels. Linux: built, installed into a fresh virtual environment, and run against a virtual supply. Windows:
+built, and its content checked; this needs WINDOWS_BUILD, a build folder.
 
 Environment: PROJECT, BUILD, VIRTUAL_SUPPLY.
 """

@@ -34,7 +34,7 @@ class Virtual:
             self._process.communicate()
 
     def log(self, until: str) -> List[str]:
-        """Returns the log so far: connections, commands and replies. Waits up to 2 s for a line that contains a text."""
+        """Returns the log so far: connections, commands and replies. Waits up to 2 s for a text in it."""
         assert self._process.stderr is not None
         os.set_blocking(self._process.stderr.fileno(), False)
         text = ""
