@@ -6,7 +6,7 @@ import subprocess
 import sys
 import time
 import unittest
-from typing import Callable, Dict, List
+from typing import Callable, Dict, List, Tuple
 
 import tarnex
 from virtual import Virtual
@@ -16,17 +16,16 @@ FAULTS = ["drop", "delay=300", "silent", "garbage", "cut", "long=900", "long=500
 
 def use_block(supply: tarnex.Supply) -> None:
     with supply[1].on():
-        for _ in range(4):
-            supply[1].measure()
+        supply[1].measure()
 
 
 def use_sweep(supply: tarnex.Supply) -> None:
-    for _ in supply[1].sweep(0, 2, 0.5, settle=0):
+    for _ in supply[1].sweep(0, 1, 1, settle=0):
         pass
 
 
 def use_ramp(supply: tarnex.Supply) -> None:
-    for _ in supply[1].ramp(0.5, 10, interval=0.01):
+    for _ in supply[1].ramp(0.1, 10, interval=0.01):
         pass
 
 
@@ -47,7 +46,25 @@ def use_all_off(supply: tarnex.Supply) -> None:
     supply.all_off()
 
 
-USES: List[Callable[[tarnex.Supply], None]] = [use_block, use_sweep, use_ramp, use_list, use_delay, use_all_off]
+# With the number of commands that each sends, the identity query of opening included.
+USES: List[Tuple[Callable[[tarnex.Supply], None], int]] = [
+    (use_block, 5),
+    (use_sweep, 11),
+    (use_ramp, 12),
+    (use_list, 27),
+    (use_delay, 23),
+    (use_all_off, 10),
+]
+
+
+class Uses(unittest.TestCase):
+    def test_number_of_commands(self) -> None:
+        for use, commands in USES:
+            virtual = Virtual(self, "--load", "1=10", "--verbose", log=True)
+            with tarnex.Supply(virtual.resource) as supply:
+                use(supply)
+            # A sequence is asked for its progress until it has ended, so its number varies.
+            self.assertAlmostEqual(sum(" < " in line for line in virtual.log("closed")), commands, delta=2, msg=str(use))
 
 
 class PassingFaults(unittest.TestCase):
@@ -55,11 +72,11 @@ class PassingFaults(unittest.TestCase):
 
     def run_uses(self, fault: str) -> None:
         outcomes: Dict[str, int] = {}
-        for use in USES:
-            for first in range(2, 16, 2):
+        for use, commands in USES:
+            for first in range(2, commands + 1):
                 with self.subTest(use=use.__name__, first=first):
                     virtual = Virtual(self, "--load", "1=10", "--fault", f"{fault}@{first}+2")
-                    supply = tarnex.Supply(virtual.resource, timeout=0.1)
+                    supply = tarnex.Supply(virtual.resource, timeout=0.05)
                     outcome = "done"
                     try:
                         use(supply)
@@ -82,7 +99,7 @@ class PassingFaults(unittest.TestCase):
         self.run_uses("drop")
 
     def test_delay(self) -> None:
-        self.run_uses("delay=150")
+        self.run_uses("delay=80")
 
     def test_silent(self) -> None:
         self.run_uses("silent")
