@@ -1,6 +1,6 @@
 # The commands of this project. Each installs what it needs (Debian packages), builds and runs.
 
-.PHONY: help run run-windows test check package docs bench fault-sweep fuzz soak coverage format clean
+.PHONY: help run run-windows test check package wheel docs bench fault-sweep fuzz soak coverage format clean
 
 help:
 	@echo "make run          the quickstart against a virtual supply"
@@ -8,6 +8,7 @@ help:
 	@echo "make test         every test; those of the driver for Windows under Wine"
 	@echo "make check        sanitizers, static analysis, formatting, the packages"
 	@echo "make package      a tar.gz and a .deb for Linux, a zip for Windows, into build/packages"
+	@echo "make wheel        wheels of the Python package for Linux and Windows, into build/wheels"
 	@echo "make docs         HTML of the pages in docs/ and a reference, into build/docs/html"
 	@echo "make bench        what the driver costs, next to the same work without it"
 	@echo "make fault-sweep, make fuzz, make soak: what must not bring the driver down, in their long forms"
@@ -27,7 +28,7 @@ run-windows:
 	@scripts/run-quickstart build/release build/windows
 
 test:
-	@scripts/install-deps build test windows
+	@scripts/install-deps build test windows wheel
 	@scripts/build release
 	@ctest --preset release
 	@scripts/test-windows
@@ -36,12 +37,16 @@ package:
 	@scripts/install-deps build test windows package
 	@scripts/package
 
+wheel:
+	@scripts/install-deps build test windows wheel
+	@scripts/wheel
+
 docs:
 	@scripts/install-deps docs
 	@scripts/build-docs
 
 check:
-	@scripts/install-deps build test check windows wine package docs
+	@scripts/install-deps build test check windows wine package docs wheel
 	@scripts/check
 
 bench:

@@ -1,22 +1,20 @@
-"""Power supplies of the TARNEX family from Python, through the IVI-C driver and the standard library alone.
+"""The IVI functions of the driver from Python, for programs that need the IVI classes and the configuration store.
 
-    import tarnex
+    from tarnex import ivi
 
-    with tarnex.Supply("TCPIP0::192.168.1.20::5025::SOCKET") as supply:
+    with ivi.Supply("TCPIP0::192.168.1.20::5025::SOCKET") as supply:
         channel = supply["OutputChannel1"]
         channel.voltage_level = 3.3
         channel.current_limit = 1.5
         channel.output_enabled = True
         print(channel.constant_voltage)
 
-The library of the driver is libTARNEX.so on Linux and TARNEX_64.dll on Windows. The module loads the first of: the file
-in the environment variable TARNEX_LIBRARY, the library that was installed with this module, the library of the system
-(on Windows: in PATH).
+This module needs only the driver, not the supply library. tarnex.Supply measures, has the other commands of the supply,
+and survives every reply.
 
 Errors of the driver and the instrument are raised as TarnexError, with one exception: when an instrument answers a
 query with something that is not a number or boolean, a C++ exception leaves the driver. Python cannot catch it: IT ENDS
-THE PROCESS. A working supply does not send such a reply. A program that must survive it uses the supply in a separate
-process (multiprocessing).
+THE PROCESS. A working supply does not send such a reply. A program that must survive it uses tarnex.Supply.
 
 Thread-safe: calls release the interpreter's lock while they wait. Calls on the same supply run one after another, calls
 on different supplies run in parallel. The caller must not call close() during another call on the same supply.
@@ -26,33 +24,19 @@ from __future__ import annotations
 
 import contextlib
 import ctypes
-import ctypes.util
 import enum
 import functools
-import os
-import pathlib
-import sys
 from types import TracebackType
 from typing import Any, Callable, Dict, Generic, Iterator, List, Optional, Tuple, Type, TypeVar, overload
+
+from tarnex import _library as _library_files
+from tarnex._errors import TarnexError
 
 __all__ = ["Channel", "CurrentLimitBehavior", "Supply", "TarnexError"]
 
 _T = TypeVar("_T")
 
 _TEXT_SIZE = 4096  # the longest text that the driver returns, including its NUL
-
-
-class TarnexError(Exception):
-    """A call returned a negative status. Positive statuses are success and raise nothing."""
-
-    def __init__(self, status: int, description: str) -> None:
-        self.status = status & 0xFFFFFFFF
-        """The status as an unsigned number, as in TARNEX.h: 0xBFFA0067."""
-        self.description = description
-        super().__init__(f"0x{self.status:08X}: {description}")
-
-    def __reduce__(self) -> Tuple[Type[TarnexError], Tuple[int, str]]:
-        return TarnexError, (self.status, self.description)
 
 
 class CurrentLimitBehavior(enum.IntEnum):
@@ -64,23 +48,10 @@ class CurrentLimitBehavior(enum.IntEnum):
     """The over-current protection switches the output off."""
 
 
-def _open_library() -> ctypes.CDLL:
-    name, stem = ("TARNEX_64.dll", "TARNEX_64") if sys.platform == "win32" else ("libTARNEX.so", "TARNEX")
-    named = os.environ.get("TARNEX_LIBRARY")
-    if named:
-        return ctypes.CDLL(named)
-    # Installed, this file is lib/python3/dist-packages/tarnex.py beside lib/libTARNEX.so.
-    beside = pathlib.Path(__file__).resolve().parent.parent.parent / name
-    try:
-        return ctypes.CDLL(str(beside) if beside.is_file() else ctypes.util.find_library(stem) or name)
-    except OSError as failure:
-        raise OSError(f"{name} not found; set TARNEX_LIBRARY to its path ({failure})") from failure
-
-
 @functools.lru_cache(maxsize=None)
 def _library() -> ctypes.CDLL:
     """Returns the driver, which the first call loads."""
-    library = _open_library()
+    library = _library_files.load_driver()
     session, status = ctypes.c_uint32, ctypes.c_int32
     text, real, boolean = ctypes.c_char_p, ctypes.c_double, ctypes.c_uint16
     pointer = ctypes.POINTER

@@ -1,4 +1,4 @@
-"""The Python module over the driver, the built-in platform runtime and a virtual supply.
+"""tarnex.ivi over the driver, the built-in platform runtime and a virtual supply.
 
 Environment: TARNEX_LIBRARY, VIRTUAL_SUPPLY and EXAMPLE_STORE are the paths of the driver, the virtual supply and a
 configuration store.
@@ -16,7 +16,7 @@ import threading
 import unittest
 from typing import Any
 
-import tarnex
+from tarnex import ivi
 
 
 def start_supply(test: unittest.TestCase, *options: str) -> str:
@@ -41,8 +41,8 @@ class OverSupply(unittest.TestCase):
         os.environ["IVI_CONFIG_STORE"] = "/nonexistent/store.xml"
         self.resource = start_supply(self, "--load", "1=10")
 
-    def open(self, **options: Any) -> tarnex.Supply:
-        supply = tarnex.Supply(self.resource, **options)
+    def open(self, **options: Any) -> ivi.Supply:
+        supply = ivi.Supply(self.resource, **options)
         self.addCleanup(supply.close)
         return supply
 
@@ -62,7 +62,7 @@ class Settings(OverSupply):
         for name, value in (
             ("voltage_level", 3.3),
             ("current_limit", 1.5),
-            ("current_limit_behavior", tarnex.CurrentLimitBehavior.TRIP),
+            ("current_limit_behavior", ivi.CurrentLimitBehavior.TRIP),
             ("ovp_enabled", True),
             ("ovp_limit", 5.5),
             ("output_enabled", True),
@@ -114,15 +114,15 @@ class Settings(OverSupply):
         self.assertEqual(self.open(reset=True)["OutputChannel1"].voltage_level, 0.0)
 
     def test_doc_strings_contain_units(self) -> None:
-        self.assertEqual(tarnex.Channel.voltage_level.__doc__, "Programmed voltage in V.")
-        self.assertIn(" in A", tarnex.Channel.current_limit.__doc__ or "")
-        self.assertIn(" in V", tarnex.Channel.ovp_limit.__doc__ or "")
+        self.assertEqual(ivi.Channel.voltage_level.__doc__, "Programmed voltage in V.")
+        self.assertIn(" in A", ivi.Channel.current_limit.__doc__ or "")
+        self.assertIn(" in V", ivi.Channel.ovp_limit.__doc__ or "")
 
 
 class Errors(OverSupply):
     def test_an_unknown_channel_raises_status_and_description(self) -> None:
         supply = self.open()
-        with self.assertRaises(tarnex.TarnexError) as caught:
+        with self.assertRaises(ivi.TarnexError) as caught:
             supply["OutputChannel3"].voltage_level = 1.0
         self.assertEqual(caught.exception.status, 0xBFFA0067)
         description = (
@@ -134,9 +134,9 @@ class Errors(OverSupply):
 
     def test_each_error_has_its_own_description(self) -> None:
         supply = self.open()
-        with self.assertRaises(tarnex.TarnexError):
+        with self.assertRaises(ivi.TarnexError):
             supply["OutputChannel3"].voltage_level = 1.0
-        with self.assertRaises(tarnex.TarnexError) as caught:
+        with self.assertRaises(ivi.TarnexError) as caught:
             supply["OutputChannel2"].voltage_level = 6.0
         self.assertEqual(caught.exception.status, 0xBFFA4217)
         self.assertEqual(
@@ -145,12 +145,12 @@ class Errors(OverSupply):
         )
 
     def test_errors_can_be_pickled(self) -> None:
-        error = pickle.loads(pickle.dumps(tarnex.TarnexError(0xBFFA0067 - (1 << 32), "text")))
+        error = pickle.loads(pickle.dumps(ivi.TarnexError(0xBFFA0067 - (1 << 32), "text")))
         self.assertEqual((error.status, error.description), (0xBFFA0067, "text"))
 
     def test_an_unreachable_supply_raises_an_io_error(self) -> None:
-        with self.assertRaises(tarnex.TarnexError) as caught:
-            tarnex.Supply("TCPIP0::127.0.0.1::1::SOCKET")
+        with self.assertRaises(ivi.TarnexError) as caught:
+            ivi.Supply("TCPIP0::127.0.0.1::1::SOCKET")
         self.assertEqual(caught.exception.status, 0xBFFA4214)
         self.assertRegex(caught.exception.description, r"^I/O error\.  .")
 
@@ -159,30 +159,30 @@ class Errors(OverSupply):
             ("TCPIP0::127.0.0.1::1::SOCKET", "", 0xBFFA4214),
             (self.resource, "Nonsense=1", 0xBFFA004B),
         ):
-            with self.assertRaises(tarnex.TarnexError) as caught:
-                tarnex.Supply(resource, options=options)
+            with self.assertRaises(ivi.TarnexError) as caught:
+                ivi.Supply(resource, options=options)
             self.assertEqual(caught.exception.status, status)
         self.assertEqual(caught.exception.description, "The 'nonsense' name in the option string is unknown.")
 
     def test_calls_on_a_closed_supply_raise(self) -> None:
-        with tarnex.Supply(self.resource) as supply:
+        with ivi.Supply(self.resource) as supply:
             pass
         supply.close()
-        with self.assertRaises(tarnex.TarnexError) as caught:
+        with self.assertRaises(ivi.TarnexError) as caught:
             supply.reset()
         self.assertEqual(caught.exception.status, 0xBFFA1190)
         self.assertEqual(caught.exception.description, "Invalid session handle.")
 
     def test_the_supply_is_closed_when_the_block_raises(self) -> None:
         with self.assertRaises(ZeroDivisionError):
-            with tarnex.Supply(self.resource) as supply:
+            with ivi.Supply(self.resource) as supply:
                 raise ZeroDivisionError
-        with self.assertRaises(tarnex.TarnexError):
+        with self.assertRaises(ivi.TarnexError):
             supply.reset()
 
     def test_a_value_that_the_instrument_refuses_raises(self) -> None:
         supply = self.open(options="QueryInstrStatus=1")
-        with self.assertRaises(tarnex.TarnexError) as caught:
+        with self.assertRaises(ivi.TarnexError) as caught:
             supply["OutputChannel1"].voltage_level = float("nan")
         self.assertEqual(caught.exception.status, 0xBFFA0001)
         self.assertEqual(supply.error_query(), (-104, "Data type error"))
@@ -190,7 +190,7 @@ class Errors(OverSupply):
 
     def test_texts_with_a_nul_character_are_refused(self) -> None:
         with self.assertRaises(ValueError):
-            tarnex.Supply(self.resource + "\0")
+            ivi.Supply(self.resource + "\0")
 
     def test_values_of_another_type_are_refused(self) -> None:
         channel: Any = self.open()["OutputChannel1"]
@@ -208,7 +208,7 @@ class Names(OverSupply):
             store = pathlib.Path(folder, "store.xml")
             store.write_text(text, encoding="utf-8")
             os.environ["IVI_CONFIG_STORE"] = str(store)
-            supply = tarnex.Supply("MySupply")
+            supply = ivi.Supply("MySupply")
             self.addCleanup(supply.close)
         supply["Core"].voltage_level = 1.1
         supply["Rail11"].voltage_level = 3.3
@@ -217,7 +217,7 @@ class Names(OverSupply):
         self.assertEqual((supply.logical_name, supply.resource), ("MySupply", self.resource))
 
     def test_simulation(self) -> None:
-        with tarnex.Supply("", id_query=False, options="Simulate=1") as supply:
+        with ivi.Supply("", id_query=False, options="Simulate=1") as supply:
             self.assertEqual(supply.model, "TX6300")
             supply["OutputChannel2"].voltage_level = 3.3
             self.assertIn(supply["OutputChannel2"].output_enabled, (False, True))
@@ -254,7 +254,7 @@ class Loading(unittest.TestCase):
         )
 
     def test_a_missing_library_is_reported_in_one_line(self) -> None:
-        run = self.run_python("import tarnex; tarnex.Supply('')", TARNEX_LIBRARY="/nonexistent/libTARNEX.so")
+        run = self.run_python("from tarnex import ivi; ivi.Supply('')", TARNEX_LIBRARY="/nonexistent/libTARNEX.so")
         self.assertEqual(run.returncode, 1)
         self.assertIn("OSError: /nonexistent/libTARNEX.so", run.stderr.splitlines()[-1])
 
@@ -262,7 +262,7 @@ class Loading(unittest.TestCase):
     def test_a_malformed_reply_ends_the_process(self) -> None:
         resource = start_supply(self, "--fault", "garbage@2")
         run = self.run_python(
-            f"import tarnex; tarnex.Supply({resource!r})['OutputChannel1'].voltage_level",
+            f"from tarnex import ivi; ivi.Supply({resource!r})['OutputChannel1'].voltage_level",
             IVI_CONFIG_STORE="/nonexistent/store.xml",
         )
         self.assertEqual(run.returncode, -signal.SIGABRT)
