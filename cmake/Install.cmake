@@ -36,8 +36,6 @@ install(FILES ${PROJECT_SOURCE_DIR}/include/TARNEX.h ${PROJECT_SOURCE_DIR}/inclu
 # The folder of Debian's Python when the prefix is /usr. The package finds the libraries relative to it.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/python/tarnex DESTINATION lib/python3/dist-packages
         FILES_MATCHING PATTERN "*.py" PATTERN "py.typed" PATTERN "__pycache__" EXCLUDE PATTERN "_lib" EXCLUDE)
-set_target_properties(TARNEX_supply PROPERTIES INSTALL_RPATH "$ORIGIN:$ORIGIN/tarnex")
-install(TARGETS TARNEX_supply LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
 install(TARGETS TARNEX TARNEX_supply tarnex_headers tarnex_text tarnex_status tarnex_visa_io tarnex_instrument
         EXPORT TARNEXTargets

@@ -19,7 +19,6 @@ if(WIN32)
   install(FILES ${PROJECT_SOURCE_DIR}/include/TARNEX.h ${PROJECT_SOURCE_DIR}/include/TARNEX_supply.h
           DESTINATION Include)
   tarnex_install_documents(Drivers/TARNEX)
-  install(TARGETS TARNEX_supply RUNTIME DESTINATION Bin)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/python/tarnex DESTINATION Drivers/TARNEX/python
           FILES_MATCHING PATTERN "*.py" PATTERN "py.typed" PATTERN "__pycache__" EXCLUDE PATTERN "_lib" EXCLUDE)
   set(CPACK_GENERATOR ZIP)

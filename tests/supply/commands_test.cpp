@@ -17,7 +17,7 @@ class SupplyCommands : public SupplyOverDoubles {};
 const std::set<std::string> kTestedOneByOne{"Open",       "Close",       "GetTimeout",  "SetTimeout",
                                             "Write",      "Query",       "Trace",       "ErrorMessage",
                                             "QueryError", "GetLimits",   "GetIdentity", "ResolveChannels",
-                                            "UploadList", "UploadDelay", "ReadStates"};
+                                            "UploadList", "UploadDelay", "ReadStates",  "EnsureOff"};
 
 TEST_F(SupplyCommands, AreAllListedInTheseTests) {
     std::set<std::string> tested = kTestedOneByOne;
