@@ -211,6 +211,7 @@ ViStatus _VI_FUNC TARNEXSupply_ResolveChannels(ViSession vi, ViConstString chann
  * Ends whatever drives an output and switches it off: stops list and delay mode, switches the channel off and reads its
  * state back.
  *
+ * @param vi           The session.
  * @param channelName  Exactly one channel.
  * @param giveUpMs     After a failure the function brings the connection back into step, or opens it again, and repeats
  * all steps with growing pauses for this time in ms. The call under way is finished, so the function may take longer by
