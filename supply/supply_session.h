@@ -62,7 +62,10 @@ class SupplySession {
 
     /// Returns the real instrument or the simulator, whichever the driver's session has now.
     [[nodiscard]] ORVA::InstBase& Instrument() {
-        return IsSimulated() ? static_cast<ORVA::InstBase&>(simulator_) : instrument_;
+        if (IsSimulated()) {
+            return simulator_;
+        }
+        return instrument_;
     }
 
     /// The driver's functions and their first argument.

@@ -17,7 +17,7 @@ typedef ViStatus (*Configure)(ViSession, ViConstString, ViReal64);
 typedef ViStatus (*Close)(ViSession);
 
 /* Copied as POSIX suggests: C has no conversion from an object's address to a function's. */
-static void find(void* library, const char* name, void* function) {
+static void Find(void* library, const char* name, void* function) {
     void* symbol = dlsym(library, name);
     if (symbol == NULL) {
         fprintf(stderr, "dynamic_loading: no %s\n", name);
@@ -26,24 +26,24 @@ static void find(void* library, const char* name, void* function) {
     memcpy(function, &symbol, sizeof symbol);
 }
 
-static void one_session(void* library, const char* resource, const char* options) {
+static void OneSession(void* library, const char* resource, const char* options) {
     InitWithOptions init = NULL;
     Configure configure = NULL;
-    Close close_session = NULL;
+    Close closeSession = NULL;
     ViSession vi = VI_NULL;
     char name[256];
-    find(library, "TARNEX_InitWithOptions", &init);
-    find(library, "TARNEX_ConfigureVoltageLevel", &configure);
-    find(library, "TARNEX_close", &close_session);
+    Find(library, "TARNEX_InitWithOptions", &init);
+    Find(library, "TARNEX_ConfigureVoltageLevel", &configure);
+    Find(library, "TARNEX_close", &closeSession);
     snprintf(name, sizeof name, "%s", resource);
     if (init(name, VI_FALSE, VI_FALSE, options, &vi) < 0 || configure(vi, "OutputChannel1", 1.0) < 0 ||
-        close_session(vi) < 0) {
+        closeSession(vi) < 0) {
         fprintf(stderr, "dynamic_loading: a session on \"%s\" failed\n", resource);
         exit(1);
     }
 }
 
-static long resident_kib(void) {
+static long ResidentKib(void) {
     long all = 0;
     long resident = 0;
     FILE* file = fopen("/proc/self/statm", "r");
@@ -55,7 +55,7 @@ static long resident_kib(void) {
     return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
-static long open_files(void) {
+static long OpenFiles(void) {
     long count = 0;
     DIR* folder = opendir("/proc/self/fd");
     while (folder != NULL && readdir(folder) != NULL) {
@@ -67,7 +67,7 @@ static long open_files(void) {
     return count;
 }
 
-static long mappings(void) {
+static long Mappings(void) {
     long lines = 0;
     int c = 0;
     FILE* file = fopen("/proc/self/maps", "r");
@@ -97,23 +97,23 @@ int main(int argc, char** argv) {
             fprintf(stderr, "dynamic_loading: %s\n", dlerror());
             return 1;
         }
-        one_session(library, "", "Simulate=1");
+        OneSession(library, "", "Simulate=1");
         if (argv[3][0] != '\0') {
-            one_session(library, argv[3], "");
+            OneSession(library, argv[3], "");
         }
         if (dlclose(library) != 0) {
             fprintf(stderr, "dynamic_loading: %s\n", dlerror());
             return 1;
         }
         if (round == rounds / 10) { /* what is kept once has been made by then */
-            memory = resident_kib();
-            files = open_files();
-            maps = mappings();
+            memory = ResidentKib();
+            files = OpenFiles();
+            maps = Mappings();
         }
     }
-    memory = resident_kib() - memory;
-    files = open_files() - files;
-    maps = mappings() - maps;
+    memory = ResidentKib() - memory;
+    files = OpenFiles() - files;
+    maps = Mappings() - maps;
     /* The limit is above the noise of the allocator and below 0.1 KiB per load. */
     grew = memory > 64 + rounds / 10 || files != 0 || maps > 2;
     printf("%ld loads: resident memory %+ld KiB since the first tenth, files %+ld, mappings %+ld: %s\n", rounds, memory,
