@@ -1,4 +1,4 @@
 /* A C99 program needs only the public header. */
 #include <TARNEX.h>
 
-ViStatus (*header_alone)(ViSession vi) = TARNEX_close;
+ViStatus (*headerAlone)(ViSession vi) = TARNEX_close;

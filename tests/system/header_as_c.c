@@ -19,4 +19,4 @@ typedef char* ViRsrc;
 #define TARNEX_NO_VI_TYPES
 #include <TARNEX.h>
 
-ViStatus (*header_as_c)(ViSession vi) = TARNEX_reset;
+ViStatus (*headerAsC)(ViSession vi) = TARNEX_reset;
