@@ -8,6 +8,7 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
+#include <fcntl.h>
 #include <sys/uio.h>
 #include <unistd.h>
 #endif
@@ -29,6 +30,22 @@ struct Versions {
     std::uint32_t size;
 };
 
+#ifndef _WIN32
+/// Copies a few bytes that may not exist: the kernel refuses to write them into a pipe then. Needs two descriptors for
+/// a moment, which is why it is not the first choice.
+bool ReadThroughPipe(const void* from, void* to, std::size_t size) {
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0) {
+        return false;
+    }
+    const auto whole = static_cast<ssize_t>(size);
+    const bool copied = ::write(ends[1], from, size) == whole && ::read(ends[0], to, size) == whole;
+    ::close(ends[0]);
+    ::close(ends[1]);
+    return copied;
+}
+#endif
+
 /// Copies memory of this process that may not exist.
 bool ReadMemory(const void* from, void* to, std::size_t size) {
 #ifdef _WIN32
@@ -39,8 +56,7 @@ bool ReadMemory(const void* from, void* to, std::size_t size) {
     iovec remote{const_cast<void*>(from), size}; // NOLINT(cppcoreguidelines-pro-type-const-cast): only read
     const auto copied = ::process_vm_readv(::getpid(), &local, 1, &remote, 1, 0);
     if (copied < 0 && (errno == EPERM || errno == ENOSYS)) {
-        std::memcpy(to, from, size); // the call is forbidden here, as in some sandboxes: the memory is trusted
-        return true;
+        return ReadThroughPipe(from, to, size); // some sandboxes forbid the call
     }
     return copied == static_cast<ssize_t>(size);
 #endif
