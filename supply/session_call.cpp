@@ -9,6 +9,7 @@
 #include <windows.h>
 #else
 #include <fcntl.h>
+#include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
 #endif
@@ -39,7 +40,8 @@ bool ReadThroughPipe(const void* from, void* to, std::size_t size) {
         return false;
     }
     const auto whole = static_cast<ssize_t>(size);
-    const bool copied = ::write(ends[1], from, size) == whole && ::read(ends[0], to, size) == whole;
+    // Not write(): the address sanitizer's looks at the memory before the kernel does, and ends the program.
+    const bool copied = ::syscall(SYS_write, ends[1], from, size) == whole && ::read(ends[0], to, size) == whole;
     ::close(ends[0]);
     ::close(ends[1]);
     return copied;
