@@ -156,7 +156,7 @@ TEST_F(Attribute, UnknownIdentifiersAreNamedAsUnsignedNumbers) {
     ViInt32 integer = 0;
     std::array<ViChar, 8> text{};
     for (const auto& [id, name] : std::vector<std::pair<ViAttr, std::string>>{
-             {1250007, "1250007"}, {0, "0"}, {1050001, "1050001"}, {4294967295U, "4294967295"}}) {
+             {1250000, "1250000"}, {0, "0"}, {1050001, "1050001"}, {4294967295U, "4294967295"}}) {
         const DriverError expected{0xBFFA000C, "Attribute ID '" + name + "' not recognized."};
         EXPECT_EQ(Status(TARNEX_GetAttributeViInt32(vi, "", id, &integer)), Status(0xBFFA000C));
         EXPECT_EQ(LastError(vi), expected);
