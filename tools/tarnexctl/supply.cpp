@@ -23,7 +23,7 @@ std::string Selector(const std::string& given) {
     for (;;) {
         const auto comma = std::min(given.find(',', from), given.size());
         const auto item = given.substr(from, comma - from);
-        const bool isNumber = item == "1" || item == "2";
+        const bool isNumber = item.size() == 1 && item >= "1" && item <= std::to_string(TARNEXSUPPLY_CHANNEL_COUNT);
         selector += (from == 0 ? "" : ",") + (isNumber ? "OutputChannel" + item : item);
         if (comma == given.size()) {
             return selector;

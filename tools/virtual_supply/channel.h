@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <optional>
 
-namespace virtual_supply {
+#include "tools/virtual_supply/keywords.h"
 
-inline constexpr int kChannelCount = 2;
+namespace virtual_supply {
 
 /// The lowest and the highest accepted value.
 struct Range {
@@ -16,9 +16,12 @@ struct Range {
     double maximum;
 };
 
-inline constexpr std::array<Range, kChannelCount> kVoltageLimits{{{0.0, 22.0}, {0.0, 5.5}}}; // V
-inline constexpr std::array<Range, kChannelCount> kCurrentLimits{{{0.0, 5.5}, {0.0, 16.8}}}; // A
-inline constexpr Range kProtectionDelayLimits{0.0, 3600.0};                                  // s
+inline constexpr auto kVoltageLimits = std::to_array<Range>({{0.0, 22.0}, {0.0, 5.5}}); // V
+inline constexpr auto kCurrentLimits = std::to_array<Range>({{0.0, 5.5}, {0.0, 16.8}}); // A
+inline constexpr Range kProtectionDelayLimits{0.0, 3600.0};                             // s
+
+inline constexpr int kChannelCount = static_cast<int>(kVoltageLimits.size());
+static_assert(kCurrentLimits.size() == kChannelCount && kChannels.size() == kChannelCount);
 
 /// The settings of a channel, with their values after power-on and "*RST". A keyword setting holds the value of its
 /// keyword (keywords.h). Remote sense, delay mode, power-on state, pairing, tracking, off mode, current range and
@@ -53,7 +56,7 @@ class Channel {
   public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    /// Creates channel 1 or 2 with its power-on settings and without a load.
+    /// Creates the channel of a number, counted from 1, with its power-on settings and without a load.
     explicit Channel(int number);
 
     ChannelSettings settings;

@@ -7,14 +7,15 @@ namespace virtual_supply {
 
 namespace {
 
-constexpr std::array<ScpiError, kChannelCount> kOverVoltageTrips{{
+constexpr auto kOverVoltageTrips = std::to_array<ScpiError>({
     {-300, "Device-specific error;Over-voltage protection tripped on CH1"},
     {-300, "Device-specific error;Over-voltage protection tripped on CH2"},
-}};
-constexpr std::array<ScpiError, kChannelCount> kOverCurrentTrips{{
+});
+constexpr auto kOverCurrentTrips = std::to_array<ScpiError>({
     {-300, "Device-specific error;Over-current protection tripped on CH1"},
     {-300, "Device-specific error;Over-current protection tripped on CH2"},
-}};
+});
+static_assert(kOverVoltageTrips.size() == kChannelCount && kOverCurrentTrips.size() == kChannelCount);
 
 } // namespace
 

@@ -114,7 +114,7 @@ void VirtualSupply::ReportInputOverrun() {
 
 void VirtualSupply::SetLoad(int channel, std::optional<double> ohms) {
     if (channel < 1 || channel > kChannelCount) {
-        throw std::invalid_argument("a load is connected to channel 1 or 2");
+        throw std::invalid_argument("a load is connected to channel 1 to " + std::to_string(kChannelCount));
     }
     if (ohms && (!std::isfinite(*ohms) || *ohms < 0.0)) {
         throw std::invalid_argument("a load is a number of ohms that is not negative");

@@ -34,7 +34,7 @@ class VirtualSupply {
     /// Adds the error of an overlong line to the error queue.
     void ReportInputOverrun();
 
-    /// Connects a resistance in ohms (0 is a short circuit) to the output of channel 1 or 2, or disconnects the load.
+    /// Connects a resistance in ohms (0 is a short circuit) to the output of a channel, or disconnects the load.
     /// On failure: throws std::invalid_argument for another channel and for a value that is negative or not finite.
     void SetLoad(int channel, std::optional<double> ohms);
 
