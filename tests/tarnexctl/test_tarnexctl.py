@@ -1,121 +1,17 @@
-"""Runs tarnexctl from a shell, over the driver, the built-in platform runtime and a virtual supply.
-
-Environment: TARNEXCTL and VIRTUAL_SUPPLY are the paths of the programs, TARNEXCTL_SOURCES is the folder of the manual
-page and the completion.
-"""
+"""Runs tarnexctl from a shell: what it prints, its exit codes, and the outputs that it leaves."""
 
 import json
-import os
-import pathlib
-import pty
 import re
 import signal
 import socket
 import subprocess
-import tempfile
 import threading
 import time
 import unittest
 import xml.etree.ElementTree as ElementTree
-from typing import Callable, Dict, Iterable, List, NamedTuple, Optional, Sequence, Tuple
+from typing import Dict, Iterable, List, Sequence, Tuple
 
-TOOL = os.environ["TARNEXCTL"]
-SOURCES = pathlib.Path(os.environ["TARNEXCTL_SOURCES"])
-# Without the configuration store and the supply of the user.
-ENVIRONMENT = {**os.environ, "IVI_CONFIG_STORE": "/nonexistent/store.xml"}
-ENVIRONMENT.pop("TARNEX_RESOURCE", None)
-NO_SUPPLY = "TCPIP0::127.0.0.1::1::SOCKET"
-
-
-class Ran(NamedTuple):
-    code: int
-    out: str
-    err: str
-
-
-def run(*arguments: str, resource: Optional[str] = None) -> Ran:
-    environment = ENVIRONMENT if resource is None else {**ENVIRONMENT, "TARNEX_RESOURCE": resource}
-    done = subprocess.run([TOOL, *arguments], env=environment, capture_output=True, timeout=60, check=False)
-    return Ran(done.returncode, done.stdout.decode(), done.stderr.decode())
-
-
-class OnTerminal:
-    """The tool with both outputs on a pseudo-terminal."""
-
-    def __init__(self, resource: str, *arguments: str) -> None:
-        self.text = ""
-        self._terminal, inner = pty.openpty()
-        self.process = subprocess.Popen(
-            [TOOL, "-r", resource, *arguments], env=ENVIRONMENT, stdin=inner, stdout=inner, stderr=inner
-        )
-        os.close(inner)
-
-    def read_until(self, text: str) -> None:
-        while text not in self.text and self._read():
-            pass
-
-    def finish(self) -> int:
-        while self._read():
-            pass
-        os.close(self._terminal)
-        return self.process.wait(timeout=60)
-
-    def _read(self) -> bool:
-        try:
-            data = os.read(self._terminal, 4096)
-        except OSError:  # the other end has closed
-            return False
-        self.text += data.decode().replace("\r\n", "\n")
-        return bool(data)
-
-
-class Tool(unittest.TestCase):
-    def supply(self, *options: str) -> str:
-        """Starts a virtual supply that runs until the end of the test; returns its resource."""
-        supply = subprocess.Popen(
-            [os.environ["VIRTUAL_SUPPLY"], "--exit-with-parent", "--for", "100", *options],
-            stdout=subprocess.PIPE,
-            text=True,
-        )
-
-        def stop() -> None:
-            supply.terminate()
-            supply.communicate()
-
-        self.addCleanup(stop)
-        assert supply.stdout is not None
-        return supply.stdout.readline().split()[-1]
-
-    def folder(self) -> pathlib.Path:
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        return pathlib.Path(folder.name)
-
-    def file(self, content: str) -> str:
-        path = self.folder() / "sequence.csv"
-        path.write_text(content, encoding="ascii")
-        return str(path)
-
-    def quietly(self, resource: str, *arguments: str) -> None:
-        self.assertEqual(run(*arguments, resource=resource), Ran(0, "", ""))
-
-    def output_enabled(self, resource: str) -> bool:
-        enabled = json.loads(run("get", "1", "--json", resource=resource).out)[0]["output_enabled"]
-        self.assertIsInstance(enabled, bool)
-        return bool(enabled)
-
-    def start(self, resource: str, *arguments: str) -> "subprocess.Popen[bytes]":
-        process = subprocess.Popen(
-            [TOOL, "-r", resource, *arguments], env=ENVIRONMENT, stdout=subprocess.PIPE, stderr=subprocess.PIPE
-        )
-        self.addCleanup(process.communicate)
-        return process
-
-    def wait_until(self, condition: Callable[[], bool]) -> None:
-        end = time.monotonic() + 30
-        while not condition():
-            self.assertLess(time.monotonic(), end, "the condition did not become true in time")
-            time.sleep(0.02)
+from tool import ENVIRONMENT, NO_SUPPLY, SOURCES, TOOL, OnTerminal, Ran, Tool, run
 
 
 class DriverCommands(Tool):
@@ -306,6 +202,10 @@ class Measurements(Tool):
 
 
 class Sweeps(Tool):
+    HEAD = (
+        r"# Keltor Technology TX4410 SN00000001, {}, OutputChannel1, \d{{4}}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{{3}}Z, "
+        r"limit 0\.25 A, settle 0 s\n"
+    )
     CSV = (
         "set_V,voltage_V,current_A,power_W,mode\n"
         "0.000,0.000000,0.000000,0.000000,CV\n"
@@ -319,8 +219,26 @@ class Sweeps(Tool):
     def setUp(self) -> None:
         self.resource = self.supply("--load", "1=10")
 
+    def expect_csv(self, text: str) -> None:
+        head, columns, points = text.partition("set_V")
+        self.assertRegex(head, self.HEAD.format(re.escape(self.resource)) + r"\Z")
+        self.assertEqual(columns + points, self.CSV)
+
     def test_points_go_to_standard_output(self) -> None:
-        self.assertEqual(run("sweep", "1", *self.RANGE, resource=self.resource), Ran(0, self.CSV, ""))
+        ran = run("sweep", "1", *self.RANGE, resource=self.resource)
+        self.expect_csv(ran.out)
+        self.assertEqual((ran.code, ran.err), (0, ""))
+
+    def test_the_last_point_is_the_end_of_the_range(self) -> None:
+        for arguments, expected in (
+            (["--to", "1", "--step", "0.3"], ["0.000", "0.300", "0.600", "0.900", "1.000"]),
+            (["--from", "1", "--to", "0.5", "--step", "0.4"], ["1.000", "0.600", "0.500"]),
+            (["--from", "2", "--to", "2"], ["2.000"]),
+            (["--to", "0.1", "--step", "5"], ["0.000", "0.100"]),
+        ):
+            with self.subTest(arguments):
+                ran = run("sweep", "1", *arguments, "--settle", "0", resource=self.resource)
+                self.assertEqual([line.split(",")[0] for line in ran.out.splitlines()[2:]], expected)
 
     def test_output_is_off_afterwards(self) -> None:
         self.quietly(self.resource, "on", "1")
@@ -333,7 +251,7 @@ class Sweeps(Tool):
         csv, svg = folder / "sweep.csv", folder / "sweep.svg"
         ran = run("sweep", "1", *self.RANGE, "--csv", str(csv), "--plot", str(svg), resource=self.resource)
         self.assertEqual(ran, Ran(0, "", ""))
-        self.assertEqual(csv.read_text(encoding="ascii"), self.CSV)
+        self.expect_csv(csv.read_text(encoding="ascii"))
         image = ElementTree.parse(svg).getroot()
         self.assertEqual(image.tag, "{http://www.w3.org/2000/svg}svg")
         texts = [text.text for text in image.iter("{http://www.w3.org/2000/svg}text")]
@@ -352,7 +270,7 @@ class Sweeps(Tool):
         ran = run(
             "sweep", "1", "--from", "0.3", "--to", "0", "--step", "0.1", "--settle", "0", resource=self.resource
         )
-        levels = [line.split(",")[0] for line in ran.out.splitlines()[1:]]
+        levels = [line.split(",")[0] for line in ran.out.splitlines()[2:]]
         self.assertEqual(levels, ["0.300", "0.200", "0.100", "0.000"])
 
     def test_progress_on_a_terminal_is_cleared_at_the_end(self) -> None:
@@ -363,22 +281,27 @@ class Sweeps(Tool):
         self.assertIn("\r[##############################] 5/5  4.000 V\x1b[K", terminal.text)
         self.assertTrue(terminal.text.endswith("\r\x1b[K"), terminal.text)
 
+    def test_points_on_a_terminal_do_not_run_into_the_progress(self) -> None:
+        terminal = OnTerminal(self.resource, "sweep", "1", *self.RANGE)
+        self.assertEqual(terminal.finish(), 0)
+        self.assertIn("\r[############..................] 2/5  1.000 V\x1b[K\r\x1b[K2.000,", terminal.text)
+
     def test_ctrl_c_switches_off_and_keeps_the_points(self) -> None:
         folder = self.folder()
         csv, svg = folder / "sweep.csv", folder / "sweep.svg"
         sweep = self.start(
             self.resource, "sweep", "1", "--to", "20", "--step", "0.001", "--csv", str(csv), "--plot", str(svg)
         )
-        self.wait_until(lambda: csv.exists() and csv.read_text(encoding="ascii").count("\n") >= 3)
+        self.wait_until(lambda: csv.exists() and csv.read_text(encoding="ascii").count("\n") >= 4)
         self.assertTrue(self.output_enabled(self.resource))
         sweep.send_signal(signal.SIGINT)
         self.assertEqual(sweep.communicate(timeout=30), (b"", b""))
         self.assertEqual(sweep.returncode, 130)
         self.assertFalse(self.output_enabled(self.resource))
         lines = csv.read_text(encoding="ascii").splitlines()
-        self.assertEqual(lines[1], "0.000,0.000000,0.000000,0.000000,CV")
+        self.assertEqual(lines[2], "0.000,0.000000,0.000000,0.000000,CV")
         curves = ElementTree.parse(svg).getroot().findall("{http://www.w3.org/2000/svg}polyline")
-        self.assertEqual([len(curve.attrib["points"].split()) for curve in curves], [len(lines) - 1] * 3)
+        self.assertEqual([len(curve.attrib["points"].split()) for curve in curves], [len(lines) - 2] * 3)
 
     def test_a_closed_standard_output_ends_the_sweep_with_the_output_off(self) -> None:
         sweep = self.start(self.resource, "sweep", "1", "--to", "20", "--step", "0.001")
@@ -394,7 +317,7 @@ class Sweeps(Tool):
         self.quietly(self.resource, "set", "1", "--ovp", "2.5")
         ran = run("sweep", "1", "--to", "4", "--step", "1", "--settle", "0", resource=self.resource)
         self.assertEqual(ran.code, 2)
-        self.assertEqual(len(ran.out.splitlines()), 4)
+        self.assertEqual(len(ran.out.splitlines()), 5)
         self.assertEqual(
             ran.err,
             "tarnexctl: the output went off at 3.000 V: a protection tripped (see tarnexctl errors)\n",
@@ -409,15 +332,10 @@ class Sweeps(Tool):
 
     def test_invalid_sweeps_fail_with_the_output_off(self) -> None:
         for arguments, code, error in (
-            (["1", "--to", "30"], 1, "sweep: 30.000 V is beyond the channel's range, 0.0 V to 22.0 V"),
-            (["2", "--to", "6"], 1, "sweep: 6.000 V is beyond the channel's range, 0.0 V to 5.5 V"),
-            (["1", "--from", "-1", "--to", "6"], 1, "sweep: -1.000 V is beyond the channel's range, 0.0 V to 22.0 V"),
-            (
-                ["1", "--to", "4", "--limit", "6"],
-                2,
-                "setting the current limit: 0xBFFA4217: Attribute or function parameter value is invalid (out of range "
-                "or not supported).",
-            ),
+            (["1", "--to", "30"], 1, "30 V is beyond the range of OutputChannel1, 0 V to 22 V"),
+            (["2", "--to", "6"], 1, "6 V is beyond the range of OutputChannel2, 0 V to 5.5 V"),
+            (["1", "--from", "-1", "--to", "6"], 1, "-1 V is beyond the range of OutputChannel1, 0 V to 22 V"),
+            (["1", "--to", "4", "--limit", "6"], 1, "6 A is beyond the range of OutputChannel1, 0 A to 5.5 A"),
             (["1", "--to", "4", "--csv", "/nonexistent/x.csv"], 3, "/nonexistent/x.csv cannot be written"),
             (["1", "--to", "4", "--plot", "/nonexistent/x.svg"], 3, "/nonexistent/x.svg cannot be written"),
         ):
@@ -520,14 +438,22 @@ class WrongArguments(Tool):
         wrong: List[Tuple[List[str], str]] = [
             ([], "no command given (see --help)"),
             (["nonsense"], "The following argument was not expected: nonsense (see --help)"),
+            (["swep", "1"], "'swep' is not known, did you mean sweep? (see --help)"),
+            (["sweep", "1", "--too", "3"], "'--too' is not known, did you mean --to? (see --help)"),
+            (["get", "--jsn"], "'--jsn' is not known, did you mean --json? (see --help)"),
+            (["x" * 100000], "The following argument was not expected: xxxx"),
             (["get", "--nonsense"], "The following argument was not expected: --nonsense (see --help)"),
             (["on"], "CHANNEL is required (see --help)"),
             (["set", "1"], "set: give at least one of --voltage, --current, --at-limit, --ovp and --no-ovp"),
-            (["set", "1", "--voltage", "nan"], "--voltage: 'nan' is not a number from -1000.000 to 1000.000"),
-            (["set", "1", "--voltage", "3,3"], "--voltage: '3,3' is not a number from -1000.000 to 1000.000"),
+            (["set", "1", "--voltage", "nan"], "--voltage: 'nan' is not a number (see --help)"),
+            (["set", "1", "--voltage", "3,3"], "--voltage: '3,3' is not a number (see --help)"),
             (["set", "1", "--at-limit", "explode"], "--at-limit: explode not in {regulate,trip}"),
-            (["watch", "--interval", "0"], "--interval: '0' is not a number from 0.001 to 1000000.000"),
+            (["watch", "--interval", "0"], "--interval: '0' is not a number from 0.001 to 1000000"),
             (["sweep", "1"], "--to is required"),
+            (["set", "1", "--voltage", "30"], "30 V is beyond the range of OutputChannel1, 0 V to 22 V"),
+            (["set", "1,2", "--ovp", "6"], "6 V is beyond the range of OutputChannel2, 0 V to 5.5 V"),
+            (["set", "2", "--current", "-1"], "-1 A is beyond the range of OutputChannel2, 0 A to 16.8 A"),
+            (["ramp", "2", "--rate", "1", "--to", "6"], "6 V is beyond the range of OutputChannel2, 0 V to 5.5 V"),
             (["sweep", "1,2", "--to", "1"], "channel '1,2': this command takes exactly one channel"),
         ]
         for arguments, error in wrong:
@@ -554,11 +480,6 @@ class SupplyErrors(Tool):
     def test_driver_errors_contain_status_and_description(self) -> None:
         resource = self.supply()
         for arguments, error in (
-            (
-                ["set", "2", "--voltage", "6"],
-                "setting the voltage of OutputChannel2: 0xBFFA4217: Attribute or function parameter value is invalid "
-                "(out of range or not supported).",
-            ),
             (
                 ["get", "Nope"],
                 "channel 'Nope': 0xBFFA0067: Unknown physical repeated capability selector.  The identifier 'Nope' is "
@@ -745,6 +666,8 @@ class ShellCompletion(unittest.TestCase):
         for words, expected in (
             (["se"], ["set"]),
             (["o"], ["on", "off"]),
+            (["log", str(SOURCES / "tarnexctl.b")], [str(SOURCES / "tarnexctl.bash")]),
+            (["ramp", "1", "--r"], ["--rate", "--resource"]),
             (["-r", "X", "sw"], ["sweep"]),
             (["--json", "id"], ["identify"]),
             (["get", ""], ["OutputChannel1", "OutputChannel2"]),
@@ -768,13 +691,13 @@ class ShellCompletion(unittest.TestCase):
         completion = (SOURCES / "tarnexctl.bash").read_text(encoding="ascii")
         manual = (SOURCES / "tarnexctl.1").read_text(encoding="ascii").replace("\\-", "-")
         commands = re.findall(r"^  ([a-z]+) {3,}", run("--help").out.split("Subcommands:")[1], re.MULTILINE)
-        self.assertEqual(len(commands), 12)
+        self.assertEqual(len(commands), 17)
         options = set(re.findall(r"--[a-z-]+", run("--help").out.split("Subcommands:")[0]))
         for command in commands:
             options.update(re.findall(r"^  .*?(--[a-z-]+)", run(command, "--help").out, re.MULTILINE))
             self.assertEqual(self.complete(command), [command])
             self.assertRegex(manual, rf"(?m)^(\.B {command}|\\fB{command}\\fR.*)$")
-        self.assertEqual(len(options), 24)
+        self.assertEqual(len(options), 28)
         for option in options:
             self.assertRegex(completion, rf'[ "]{option}[ ")]')
             self.assertRegex(manual, rf"{option}\b")

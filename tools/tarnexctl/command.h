@@ -15,10 +15,11 @@ namespace tarnexctl {
 
 /// The options that every command takes.
 struct CommonOptions {
-    std::string resource; ///< VISA resource string
+    std::string resource; ///< VISA resource string or logical name
     std::string options;  ///< IVI option string
     double timeout = 2.0; ///< of an exchange with the instrument, s
     bool json = false;
+    bool trace = false; ///< print what goes over the wire
 };
 
 /// Runs a command whose own arguments are parsed. Returns the exit code of the program.
@@ -31,6 +32,8 @@ struct Command {
 
     /// Declares the command's own arguments on `app`. The returned action owns the values that they are parsed into.
     Action (*declare)(CLI::App& app);
+
+    bool needsSupply = true; ///< false: --resource is not required
 };
 
 } // namespace tarnexctl

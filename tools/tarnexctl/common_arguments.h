@@ -12,7 +12,7 @@ namespace tarnexctl {
 /// Accepts a number from `lowest` to `highest`; refuses "nan" and "inf".
 CLI::Validator Between(double lowest, double highest);
 
-/// Accepts a voltage in V or a current in A. The driver checks the limits of the channel.
+/// Accepts a voltage in V or a current in A. Supply checks the limits of the channel.
 CLI::Validator Level();
 
 /// Declares one required CHANNEL.
@@ -20,6 +20,9 @@ void DeclareChannel(CLI::App& app, std::string& channel);
 
 /// Declares any number of CHANNELs; none means all channels.
 void DeclareChannels(CLI::App& app, std::vector<std::string>& channels);
+
+/// Declares --interval, the time in s between readings, and --count, their number; 0: until Ctrl-C.
+void DeclareInterval(CLI::App& app, double& interval, int& count);
 
 /// Declares --give-up: the time in s after which switching an output off is given up.
 void DeclareGiveUp(CLI::App& app, double& giveUp);

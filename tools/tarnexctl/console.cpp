@@ -1,6 +1,7 @@
 #include "tools/tarnexctl/console.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <iostream>
 #include <string>
 
@@ -9,7 +10,7 @@
 #include <io.h>
 #include <windows.h>
 #else
-#include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
@@ -29,43 +30,50 @@ bool IsTerminal(int descriptor) {
            ::SetConsoleMode(handle, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
-std::FILE* TakeStandardOutput() {
-    const int copy = ::_dup(1);
-    const int nowhere = ::_open("NUL", _O_WRONLY);
-    if (copy < 0 || nowhere < 0 || ::_dup2(nowhere, 1) != 0) {
-        return nullptr;
-    }
-    ::_close(nowhere);
-    return ::_fdopen(copy, "wb");
+/// Returns the number of characters in a line of a console; 0 when it is unknown.
+std::size_t TerminalColumns(int descriptor) {
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    const auto handle = reinterpret_cast<HANDLE>(::_get_osfhandle(descriptor));
+    return ::GetConsoleScreenBufferInfo(handle, &info) != 0 ? static_cast<std::size_t>(info.dwSize.X) : 0;
 }
+
+void WriteLineEndsUnchanged() { ::_setmode(::_fileno(stdout), _O_BINARY); }
 #else
 bool IsTerminal(int descriptor) { return ::isatty(descriptor) == 1; }
 
-std::FILE* TakeStandardOutput() {
-    const int copy = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (copy < 0 || nowhere < 0 || ::dup2(nowhere, STDOUT_FILENO) < 0) {
-        return nullptr;
-    }
-    ::close(nowhere);
-    return ::fdopen(copy, "w");
+/// Returns the number of characters in a line of a terminal; 0 when it is unknown.
+std::size_t TerminalColumns(int descriptor) {
+    winsize size{};
+    return ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
+
+void WriteLineEndsUnchanged() {}
 #endif
 
+constexpr std::size_t kShortestBar = 5;
+constexpr std::size_t kLongestBar = 30;
 constexpr int kStandardOutput = 1;
 constexpr int kStandardError = 2;
 
 } // namespace
 
 Console::Console() : outputIsTerminal_(IsTerminal(kStandardOutput)), errorIsTerminal_(IsTerminal(kStandardError)) {
-    output_.reset(TakeStandardOutput());
-    if (!output_) {
-        throw Failure(ExitCode::FileFailed, "standard output cannot be written");
-    }
+    WriteLineEndsUnchanged();
+}
+
+std::size_t Console::Columns() const {
+    constexpr std::size_t kUsual = 80;
+    const std::size_t columns = outputIsTerminal_  ? TerminalColumns(kStandardOutput)
+                                : errorIsTerminal_ ? TerminalColumns(kStandardError)
+                                                   : 0;
+    return columns == 0 ? kUsual : columns;
 }
 
 void Console::Print(std::string_view text) {
-    if (std::fwrite(text.data(), 1, text.size(), output_.get()) != text.size() || std::fflush(output_.get()) != 0) {
+    if (outputIsTerminal_) {
+        ClearProgress();
+    }
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
         throw Failure(ExitCode::FileFailed, "standard output cannot be written");
     }
 }
@@ -74,11 +82,16 @@ void Console::ShowProgress(double share, std::string_view text) {
     if (!errorIsTerminal_) {
         return;
     }
-    constexpr std::size_t kWidth = 30;
-    const auto done = static_cast<std::size_t>(std::clamp(share, 0.0, 1.0) * kWidth);
-    std::string line = "\r[";
-    line.append(done, '#').append(kWidth - done, '.').append("] ").append(Printable(text)).append("\x1b[K");
-    std::cerr << line << std::flush;
+    // A line that reaches the last column moves the cursor to the next one, and could not be renewed.
+    const std::size_t room = Columns() - 1;
+    const std::size_t rest = room - std::min(room, text.size() + 3); // for the bar, without its brackets
+    const std::size_t width = rest < kShortestBar ? 0 : std::min(rest, kLongestBar);
+    const auto done = static_cast<std::size_t>(std::clamp(share, 0.0, 1.0) * static_cast<double>(width));
+    std::string bar;
+    if (width != 0) {
+        bar.append("[").append(done, '#').append(width - done, '.').append("] ");
+    }
+    std::cerr << '\r' + bar + Printable(text.substr(0, room)) + "\x1b[K" << std::flush;
     progressShown_ = true;
 }
 

@@ -14,7 +14,7 @@ enum class ExitCode : int {
     SupplyFailed = 2,  ///< the driver or the instrument reported an error, or a reply is malformed
     FileFailed = 3,    ///< a file, or standard output, cannot be read or written
     MayStillBeOn = 4,  ///< an output could not be switched off with certainty
-    Interrupted = 130, ///< by SIGINT, SIGTERM or SIGHUP, in commands other than watch
+    Interrupted = 130, ///< by SIGINT, SIGTERM or SIGHUP, in commands other than watch and log
 };
 
 /// Ends the command; the program prints the text on standard error and then, on a line of its own, the warning.
@@ -29,6 +29,9 @@ class Failure : public std::runtime_error {
     ExitCode code_;
     std::string warning_;
 };
+
+/// Returns "0xBFFA4214".
+std::string StatusText(std::int32_t status);
 
 /// Returns a failure with the text "opening X: 0xBFFA4214: I/O error." and ExitCode::SupplyFailed.
 Failure StatusFailure(const std::string& doing, std::int32_t status, const std::string& description);

@@ -1,6 +1,7 @@
 // Numbers as text, independent of the locale.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,5 +16,13 @@ std::string Fixed(double value, int decimals);
 
 /// Returns the shortest text that reads back as `value`.
 std::string Shortest(double value);
+
+/// Returns the shortest text without an exponent that reads back as `value`.
+std::string Plain(double value);
+
+/// Returns a time in microseconds since 1970 as "2026-11-21T19:30:05.123Z".
+std::string UtcText(std::int64_t microseconds);
+/// Returns the present time in the same form.
+std::string UtcTime();
 
 } // namespace tarnexctl

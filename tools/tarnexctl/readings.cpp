@@ -14,18 +14,44 @@ Report ReadingsReport() {
                    {"regulation", "Mode"}});
 }
 
-void AddReadings(const Supply& supply, const std::vector<std::string>& channels, double time, Report& report) {
+std::vector<Reading> Measure(const Supply& supply, const std::vector<std::string>& channels) {
+    std::vector<Reading> readings;
     for (const auto& channel : channels) {
-        ViReal64 volts = 0.0;
-        ViReal64 amperes = 0.0;
-        ViReal64 watts = 0.0;
-        supply.Call("measuring " + channel, &TARNEXSupply_MeasureAll, channel.c_str(), &volts, &amperes, &watts);
-        const bool on = supply.IsOn(channel);
-        Cell regulation; // an output that is off regulates nothing
-        if (on) {
-            regulation = RegulationText(supply.Read(channel, &TARNEXSupply_GetRegulationMode));
+        Reading reading{.channel = channel};
+        supply.Call("measuring " + channel, &TARNEXSupply_MeasureAll, channel.c_str(), &reading.volts, &reading.amperes,
+                    &reading.watts);
+        reading.on = supply.IsOn(channel);
+        if (reading.on) {
+            reading.mode = RegulationText(supply.Read(channel, &TARNEXSupply_GetRegulationMode));
         }
-        report.Add({time, channel, volts, amperes, watts, on, regulation});
+        readings.push_back(std::move(reading));
+    }
+    return readings;
+}
+
+void AddReadings(const Supply& supply, const std::vector<std::string>& channels, double time, Report& report) {
+    for (const auto& reading : Measure(supply, channels)) {
+        const Cell mode = reading.mode.empty() ? Cell() : Cell(reading.mode);
+        report.Add({time, reading.channel, reading.volts, reading.amperes, reading.watts, reading.on, mode});
+    }
+}
+
+void AddGap(const std::vector<std::string>& channels, double time, Report& report) {
+    for (const auto& channel : channels) {
+        report.Add({time, channel, {}, {}, {}, {}, {}});
+    }
+}
+
+void FitReadings(std::size_t columns, Report& report) {
+    // An output that is off has no mode, so the mode tells what "Output" tells.
+    for (const auto* const key : {"time", "power", "output_enabled"}) {
+        if (report.Width() <= columns) {
+            return;
+        }
+        report.Hide(key);
+    }
+    if (report.Width() > columns) {
+        report.Narrow();
     }
 }
 

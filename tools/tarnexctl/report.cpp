@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "tools/tarnexctl/number_text.h"
 #include "tools/tarnexctl/safe_text.h"
@@ -48,11 +49,19 @@ bool IsNumber(const Cell& cell) {
 
 } // namespace
 
-void Report::HideFirstColumn() {
-    columns_.erase(columns_.begin());
+void Report::Hide(std::string_view key) {
+    const auto column =
+        std::find_if(columns_.begin(), columns_.end(), [&](const Column& each) { return each.key == key; });
+    const auto index = column - columns_.begin();
+    columns_.erase(column);
     for (auto& row : rows_) {
-        row.erase(row.begin());
+        row.erase(row.begin() + index);
     }
+}
+
+std::size_t Report::Width() const {
+    const auto widths = Widths();
+    return std::accumulate(widths.begin(), widths.end(), separator_.size() * (widths.size() - 1));
 }
 
 std::vector<std::size_t> Report::Widths() const {
@@ -72,7 +81,7 @@ std::string Report::Line(const std::vector<std::string>& texts, const std::vecto
     std::string line;
     for (std::size_t i = 0; i < texts.size(); ++i) {
         const std::string padding(widths[i] - texts[i].size(), ' ');
-        line += (i == 0 ? "" : "  ") + (numeric[i] ? padding + texts[i] : texts[i] + padding);
+        line += (i == 0 ? "" : std::string(separator_)) + (numeric[i] ? padding + texts[i] : texts[i] + padding);
     }
     line.erase(line.find_last_not_of(' ') + 1);
     return line + '\n';

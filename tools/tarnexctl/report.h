@@ -27,7 +27,13 @@ class Report {
     /// Adds a row with one cell for each column.
     void Add(std::vector<Cell> row) { rows_.push_back(std::move(row)); }
     void Clear() { rows_.clear(); }
-    void HideFirstColumn();
+    [[nodiscard]] bool IsEmpty() const { return rows_.empty(); }
+    /// Removes a column.
+    void Hide(std::string_view key);
+    /// Separates the columns of a table by one blank instead of two.
+    void Narrow() { separator_ = " "; }
+    /// Returns the number of characters of the longest line of the table.
+    [[nodiscard]] std::size_t Width() const;
 
     /// Headings and a line for each row, in columns.
     [[nodiscard]] std::string Table() const { return Headings() + Rows(); }
@@ -48,6 +54,7 @@ class Report {
 
     std::vector<Column> columns_;
     std::vector<std::vector<Cell>> rows_;
+    std::string_view separator_ = "  ";
 };
 
 } // namespace tarnexctl

@@ -120,17 +120,8 @@ ExitCode RunSequence(const Supply& supply, const Sequence& sequence, const Seque
         seconds = Follow(supply, sequence, total, console);
         keepsOutput = options.end != "off" && !Interrupted();
     };
-    try {
-        run();
-    } catch (const std::exception& failure) {
-        console.ClearProgress();
-        supply.EnsureOff(channel, options.giveUp, failure.what());
-        throw;
-    }
+    OffUnless(supply, channel, options.giveUp, run, [&] { return keepsOutput; });
     console.ClearProgress();
-    if (!keepsOutput) {
-        supply.EnsureOff(channel, options.giveUp);
-    }
     if (Interrupted()) {
         return ExitCode::Interrupted;
     }

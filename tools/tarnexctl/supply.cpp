@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "tools/tarnexctl/number_text.h"
+#include "tools/tarnexctl/resource.h"
 #include "tools/tarnexctl/safe_text.h"
 
 namespace tarnexctl {
@@ -32,11 +33,38 @@ std::string Selector(const std::string& given) {
     }
 }
 
+void CheckRange(const std::string& channel, double value, double lowest, double highest, const std::string& unit) {
+    if (!(value >= lowest && value <= highest)) {
+        throw Failure(ExitCode::Usage, Plain(value) + unit + " is beyond the range of " + channel + ", " +
+                                           Plain(lowest) + unit + " to " + Plain(highest) + unit);
+    }
+}
+
+/// Prints a command or a reply on standard error: "    0.001234 > :OUTP:STAT? CH1".
+void _VI_FUNC PrintTrace(void* /*context*/, ViReal64 seconds, ViBoolean sent, ViStatus status, const ViChar* text,
+                         ViInt32 size) {
+    std::string_view line(text, static_cast<std::size_t>(size));
+    line = line.substr(0, line.find_last_not_of("\r\n") + 1);
+    auto time = Fixed(seconds, 6);
+    time.insert(0, time.size() < 12 ? 12 - time.size() : 0, ' ');
+    std::cerr << time + (sent == VI_FALSE ? " < " : " > ") + Printable(line) +
+                     (status < 0 ? " [" + StatusText(status) + ']' : "") + '\n';
+}
+
 } // namespace
 
 Supply::Supply(const CommonOptions& common) {
-    Check(TARNEXSupply_Open(common.resource.c_str(), common.options.c_str(), ToMilliseconds(common.timeout), &session_),
-          "opening " + common.resource);
+    const auto status =
+        TARNEXSupply_Open(common.resource.c_str(), common.options.c_str(), ToMilliseconds(common.timeout), &session_);
+    if (status == TARNEX_ERROR_IO) {
+        const auto description = Description(status); // before anything can replace the error record
+        const auto why = ExplainFailure(common.resource, common.timeout);
+        throw StatusFailure("opening " + common.resource, status, description + (why.empty() ? "" : " (" + why + ')'));
+    }
+    Check(status, "opening " + common.resource);
+    if (common.trace) {
+        Call("starting the trace", &TARNEXSupply_Trace, &PrintTrace, nullptr);
+    }
     const auto opened = Text(TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR);
     if (opened != common.resource) {
         std::cerr << "tarnexctl: the configuration store maps " + Printable(common.resource) + " to " +
@@ -90,6 +118,23 @@ std::string Supply::Channel(const std::string& given) const {
     return names.front();
 }
 
+void Supply::CheckVolts(const std::string& channel, double volts) const {
+    const auto limits = LimitsOf(channel);
+    CheckRange(channel, volts, limits.minVolts, limits.maxVolts, " V");
+}
+
+void Supply::CheckAmperes(const std::string& channel, double amperes) const {
+    const auto limits = LimitsOf(channel);
+    CheckRange(channel, amperes, limits.minAmperes, limits.maxAmperes, " A");
+}
+
+Supply::Limits Supply::LimitsOf(const std::string& channel) const {
+    Limits limits{};
+    Call("reading the limits of " + channel, &TARNEXSupply_GetLimits, channel.c_str(), &limits.minVolts,
+         &limits.maxVolts, &limits.minAmperes, &limits.maxAmperes);
+    return limits;
+}
+
 bool Supply::IsSimulated() const {
     ViBoolean simulated = VI_FALSE;
     Check(TARNEX_GetAttributeViBoolean(session_, "", TARNEX_ATTR_SIMULATE, &simulated), "reading the options");
@@ -128,6 +173,31 @@ std::string Supply::Text(ViAttr attribute) const {
     Check(TARNEX_GetAttributeViString(session_, "", attribute, static_cast<ViInt32>(text.size()), text.data()),
           "reading a text");
     return text.data();
+}
+
+std::optional<std::string> Supply::Exchange(const std::string& command) const {
+    const auto doing = "'" + command + "'";
+    if (command.find('?') == std::string::npos) {
+        Call(doing, &TARNEXSupply_Write, command.c_str());
+        return std::nullopt;
+    }
+    std::array<ViChar, kTextSize> reply{};
+    Call(doing, &TARNEXSupply_Query, command.c_str(), static_cast<ViInt32>(reply.size()), reply.data());
+    return reply.data();
+}
+
+std::string Supply::Title() const {
+    constexpr std::size_t kIdentityTextSize = 256;
+    std::array<ViChar, kIdentityTextSize> manufacturer{};
+    std::array<ViChar, kIdentityTextSize> model{};
+    std::array<ViChar, kIdentityTextSize> serialNumber{};
+    Call("reading the identity", &TARNEXSupply_GetIdentity, manufacturer.data(), model.data(), serialNumber.data(),
+         nullptr);
+    std::string title = std::string(manufacturer.data()) + ' ' + model.data();
+    if (serialNumber.front() != '\0') {
+        title += std::string(" ") + serialNumber.data();
+    }
+    return title + ", " + Text(TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR);
 }
 
 void Supply::EnsureOff(const std::string& channel, double giveUp, const std::string& earlier) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <exception>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,6 +30,10 @@ class Supply {
     /// Returns the physical name of exactly one channel.
     [[nodiscard]] std::string Channel(const std::string& given) const;
 
+    /// Throws Failure with ExitCode::Usage when a voltage in V, or a current in A, is beyond the limits of the channel.
+    void CheckVolts(const std::string& channel, double volts) const;
+    void CheckAmperes(const std::string& channel, double amperes) const;
+
     /// Throws Failure for a negative status. `doing` is the start of its text: "setting the voltage of OutputChannel1".
     void Check(ViStatus status, const std::string& doing) const;
 
@@ -37,6 +42,8 @@ class Supply {
     void Call(const std::string& doing, ViStatus (*function)(ViSession, Parameters...), Arguments... arguments) const {
         Check(function(session_, arguments...), doing);
     }
+    /// Sends a command of the instrument. Returns the reply when the command has a question mark.
+    [[nodiscard]] std::optional<std::string> Exchange(const std::string& command) const;
     /// Reads one value of a channel.
     template <typename Value>
     [[nodiscard]] Value Read(const std::string& channel, ViStatus (*function)(ViSession, ViConstString, Value*)) const {
@@ -63,6 +70,9 @@ class Supply {
     /// Reads a text attribute of the driver.
     [[nodiscard]] std::string Text(ViAttr attribute) const;
 
+    /// Returns who and where the supply is: "Keltor Technology TX4410 SN00000001, TCPIP0::192.168.1.20::5025::SOCKET".
+    [[nodiscard]] std::string Title() const;
+
     /// Stops sequences, switches the output off and waits for the instrument's confirmation, with new connections when
     /// necessary, for at most `giveUp` seconds.
     /// On failure: throws Failure with ExitCode::MayStillBeOn and, as its last line, which output may be on and why.
@@ -70,6 +80,13 @@ class Supply {
     void EnsureOff(const std::string& channel, double giveUp, const std::string& earlier = {}) const;
 
   private:
+    struct Limits {
+        ViReal64 minVolts;
+        ViReal64 maxVolts;
+        ViReal64 minAmperes;
+        ViReal64 maxAmperes;
+    };
+    [[nodiscard]] Limits LimitsOf(const std::string& channel) const;
     /// Returns the description of the latest failure.
     [[nodiscard]] std::string Description(ViStatus status) const;
 
@@ -77,16 +94,19 @@ class Supply {
 };
 
 /// Runs `body()`, which may switch the output on. However it ends, the output is off afterwards and the instrument has
-/// confirmed it, or Failure has ExitCode::MayStillBeOn.
-template <typename Body>
-void OffAfterwards(const Supply& supply, const std::string& channel, double giveUp, const Body& body) {
+/// confirmed it, or Failure has ExitCode::MayStillBeOn. The only exception: `body` returns and `keepsOutput()` is true.
+template <typename Body, typename KeepsOutput>
+void OffUnless(const Supply& supply, const std::string& channel, double giveUp, const Body& body,
+               const KeepsOutput& keepsOutput) {
     try {
         body();
     } catch (const std::exception& failure) {
         supply.EnsureOff(channel, giveUp, failure.what());
         throw;
     }
-    supply.EnsureOff(channel, giveUp);
+    if (!keepsOutput()) {
+        supply.EnsureOff(channel, giveUp);
+    }
 }
 
 } // namespace tarnexctl

@@ -2,8 +2,8 @@
 
 _tarnexctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="identify set get on off reset errors measure watch sweep list delay"
-    local common="--help --resource --options --timeout --json"
+    local commands="identify set get on off reset errors measure watch log ramp sweep list delay query console find"
+    local common="--help --version --resource --options --timeout --json --trace"
     local command= word i
 
     for ((i = 1; i < COMP_CWORD; ++i)); do
@@ -35,7 +35,7 @@ _tarnexctl() {
         return
         ;;
     -r | --resource | -o | --options | --voltage | --current | --ovp | --interval | --count | --from | --to | --step | \
-        --limit | --settle | --cycles | --give-up | -t | --timeout)
+        --limit | --settle | --cycles | --rate | --give-up | -t | --timeout)
         return # a number or text without completion
         ;;
     esac
@@ -55,6 +55,17 @@ _tarnexctl() {
     reset) options="--no-confirm" ;;
     watch)
         options="--interval --count"
+        arguments="OutputChannel1 OutputChannel2"
+        ;;
+    log)
+        options="--interval --count --resume"
+        if [[ $current != -* ]]; then
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            return
+        fi
+        ;;
+    ramp)
+        options="--to --rate --from --interval --on --give-up"
         arguments="OutputChannel1 OutputChannel2"
         ;;
     sweep)

@@ -19,7 +19,7 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
     const auto channels = supply.Channels(options.channels);
     Report report = ReadingsReport();
     AddReadings(supply, channels, 0.0, report);
-    report.HideFirstColumn();
+    report.Hide("time");
     console.Print(common.json ? report.JsonArray() : report.Table());
     return ExitCode::Done;
 }

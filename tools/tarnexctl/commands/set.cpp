@@ -73,7 +73,14 @@ ExitCode Run(const Options& options, const CommonOptions& common) {
                       "set: give at least one of --voltage, --current, --at-limit, --ovp and --no-ovp");
     }
     const Supply supply(common);
-    for (const auto& channel : supply.Channels({options.channel})) {
+    const auto channels = supply.Channels({options.channel});
+    for (const auto& channel : channels) { // before the first setting is sent
+        for (const auto& volts : {options.voltage, options.ovp}) {
+            supply.CheckVolts(channel, volts.value_or(0.0));
+        }
+        supply.CheckAmperes(channel, options.current.value_or(0.0));
+    }
+    for (const auto& channel : channels) {
         Program(supply, channel, options);
         if (!options.noConfirm) {
             Confirm(supply, channel, options);

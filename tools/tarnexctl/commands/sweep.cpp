@@ -13,6 +13,7 @@
 #include "tools/tarnexctl/interrupt.h"
 #include "tools/tarnexctl/number_text.h"
 #include "tools/tarnexctl/report.h"
+#include "tools/tarnexctl/safe_text.h"
 #include "tools/tarnexctl/supply.h"
 
 namespace tarnexctl {
@@ -39,16 +40,11 @@ struct Point {
     bool limited;   ///< in constant current
 };
 
-std::vector<double> Levels(const Options& options, double minimum, double maximum) {
+/// Returns the voltages of the sweep. The last one is `to`, also when the last step is shorter than the others.
+std::vector<double> Levels(const Options& options) {
     constexpr double kMaxPoints = 100000.0;
-    for (const double end : {options.from, options.to}) {
-        if (!(end >= minimum && end <= maximum)) {
-            throw Failure(ExitCode::Usage, "sweep: " + Fixed(end, 3) + " V is beyond the channel's range, " +
-                                               Fixed(minimum, 1) + " V to " + Fixed(maximum, 1) + " V");
-        }
-    }
-    // The tolerance of half a millionth of a step: in binary, 0.3 is not exactly three times 0.1.
-    const double steps = std::floor(std::abs(options.to - options.from) / options.step + 5e-7);
+    constexpr double kTolerance = 5e-7; // of a step: in binary, 0.3 is not exactly three times 0.1
+    const double steps = std::floor(std::abs(options.to - options.from) / options.step + kTolerance);
     if (steps >= kMaxPoints) {
         throw Failure(ExitCode::Usage, "sweep: more than 100000 points; give a larger --step");
     }
@@ -57,6 +53,11 @@ std::vector<double> Levels(const Options& options, double minimum, double maximu
     const auto [lowest, highest] = std::minmax(options.from, options.to);
     for (int i = 0; i <= static_cast<int>(steps); ++i) {
         levels.push_back(std::clamp(options.from + i * step, lowest, highest));
+    }
+    if (std::abs(levels.back() - options.to) > kTolerance * options.step) {
+        levels.push_back(options.to);
+    } else {
+        levels.back() = options.to;
     }
     return levels;
 }
@@ -85,8 +86,10 @@ class PointWriter {
         }
     }
 
-    void Begin() {
+    /// Writes the head of a CSV file: a comment that says where the points come from, and the names of the columns.
+    void Begin(const std::string& comment) {
         if (!json_) {
+            Write("# " + Printable(comment) + '\n');
             Write("set_V,voltage_V,current_A,power_W,mode\n");
         }
     }
@@ -153,11 +156,10 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
     const Supply supply(common);
     const auto name = supply.Channel(options.channel);
     const char* const channel = name.c_str();
-    ViReal64 minimum = 0.0;
-    ViReal64 maximum = 0.0;
-    ViReal64 ignored = 0.0;
-    supply.Call("reading the limits", &TARNEXSupply_GetLimits, channel, &minimum, &maximum, &ignored, &ignored);
-    const auto levels = Levels(options, minimum, maximum);
+    supply.CheckVolts(name, options.from);
+    supply.CheckVolts(name, options.to);
+    supply.CheckAmperes(name, options.limit.value_or(0.0));
+    const auto levels = Levels(options);
 
     supply.Call("setting the voltage", &TARNEXSupply_SetVoltage, channel, levels.front());
     if (options.limit) {
@@ -165,10 +167,11 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
     }
     const double limit = supply.Read(name, &TARNEXSupply_GetCurrent);
 
-    writer.Begin();
+    writer.Begin(supply.Title() + ", " + name + ", " + UtcTime() + ", limit " + Plain(limit) + " A, settle " +
+                 Plain(options.settle) + " s");
     std::vector<Point> points;
     if (!Interrupted()) {
-        OffAfterwards(supply, name, options.giveUp, [&] {
+        const auto run = [&] {
             supply.Call("switching the output on", &TARNEXSupply_SetOutputEnabled, channel, ViBoolean{VI_TRUE});
             for (const double level : levels) {
                 supply.Call("setting the voltage", &TARNEXSupply_SetVoltage, channel, level);
@@ -181,7 +184,8 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
                                      std::to_string(points.size()) + '/' + std::to_string(levels.size()) + "  " +
                                          Fixed(level, 3) + " V");
             }
-        });
+        };
+        OffUnless(supply, name, options.giveUp, run, [] { return false; });
     }
     console.ClearProgress();
 

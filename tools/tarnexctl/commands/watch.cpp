@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -7,7 +9,10 @@
 #include "tools/tarnexctl/commands.h"
 #include "tools/tarnexctl/common_arguments.h"
 #include "tools/tarnexctl/interrupt.h"
+#include "tools/tarnexctl/number_text.h"
+#include "tools/tarnexctl/outage.h"
 #include "tools/tarnexctl/readings.h"
+#include "tools/tarnexctl/safe_text.h"
 
 namespace tarnexctl {
 
@@ -19,14 +24,24 @@ struct Options {
     int count = 0;                     ///< 0: until Ctrl-C
 };
 
-/// Returns `table` with escape sequences that print it over the `lines` lines above the cursor.
-std::string InPlace(const std::string& table, std::size_t lines) {
-    std::string text = lines == 0 ? "" : "\x1b[" + std::to_string(lines) + "A";
-    for (const char c : table) {
-        text += c == '\n' ? std::string("\x1b[K\n") : std::string(1, c);
+/// A table on a terminal that replaces its previous one, with a line below it.
+class TableInPlace {
+  public:
+    void Print(Report report, const std::string& below, Console& console) {
+        const std::size_t room = console.Columns() - 1; // a line that reaches the last column would take two
+        FitReadings(room, report);
+        std::string text = lines_ == 0 ? "" : "\x1b[" + std::to_string(lines_) + "A";
+        const auto table = report.Table() + (below.empty() ? "" : Printable(below).substr(0, room) + '\n');
+        for (const char c : table) {
+            text += c == '\n' ? std::string("\x1b[K\n") : std::string(1, c);
+        }
+        lines_ = static_cast<std::size_t>(std::count(table.begin(), table.end(), '\n'));
+        console.Print(text + "\x1b[J"); // the previous table may have had a line more
     }
-    return text;
-}
+
+  private:
+    std::size_t lines_ = 0;
+};
 
 // Ctrl-C is the usual end of this command, so it is not a failure.
 ExitCode Run(const Options& options, const CommonOptions& common, Console& console) {
@@ -35,6 +50,14 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
     const Supply supply(common);
     const auto channels = supply.Channels(options.channels);
     Report report = ReadingsReport();
+    TableInPlace table;
+    Outage outage;
+    const bool inPlace = !common.json && console.OnTerminal();
+    const auto tell = [&](const std::string& text) {
+        if (!inPlace) {
+            std::cerr << "tarnexctl: " + Printable(text) + '\n';
+        }
+    };
     const auto start = Clock::now();
     const auto elapsed = [&] { // s, rounded down to milliseconds
         const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
@@ -46,11 +69,23 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
             break;
         }
         report.Clear();
-        AddReadings(supply, channels, elapsed(), report);
+        const double time = elapsed();
+        try {
+            AddReadings(supply, channels, time, report);
+            if (outage.End()) {
+                tell("readings again at " + Fixed(time, 1) + " s");
+            }
+        } catch (const Failure& failure) {
+            if (outage.Begin(time, failure.what())) {
+                tell(outage.Text());
+            }
+            report.Clear();
+            AddGap(channels, time, report);
+        }
         if (common.json) {
             console.Print(report.JsonLines());
-        } else if (console.OnTerminal()) {
-            console.Print(InPlace(report.Table(), taken == 0 ? 0 : channels.size() + 1));
+        } else if (inPlace) {
+            table.Print(report, outage.Text(), console);
         } else {
             console.Print((taken == 0 ? report.Headings() : "") + report.Rows());
         }
@@ -61,14 +96,7 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
 Action Declare(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     DeclareChannels(app, options->channels);
-    app.add_option("--interval", options->interval, "time between readings")
-        ->type_name("S")
-        ->capture_default_str()
-        ->check(Between(0.001, 1000000.0));
-    app.add_option("--count", options->count, "end after so many readings; 0: at Ctrl-C")
-        ->type_name("N")
-        ->capture_default_str()
-        ->check(CLI::Range(0, 1000000000).description(""));
+    DeclareInterval(app, options->interval, options->count);
     return [options](const CommonOptions& common, Console& console) { return Run(*options, common, console); };
 }
 
