@@ -1,11 +1,12 @@
-// Voltage sweep over the command layer: steps OutputChannel1 from 0 V to 20 V with a limit of 1.2 A, measures voltage,
+// Voltage sweep with the supply library: steps OutputChannel1 from 0 V to 20 V with a limit of 1.2 A, measures voltage,
 // current and power at each step, and writes the values to sweep.csv and their curves to sweep.svg.
 //
 // Usage: sweep RESOURCE        for example: sweep TCPIP0::192.168.1.20::5025::SOCKET
-#include <instrument/tarnex_supply.h>
+#include <TARNEX_supply.h>
 
 #include "curve_svg.h"
 
+#include <array>
 #include <chrono>
 #include <fstream>
 #include <iostream>
@@ -18,9 +19,11 @@ namespace {
 
 using curve_svg::Fixed;
 
-constexpr ORVA::ChannelNumber kChannel = 1;
-constexpr double kLimit = 1.2; // A
-constexpr double kStep = 0.5;  // V
+constexpr auto kChannel = "OutputChannel1";
+constexpr ViInt32 kTimeoutMs = 2000;
+constexpr ViInt32 kGiveUpMs = 10000; // for switching the output off after a failure
+constexpr double kLimit = 1.2;       // A
+constexpr double kStep = 0.5;        // V
 constexpr int kSteps = 40;
 constexpr auto kSettling = std::chrono::milliseconds(20);
 
@@ -32,43 +35,66 @@ struct Point {
     bool limited;   // in constant current
 };
 
-// Negative statuses are errors; positive statuses are success with additional information.
-void Check(ViStatus status) {
+// Only negative statuses are errors. The description is in the session's error record.
+void Check(ViSession supply, ViStatus status) {
     if (status < 0) {
-        throw std::runtime_error("the supply did not accept a command or did not answer");
+        std::array<ViChar, 1024> description{};
+        TARNEX_GetError(supply, nullptr, static_cast<ViInt32>(description.size()), description.data());
+        throw std::runtime_error(description.data());
     }
 }
 
-// Switches the output off in every case, also after an exception.
-class OutputOn {
+// Opens the supply, and closes it again in every case.
+class Supply {
   public:
-    explicit OutputOn(ORVA::TARNEX& supply) : supply_(supply) { Check(supply_.SetOutputEnabled(kChannel, true)); }
-    OutputOn(const OutputOn&) = delete;
-    OutputOn& operator=(const OutputOn&) = delete;
-    ~OutputOn() { supply_.SetOutputEnabled(kChannel, false); }
+    explicit Supply(const char* resource) { Check(VI_NULL, TARNEXSupply_Open(resource, "", kTimeoutMs, &session_)); }
+    Supply(const Supply&) = delete;
+    Supply& operator=(const Supply&) = delete;
+    ~Supply() { TARNEXSupply_Close(session_); }
+    [[nodiscard]] ViSession Session() const { return session_; }
 
   private:
-    ORVA::TARNEX& supply_;
+    ViSession session_ = VI_NULL;
 };
 
-Point MeasureAt(ORVA::TARNEX& supply, double set) {
+// Switches the output on, and off again in every case, with the instrument's confirmation.
+class OutputOn {
+  public:
+    explicit OutputOn(ViSession supply) : supply_(supply) {
+        const auto status = TARNEXSupply_SetOutputEnabled(supply_, kChannel, VI_TRUE);
+        if (status < 0) {
+            SwitchOff(); // a command whose sending failed may have arrived
+        }
+        Check(supply_, status);
+    }
+    OutputOn(const OutputOn&) = delete;
+    OutputOn& operator=(const OutputOn&) = delete;
+    ~OutputOn() { SwitchOff(); }
+
+  private:
+    void SwitchOff() const {
+        if (TARNEXSupply_EnsureOff(supply_, kChannel, kGiveUpMs) < 0) {
+            std::cerr << "OUTPUT " << kChannel << " MAY STILL BE ON\n";
+        }
+    }
+    ViSession supply_;
+};
+
+Point MeasureAt(ViSession supply, double set) {
     Point point{.set = set, .volts = 0.0, .amperes = 0.0, .watts = 0.0, .limited = false};
-    ORVA::RegulationMode mode{};
-    Check(supply.SetVoltage(kChannel, set));
+    ViInt32 mode = 0;
+    Check(supply, TARNEXSupply_SetVoltage(supply, kChannel, set));
     std::this_thread::sleep_for(kSettling);
-    // One value at a time: MeasureAll writes the number of its fields to standard output.
-    Check(supply.MeasureVoltage(kChannel, point.volts));
-    Check(supply.MeasureCurrent(kChannel, point.amperes));
-    Check(supply.MeasurePower(kChannel, point.watts));
-    Check(supply.GetRegulationMode(kChannel, mode));
-    point.limited = mode == ORVA::RegulationMode::ConstantCurrent;
+    Check(supply, TARNEXSupply_MeasureAll(supply, kChannel, &point.volts, &point.amperes, &point.watts));
+    Check(supply, TARNEXSupply_GetRegulationMode(supply, kChannel, &mode));
+    point.limited = mode == TARNEXSUPPLY_VAL_REGULATION_CONSTANT_CURRENT;
     return point;
 }
 
-std::vector<Point> Sweep(ORVA::TARNEX& supply) {
+std::vector<Point> Sweep(ViSession supply) {
     std::vector<Point> points;
-    Check(supply.SetVoltage(kChannel, 0.0));
-    Check(supply.SetCurrent(kChannel, kLimit));
+    Check(supply, TARNEXSupply_SetVoltage(supply, kChannel, 0.0));
+    Check(supply, TARNEXSupply_SetCurrent(supply, kChannel, kLimit));
     const OutputOn output(supply);
     for (int step = 0; step <= kSteps; ++step) {
         points.push_back(MeasureAt(supply, step * kStep));
@@ -111,11 +137,12 @@ void WriteSvg(const std::vector<Point>& points, const std::string& model) {
 }
 
 void Run(const std::string& resource) {
-    ORVA::TARNEX supply;
-    Check(supply.Open({.resource = resource}));
-    const auto points = Sweep(supply);
+    const Supply supply(resource.c_str());
+    const auto points = Sweep(supply.Session());
+    std::array<ViChar, 256> model{};
+    Check(supply.Session(), TARNEXSupply_GetIdentity(supply.Session(), nullptr, model.data(), nullptr, nullptr));
     WriteCsv(points);
-    WriteSvg(points, supply.GetIdentity()->model);
+    WriteSvg(points, model.data());
 
     std::cout << points.size() << " points, 0 V to " << Fixed(points.back().set, 1) << " V\n";
     for (const auto& point : points) {
@@ -139,7 +166,6 @@ int main(int argc, char* argv[]) {
         Run(argv[1]);
         return 0;
     } catch (const std::exception& failure) {
-        // The command layer throws std::invalid_argument for a reply that is not a number.
         std::cerr << "sweep: " << failure.what() << '\n';
         return 1;
     }

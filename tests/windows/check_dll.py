@@ -141,6 +141,29 @@ def version_information(block):
     return fixed, texts
 
 
+def check_image(file, original, expect):
+    """Checks the hardening and the version resource of a DLL whose file name is `original`."""
+    relocations = file.relocations()
+    expect(not file.characteristics & RELOCATIONS_STRIPPED, "its relocations are stripped")
+    expect(relocations > 0, "holds no relocation")
+    expect(file.dll_characteristics & RELOCATABLE, "is not relocatable")
+    expect(file.dll_characteristics & HIGH_ENTROPY_ASLR, "high-entropy ASLR is off")
+    expect(file.dll_characteristics & DEP, "DEP is off")
+    print(f"{relocations} relocations, DLL characteristics {file.dll_characteristics:#06x}")
+
+    resource = file.resource(VERSION_RESOURCE)
+    if resource is None:
+        expect(False, "has no version resource")
+    else:
+        fixed, texts = version_information(resource)
+        expect(fixed == (1, 0, 0, 0), f"binary file version is {fixed}")
+        expect(texts.get("FileVersion") == "1.0.0.0", f"FileVersion is {texts.get('FileVersion')!r}")
+        expect(texts.get("CompanyName") == "Keltor Technology", f"CompanyName is {texts.get('CompanyName')!r}")
+        expect("TARNEX" in texts.get("ProductName", "").split(), f"ProductName is {texts.get('ProductName')!r}")
+        expect(texts.get("OriginalFilename") == original, "OriginalFilename differs")
+        print(", ".join(f"{name} {text!r}" for name, text in texts.items()))
+
+
 def main(dll, exported_names, config_server):
     faults = []
 
@@ -176,25 +199,7 @@ def main(dll, exported_names, config_server):
     expect(DELAYED_IMPORTS >= len(file.directories) or not file.directories[DELAYED_IMPORTS][1], "has delayed imports")
     print(f"imports from {', '.join(imports)}")
 
-    relocations = file.relocations()
-    expect(not file.characteristics & RELOCATIONS_STRIPPED, "its relocations are stripped")
-    expect(relocations > 0, "holds no relocation")
-    expect(file.dll_characteristics & RELOCATABLE, "is not relocatable")
-    expect(file.dll_characteristics & HIGH_ENTROPY_ASLR, "high-entropy ASLR is off")
-    expect(file.dll_characteristics & DEP, "DEP is off")
-    print(f"{relocations} relocations, DLL characteristics {file.dll_characteristics:#06x}")
-
-    resource = file.resource(VERSION_RESOURCE)
-    if resource is None:
-        faults.append("has no version resource")
-    else:
-        fixed, texts = version_information(resource)
-        expect(fixed == (1, 0, 0, 0), f"binary file version is {fixed}")
-        expect(texts.get("FileVersion") == "1.0.0.0", f"FileVersion is {texts.get('FileVersion')!r}")
-        expect(texts.get("CompanyName") == "Keltor Technology", f"CompanyName is {texts.get('CompanyName')!r}")
-        expect("TARNEX" in texts.get("ProductName", "").split(), f"ProductName is {texts.get('ProductName')!r}")
-        expect(texts.get("OriginalFilename") == "TARNEX_64.dll", "OriginalFilename differs")
-        print(", ".join(f"{name} {text!r}" for name, text in texts.items()))
+    check_image(file, "TARNEX_64.dll", expect)
 
     for fault in faults:
         print(f"check_dll: {dll}: {fault}", file=sys.stderr)

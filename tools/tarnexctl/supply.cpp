@@ -197,7 +197,8 @@ std::string Supply::Title() const {
     if (serialNumber.front() != '\0') {
         title += std::string(" ") + serialNumber.data();
     }
-    return title + ", " + Text(TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR);
+    const auto resource = Text(TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR); // empty in simulation
+    return resource.empty() ? title : title + ", " + resource;
 }
 
 void Supply::EnsureOff(const std::string& channel, double giveUp, const std::string& earlier) const {
