@@ -208,14 +208,15 @@ ViStatus _VI_FUNC TARNEXSupply_ResolveChannels(ViSession vi, ViConstString chann
 /* ---- Switching off with certainty */
 
 /**
- * Ends whatever drives an output and switches it off: stops list and delay mode, switches the channel off and reads its
- * state back.
+ * Ends whatever drives an output and switches it off: stops list and delay mode if the channel is 1, which they drive,
+ * switches the channel off and reads its state back.
  *
  * @param vi           The session.
  * @param channelName  Exactly one channel.
  * @param giveUpMs     After a failure the function brings the connection back into step, or opens it again, and repeats
- * all steps with growing pauses for this time in ms. The call under way is finished, so the function may take longer by
- * the I/O time-outs of one try. 0: one try.
+ *                     all steps with growing pauses for this time in ms, with an I/O time-out of at most 2000 ms. The
+ *                     call under way is finished, so the function may take longer by the I/O time-outs of one try.
+ *                     0: one try.
  *
  * On success the instrument has confirmed that the output is off. On failure the output may still be on; the status is
  * that of the last try, TARNEXSUPPLY_ERROR_STILL_ON when the instrument answers that the output is on. Other threads

@@ -210,6 +210,14 @@ class Channel:
         """The questionable condition register."""
         return int(self._read("QueryQuestionableCondition", ctypes.c_int32))
 
+    def ensure_off(self, give_up: float = 10.0) -> None:
+        """Stops the sequences that drive the channel, switches it off and reads it back.
+
+        give_up: seconds for which this is repeated after a failure, over new connections when necessary; 0: one try.
+        Raises TarnexError when the output may still be on.
+        """
+        self._call("EnsureOff", round(_values.not_negative(give_up, "the time") * 1000))
+
     # --- Blocks and loops
 
     def on(self) -> OutputOn:

@@ -79,7 +79,7 @@ class _Run:
         """Switches the output on, unless the sequence does that."""
 
     def _stop(self) -> None:
-        self._supply._release(_CHANNEL, (f"Set{self.mode}Enabled",))
+        self._supply._release(_CHANNEL)
 
 
 class ListRun(_Run):

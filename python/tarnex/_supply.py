@@ -26,9 +26,7 @@ _CHANNEL_COUNT = 2
 _REPLY_SIZE = 1024  # a reply has at most 1023 bytes
 _MAX_MILLISECONDS = 0x7FFFFFFF
 _MAX_ERRORS = 1000  # more than an error queue holds
-_RETRY_SECONDS = 10.0  # for switching off
-_RETRY_INTERVAL = 0.1
-_RETRY_TIMEOUT = 2.0
+_GIVE_UP_SECONDS = 10.0  # for switching off
 
 _open_supplies: "weakref.WeakSet[Supply]" = weakref.WeakSet()
 
@@ -289,7 +287,7 @@ class Supply:
         self._check_process()
         with self._lock:
             self._check_open()
-        self._switch_off(list(range(1, _CHANNEL_COUNT + 1)), stop=("SetDelayEnabled", "SetListEnabled"))
+        self._switch_off(list(range(1, _CHANNEL_COUNT + 1)))
 
     @property
     def bleeder(self) -> bool:
@@ -468,7 +466,7 @@ class Supply:
             self._check_open()
             self._held.append(number)
 
-    def _release(self, number: int, stop: Sequence[str] = ()) -> None:
+    def _release(self, number: int) -> None:
         """Switches off a channel that was held. Has no effect in a forked process and after close."""
         if os.getpid() != self._process:
             return
@@ -478,7 +476,7 @@ class Supply:
                 held = number in self._held
             if held:
                 try:
-                    self._try_to_switch_off([number], stop)
+                    self._try_to_switch_off([number])
                 except TarnexError:
                     self._forget(number)
                     raise
@@ -491,58 +489,26 @@ class Supply:
             if number in self._held:
                 self._held.remove(number)
 
-    def _switch_off(self, numbers: Sequence[int], stop: Sequence[str] = ()) -> None:
-        _uninterrupted(lambda: self._try_to_switch_off(numbers, stop))
+    def _switch_off(self, numbers: Sequence[int]) -> None:
+        _uninterrupted(lambda: self._try_to_switch_off(numbers))
 
-    def _try_to_switch_off(self, numbers: Sequence[int], stop: Sequence[str]) -> None:
-        """Switches channels off and reads them back, for 10 s at most.
-
-        stop: functions that stop a sequence, which would switch the output on again.
-        """
-        deadline = time.monotonic() + _RETRY_SECONDS
-        original_timeout: Optional[float] = None
-        on = [Channel(self, number) for number in numbers]
-        try:
-            while True:
-                status = _errors.IO_ERROR
-                try:
-                    # First the outputs: stopping a sequence may fail.
-                    for channel in on:
-                        channel.output_enabled = False
-                    for function in stop:
-                        self._call(function, False)
-                    if stop:
-                        for channel in on:
-                            channel.output_enabled = False
-                    on = [channel for channel in on if channel.output_enabled]
-                    if not on:
-                        return
-                    why = "the supply reports it as on"
-                except TarnexError as error:
-                    why, status = str(error), error.status
-                    if self.closed:
-                        with self._lock:
-                            if not any(channel.number in self._held for channel in on):
-                                return  # closed by another thread, which has switched the outputs off
-                        raise OutputError(status, _warning(on, why)) from error
-                if time.monotonic() >= deadline:
-                    raise OutputError(status, _warning(on, why))
-                if original_timeout is None:
-                    original_timeout = self._shorten_timeout()
-                time.sleep(_RETRY_INTERVAL)
-        finally:
-            if original_timeout:
-                with contextlib.suppress(TarnexError):
-                    self.timeout = original_timeout
-
-    def _shorten_timeout(self) -> float:
-        """Returns the time-out when it was too long for retries and is shorter now; otherwise 0."""
-        with contextlib.suppress(TarnexError):
-            timeout = self.timeout
-            if timeout > _RETRY_TIMEOUT:
-                self.timeout = _RETRY_TIMEOUT
-                return timeout
-        return 0.0
+    def _try_to_switch_off(self, numbers: Sequence[int]) -> None:
+        """Stops the sequences of channels, switches the channels off and reads them back, for 10 s at most."""
+        deadline = time.monotonic() + _GIVE_UP_SECONDS
+        failed: List[Channel] = []
+        for channel in [Channel(self, number) for number in numbers]:
+            try:
+                channel.ensure_off(max(deadline - time.monotonic(), 0.0))
+            except TarnexError as error:
+                failed.append(channel)
+                cause = error
+        if not failed:
+            return
+        if self.closed:
+            with self._lock:
+                if not any(channel.number in self._held for channel in failed):
+                    return  # closed by another thread, which has switched the outputs off
+        raise OutputError(cause.status, _warning(failed, str(cause))) from cause
 
 
 def _uninterrupted(action: Callable[[], None]) -> None:

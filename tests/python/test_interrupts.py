@@ -61,7 +61,7 @@ class Interrupts(OverSupply):
             self.assertGreater(interrupted, 30)
 
     def test_more_interrupts_while_switching_off_wait_until_it_is_done(self) -> None:
-        virtual = Virtual(self, "--fault", "silent@3+4")
+        virtual = Virtual(self, "--fault", "silent@3+9")
         with tarnex.Supply(virtual.resource, timeout=0.3) as supply:
             start = time.monotonic()
             with self.assertRaises(KeyboardInterrupt):

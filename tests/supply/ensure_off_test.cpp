@@ -30,6 +30,29 @@ TEST_F(EnsureOff, StopsSequencesSwitchesOffAndReadsBack) {
     EXPECT_EQ(LocksHeld(), 0);
 }
 
+TEST_F(EnsureOff, LeavesTheSequencesOfChannel1RunningWhenItIsForChannel2) {
+    const auto vi = Open();
+    TakeWritten();
+    Reply(":OUTP:STAT? CH2", "OFF\n");
+    EXPECT_EQ(Status(TARNEXSupply_EnsureOff(vi, kSecond, 0)), kSuccess);
+    EXPECT_THAT(TakeWritten(), ElementsAre(":OUTP:STAT CH2,OFF\n", ":OUTP:STAT? CH2\n"));
+}
+
+TEST_F(EnsureOff, LimitsTheTimeoutBetweenTriesAndRestoresIt) {
+    const auto vi = Open();
+    ASSERT_EQ(Status(TARNEXSupply_SetTimeout(vi, 30000)), kSuccess);
+    doubles::TheVisa().ForgetSettings();
+    Fail("viRead", kVisaTimeout);
+    EXPECT_EQ(Run(vi, 5000), kSuccess);
+    const auto settings = doubles::TheVisa().Settings();
+    ASSERT_FALSE(settings.empty());
+    EXPECT_EQ(settings.front(), "viSetAttribute 3FFF001A 2000");
+    EXPECT_EQ(settings.back(), "viSetAttribute 3FFF001A 30000");
+    ViInt32 timeout = 0;
+    EXPECT_EQ(Status(TARNEXSupply_GetTimeout(vi, &timeout)), kSuccess);
+    EXPECT_EQ(timeout, 30000);
+}
+
 TEST_F(EnsureOff, ReportsAnOutputThatIsStillOn) {
     const auto vi = Open();
     Reply(kQuery, "ON\n");
