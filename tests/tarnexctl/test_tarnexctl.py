@@ -639,6 +639,17 @@ class HostileText(Tool):
         self.assertEqual((ran.code, ran.err), (0, ""))
         self.assertEqual(lines[:3], ["Manufacturer: Kel?[2Jtor", 'Model:        TX"4410\\', "Firmware:     \u00e9%s%n??2J?"])
 
+    def test_characters_that_change_the_direction_of_writing_are_replaced(self) -> None:
+        identity = "Kel\u202etor\u2066\u200f\u061c,TX4410\u202a\u2069,SN,\x7f\u2010"
+        lines = self.identify(identity.encode()).out.splitlines()
+        self.assertEqual(
+            lines[:3], ["Manufacturer: Kel?tor???", "Model:        TX4410??", "Firmware:     ?\u2010"]
+        )
+        out = self.identify(identity.encode(), "--json").out
+        self.assertIn('"Kel\\u202etor\\u2066\\u200f\\u061c"', out)
+        self.assertIn('"\\u007f\u2010"', out)
+        self.assertEqual(json.loads(out)["model"], "TX4410\u202a\u2069")
+
     def test_json_stays_valid(self) -> None:
         ran = self.identify(b'Kel\x1b\ttor,TX"4410\\,SN,\xff\xc3\xa9\xed\xa0\x80', "--json")
         identity = json.loads(ran.out)

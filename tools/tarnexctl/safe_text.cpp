@@ -1,7 +1,10 @@
 #include "tools/tarnexctl/safe_text.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstdio>
 
 namespace tarnexctl {
 
@@ -31,45 +34,72 @@ std::size_t SequenceLength(std::string_view text) {
     return wrong ? 0 : length;
 }
 
-bool IsControl(std::string_view character) {
-    constexpr char kDelete = 127;
-    const char c = character.front();
-    // U+0080 to U+009F are control characters of two bytes.
-    return character.size() == 1 ? c < ' ' || c == kDelete : character.size() == 2 && character < "\xC2\xA0";
+/// Returns the code point of a UTF-8 sequence.
+std::uint32_t CodePoint(std::string_view sequence) {
+    constexpr std::array<std::uint32_t, 5> kFirstByteBits{0, 0x7F, 0x1F, 0x0F, 0x07};
+    std::uint32_t code = static_cast<unsigned char>(sequence.front()) & kFirstByteBits[sequence.size()];
+    for (const char c : sequence.substr(1)) {
+        code = (code << 6U) | (static_cast<unsigned char>(c) & 0x3FU);
+    }
+    return code;
+}
+
+constexpr std::uint32_t kReplacement = 0xFFFD; // for what is not a character
+
+bool IsUnsafe(std::uint32_t code) {
+    struct Range {
+        std::uint32_t first;
+        std::uint32_t last;
+    };
+    constexpr std::array<Range, 6> kUnsafe{{
+        {0x00, 0x1F},
+        {0x7F, 0x9F},
+        {0x061C, 0x061C}, // direction marks, embeddings, overrides and isolates
+        {0x200E, 0x200F},
+        {0x202A, 0x202E},
+        {0x2066, 0x2069},
+    }};
+    return std::any_of(kUnsafe.begin(), kUnsafe.end(),
+                       [&](const Range& range) { return code >= range.first && code <= range.last; });
+}
+
+/// Copies `text` with `replace(sequence)` in place of each unsafe character, of those in `special` and, with an empty
+/// sequence, of each byte that is not UTF-8.
+template <typename Replace>
+std::string Escaped(std::string_view text, std::string_view special, const Replace& replace) {
+    std::string escaped;
+    while (!text.empty()) {
+        const std::size_t length = SequenceLength(text);
+        const auto sequence = text.substr(0, length);
+        const bool replaced =
+            length == 0 || IsUnsafe(CodePoint(sequence)) || special.find(sequence.front()) != std::string_view::npos;
+        if (replaced) {
+            escaped += replace(sequence);
+        } else {
+            escaped += sequence;
+        }
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return escaped;
 }
 
 } // namespace
 
 std::string Printable(std::string_view text) {
-    std::string printable;
-    while (!text.empty()) {
-        const std::size_t length = SequenceLength(text);
-        const auto character = text.substr(0, length);
-        printable += length == 0 || IsControl(character) ? "?" : character;
-        text.remove_prefix(std::max<std::size_t>(length, 1));
-    }
-    return printable;
+    return Escaped(text, "", [](std::string_view /*sequence*/) { return '?'; });
 }
 
 std::string JsonText(std::string_view text) {
-    constexpr std::string_view kHex = "0123456789abcdef";
-    std::string json = "\"";
-    while (!text.empty()) {
-        const std::size_t length = SequenceLength(text);
-        const char c = text.front();
-        if (length == 0) {
-            json += "\\ufffd";
-        } else if (length == 1 && (c == '"' || c == '\\')) {
-            json += {'\\', c};
-        } else if (length == 1 && c < ' ') {
-            const std::size_t code = static_cast<unsigned char>(c);
-            json += {'\\', 'u', '0', '0', kHex[code / 16], kHex[code % 16]};
-        } else {
-            json += text.substr(0, length);
+    const auto escape = [](std::string_view sequence) -> std::string {
+        if (sequence == "\"" || sequence == "\\") {
+            return '\\' + std::string(sequence);
         }
-        text.remove_prefix(std::max<std::size_t>(length, 1));
-    }
-    return json + '"';
+        std::array<char, sizeof "\\uFFFF"> code{};
+        static_cast<void>(std::snprintf(code.data(), code.size(), "\\u%04x",
+                                        static_cast<unsigned>(sequence.empty() ? kReplacement : CodePoint(sequence))));
+        return code.data();
+    };
+    return '"' + Escaped(text, "\"\\", escape) + '"';
 }
 
 } // namespace tarnexctl
