@@ -53,7 +53,7 @@ ViStatus _VI_FUNC TARNEXSupply_EnsureOff(ViSession vi, ViConstString channelName
                                 status == TARNEXSUPPLY_ERROR_OUT_OF_STEP || status == TARNEXSUPPLY_ERROR_STILL_ON;
         if (!canRecover || Clock::now() + pause >= deadline) {
             return status == TARNEXSUPPLY_ERROR_STILL_ON
-                       ? supply::WithoutExceptions(vi, [&] { return supply::RecordOwnError(vi, status); })
+                       ? supply::RecordExceptions(vi, [&] { return supply::RecordOwnError(vi, status); })
                        : status;
         }
         std::this_thread::sleep_for(pause);
