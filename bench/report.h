@@ -5,7 +5,7 @@
 
 namespace bench {
 
-/// Prints one row and remembers whether any target was missed. Texts hold no tabs.
+/// Prints rows and stores whether any target was missed. Texts must not contain tabs.
 class Report {
   public:
     /// `measured / baseline`, which shall be at most `most`.

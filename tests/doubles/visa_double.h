@@ -35,7 +35,7 @@ class VisaLibrary {
     /// What the instrument answers to `command` (without its line feed) from now on; the reply is given as it is.
     void Reply(const std::string& command, std::string reply);
 
-    /// Every command from now on is answered so, whatever else was said; until Reset.
+    /// Answers every command with `reply` until Reset. Takes precedence over Reply.
     void ReplyToAll(std::string reply);
 
     /// The bytes of each viWrite, in order.

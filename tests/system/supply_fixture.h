@@ -14,7 +14,7 @@
 
 namespace system_tests {
 
-/// A folder that goes with the test.
+/// A folder that is removed at the end of the test.
 class ScratchFolder {
   public:
     ScratchFolder();
@@ -90,7 +90,7 @@ inline std::string LineName(const testing::TestParamInfo<Line>& line) {
     return line.param == Line::Tcp ? "Tcp" : "PseudoTerminal";
 }
 
-/// The statuses that a query over a socket or a serial line ends with when it went well, and when it did not.
+/// The statuses of a query over a socket or a serial line: success, and a failed exchange.
 inline constexpr ViStatus kTermChar = 0x3FFF0005;
 inline constexpr auto kIoError = static_cast<ViStatus>(0xBFFA4214);
 
