@@ -66,9 +66,9 @@ class ConfigServer {
     void Reset();
     void Use(Store store);
 
-    /// Handles given out and not given back, the store's own included.
+    /// Handles that are open, including that of the store.
     [[nodiscard]] std::size_t OpenHandles() const;
-    /// Handles given out since the reset or since this was last asked, the store's own included.
+    /// Handles that were opened since the reset or the last call of this function, including that of the store.
     std::size_t TakeCountOfHandles();
     /// The calls whose arguments tests check, in order: "Deserialize /store/master.xml".
     [[nodiscard]] std::vector<std::string> Details() const;

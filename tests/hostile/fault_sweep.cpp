@@ -163,7 +163,7 @@ class Sweep {
         }
     }
 
-    /// A negative status that a caller was given stands in the record, with a description.
+    /// Checks that a returned negative status is in the record, with a description.
     void CheckRecords(const std::string& when, const Life& life) {
         for (const auto& result : life.results) {
             if (result.status < 0 && (result.recorded != result.status || !result.described)) {

@@ -61,7 +61,7 @@ class Fault : protected HasJournal, public SupplyOverEachLine {
     void Next(FaultKind kind, std::uint64_t value = 0) { server_->Faults().AddForNext(kind, value); }
     ViStatus MeasureVoltage() { return TARNEX_Measure(vi_, kChannel, TARNEX_VAL_MEASURE_VOLTAGE, &volts_); }
 
-    /// Where the supply is after it has hung up: a pseudo-terminal comes back under another name.
+    /// Returns the resource of the supply after it has hung up: a pseudo-terminal gets another name.
     std::string ResourceAfter(const std::string& before) {
         const auto deadline = Clock::now() + kGuard;
         while (GetParam() == Line::PseudoTerminal && server_->Resource() == before && Clock::now() < deadline) {
@@ -77,7 +77,7 @@ class Fault : protected HasJournal, public SupplyOverEachLine {
         return sent;
     }
 
-    /// Runs `call`; how long it took goes into the test's report, in ms.
+    /// Runs `call` and writes its duration in ms into the test's report.
     template <typename Call>
     auto Timed(Call call) {
         const auto begin = Clock::now();

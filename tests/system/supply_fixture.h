@@ -58,7 +58,7 @@ class SupplyTest : public testing::Test {
     static double GetReal(ViSession vi, const char* channel, ViAttr attribute);
     static bool GetBoolean(ViSession vi, const char* channel, ViAttr attribute);
 
-    /// What the supply itself answers to a command, past the driver.
+    /// Returns the supply's own reply to a command, without the driver.
     std::string Ask(const std::string& command) { return supply_.Execute(command); }
 
     /// Makes the configuration server look for its store at `path`.
