@@ -1,5 +1,5 @@
-/* The same work as the driver's, as one would write it by hand for one instrument: no session handles, no channel
- * names, no error records. */
+/* The work of the driver, written by hand for one instrument, without session handles, channel names and error
+ * records. */
 #ifndef TARNEX_BENCH_HANDWRITTEN_H
 #define TARNEX_BENCH_HANDWRITTEN_H
 

@@ -24,7 +24,7 @@ using bench::Quantile;
 
 constexpr const char* kFirst = "OutputChannel1";
 
-/// Ends the bench when a call fails: its figures are meaningless.
+/// Ends the benchmark when a call fails, because its figures would be meaningless.
 void Expect(bool succeeded, const char* what) {
     if (!succeeded) {
         std::fprintf(stderr, "network: %s failed\n", what);

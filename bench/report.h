@@ -5,7 +5,7 @@
 
 namespace bench {
 
-/// Prints one row and remembers whether any target was missed. Texts hold no tabs.
+/// Prints rows and stores whether any target was missed. Texts must not contain tabs.
 class Report {
   public:
     /// `measured / baseline`, which shall be at most `most`.
@@ -20,7 +20,7 @@ class Report {
     /// A limit of its own, without a baseline.
     void AtMost(const std::string& what, double measured, const std::string& unit, double most);
 
-    /// 0 when every target was met; what main returns.
+    /// Returns 0 when every target was met, else 1: the exit code of the program.
     [[nodiscard]] int ExitCode() const { return missed_ ? 1 : 0; }
 
   private:
@@ -30,7 +30,7 @@ class Report {
     bool missed_ = false;
 };
 
-/// Says on standard error what is running: some take many seconds.
+/// Prints on standard error what is running: some benchmarks take many seconds.
 void Progress(const std::string& what);
 
 } // namespace bench

@@ -22,7 +22,7 @@ double Microseconds(Call call) {
     return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begin).count();
 }
 
-/// Calls both in turn, so that whatever else the machine does falls on both alike; the first of a round alternates.
+/// Calls both in turn and alternates the first one, so that other work of the machine affects both equally.
 template <typename First, typename Second>
 std::pair<Samples, Samples> Interleave(std::size_t rounds, First first, Second second) {
     std::pair<Samples, Samples> samples;

@@ -41,8 +41,8 @@ ViStatus _VI_FUNC TARNEX_error_query(ViSession vi, ViInt32* errorCode, ViChar er
         std::string message;
         status = session.RecordIfError(session.Instrument().QueryError(*errorCode, message));
         if (status == VI_SUCCESS) {
-            // No length check: a reply is never longer than the connection's read buffer of 1024 bytes, which the
-            // header asks of the caller's buffer.
+            // No length check: a reply has at most the 1024 bytes of the connection's read buffer, and the caller's
+            // buffer must have as many.
             std::copy_n(message.c_str(), message.size() + 1, errorMessage);
         }
         return status;

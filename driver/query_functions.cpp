@@ -79,7 +79,7 @@ ViStatus _VI_FUNC TARNEX_QueryOutputState(ViSession vi, ViConstString channelNam
                          });
 }
 
-// Required: returns the programmed level read back from the instrument, not a measurement at the output.
+// Required: queries the programmed level.
 ViStatus _VI_FUNC TARNEX_Measure(ViSession vi, ViConstString channelName, ViInt32 measurementType,
                                  ViReal64* measurement) {
     return tarnex::Query("TARNEX_Measure", "Measurement", measurement, vi, channelName,

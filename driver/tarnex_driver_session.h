@@ -4,7 +4,7 @@
 #include <string>
 
 #include "driver/driver_identity.h"
-#include "driver/session_functions_table.h"
+#include "driver/session_extension.h"
 #include "framework/driver_session.h"
 #include "instrument/inst_base.h"
 

@@ -70,7 +70,7 @@ int main(int argc, char* argv[]) {
            TARNEX_ConfigureVoltageLevel(supply, "OutputChannel1", (ViReal64)NAN));
     PrintInstrumentErrors(supply);
 
-    /* The session is still usable. This query returns 0x3FFF0005, which is positive and therefore success. */
+    /* The session is still usable. For the positive status of this query see "Statuses" in TARNEX.h. */
     Report("Reading the level back", supply,
            TARNEX_Measure(supply, "OutputChannel1", TARNEX_VAL_MEASURE_VOLTAGE, &volts));
     printf("  %.1f V\n", volts);

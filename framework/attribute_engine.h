@@ -39,9 +39,6 @@ class AttributeInfo {
     [[nodiscard]] constexpr ViAttr Id() const { return id_; }
     [[nodiscard]] constexpr std::string_view Name() const { return name_; }
     [[nodiscard]] std::string_view TypeName() const;
-    [[nodiscard]] bool IsWritable() const {
-        return std::visit([](const auto& accessors) { return accessors.set != nullptr; }, accessors_);
-    }
 
     /// Invalidates the value that `session` caches for one name, or removes the cached values of all names.
     void Invalidate(DriverSession& session, bool all, std::string_view repCapName) const;

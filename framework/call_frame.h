@@ -22,8 +22,8 @@ inline ViStatus GetSession(ViSession vi, DriverSession*& session) {
 }
 
 /// Runs `body(session)` under the session's lock and returns its status.
-/// An unknown handle, and one without an object, return IVI_ERROR_INVALID_SESSION_HANDLE, unrecorded: there is no
-/// record to write to. `Session` is the driver's class derived from DriverSession.
+/// An unknown handle, and one without an object, return IVI_ERROR_INVALID_SESSION_HANDLE. It is not recorded, because
+/// there is no record to write to. `Session` is the driver's class derived from DriverSession.
 template <typename Session, typename Body>
 ViStatus LockedCall(ViSession vi, const Body& body) {
     ViAddr address = nullptr;
@@ -34,7 +34,7 @@ ViStatus LockedCall(ViSession vi, const Body& body) {
     if (lock.Status() < 0) {
         return lock.Status();
     }
-    // Only now: another thread may have closed the session while this one waited for the lock.
+    // Read under the lock: another thread may have closed the session while this one waited for the lock.
     DriverSession* session = nullptr;
     const auto status = GetSession(vi, session);
     if (status < 0) {

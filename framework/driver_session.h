@@ -28,7 +28,7 @@ struct DriverIdentity {
     std::string_view supportedModels; ///< separated by commas
     std::string_view defaultSimulationModel;
     bool checksInterchangeability = false;
-    std::uint64_t sessionTag = 0; ///< tells the driver's sessions from those of other drivers
+    std::uint64_t sessionTag = 0; ///< identifies the sessions of this driver among those of all drivers
 };
 
 /// A session's handle, with the recording of errors on it.
@@ -115,6 +115,12 @@ class DriverSession : public IoSession {
     [[nodiscard]] ValueCaches& Caches() { return caches_; }
     void InvalidateAllAttributes() { caches_.Clear(); }
 
+    /// Reads the instrument's event status register when status checking is on and the session is not simulated.
+    virtual ViStatus CheckStatus() = 0;
+
+    /// Resets the instrument. A negative status has not been recorded.
+    virtual ViStatus ResetInstrument() = 0;
+
   protected:
     void SetExtension(const void* extension) { anchor_.extension = extension; }
 
@@ -126,14 +132,6 @@ class DriverSession : public IoSession {
     virtual ViStatus QueryIdentity(std::string& manufacturer, std::string& model, std::string& serialNumber,
                                    std::string& firmwareRevision) = 0;
 
-  public:
-    /// Reads the instrument's event status register when status checking is on and the session is not simulated.
-    virtual ViStatus CheckStatus() = 0;
-
-    /// Resets the instrument. A negative status has not been recorded.
-    virtual ViStatus ResetInstrument() = 0;
-
-  protected:
     /// Applies one pair of the DriverSetup text. Called for every occurrence of a name, including a repetition that is
     /// then refused.
     virtual ViStatus ProcessDriverSetupOption(std::string_view name, std::string_view value);

@@ -8,6 +8,7 @@
 #include "text/option_string.h"
 
 namespace nrt2 {
+
 ViStatus DriverSession::ParseOptionString(std::string_view options) {
     const auto [inherent, setup] = text::SplitOptionString(options);
     // A clause in the option string, even an empty one, replaces the text of the store.

@@ -186,8 +186,7 @@ ViStatus DriverSession::LoadVirtualRange(IviConfigHandle ranges, ViInt32 index, 
     };
     const auto status = status::RunUntilNegative(
         [&] { return RecordStoreError(IviConfig_GetVirtualRangeItemByIndex(ranges, index, range.Out())); },
-        [&] { return read(property::kRangeMinimum, minimum); }, //
-        [&] { return read(property::kRangeMaximum, maximum); }, //
+        [&] { return read(property::kRangeMinimum, minimum); }, [&] { return read(property::kRangeMaximum, maximum); },
         [&] { return read(property::kRangeStartingIndex, start); });
     if (status >= 0) {
         virtualNames_.AddRange(name, mapTo, minimum, maximum, start);
@@ -257,8 +256,7 @@ ViStatus DriverSession::LoadInitialSetting(IviConfigHandle items, ViInt32 index)
     };
     const auto status = status::RunUntilNegative(
         [&] { return RecordStoreError(IviConfig_GetDataComponentItemByIndex(items, index, item.Out())); },
-        [&] { return readText(property::kDataComponentType, type); }, //
-        [&] { return readText(property::kName, name); });
+        [&] { return readText(property::kDataComponentType, type); }, [&] { return readText(property::kName, name); });
     if (status < 0) {
         return status;
     }

@@ -24,7 +24,7 @@ ViStatus SetErrorInfo(ViSession vi, ViStatus status, const Arguments&... argumen
     return RecordError(vi, status, {}, texts);
 }
 
-/// `elaboration` is a format: text from outside belongs into `arguments`.
+/// `elaboration` is a format: pass text from outside in `arguments` only.
 template <typename... Arguments>
 ViStatus SetErrorInfoElab(ViSession vi, ViStatus status, std::string_view elaboration, const Arguments&... arguments) {
     const std::array<std::string_view, sizeof...(arguments)> texts{std::string_view(arguments)...};

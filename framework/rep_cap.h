@@ -36,24 +36,44 @@ struct PhysicalName {
     std::string_view identifier;
 };
 
-/// Returns the number of names in a declaration: names and ranges ("CH1-CH4"), separated by commas. Blank text has
-/// none.
+/// Returns the number that the digits at the end of `name` form; 0 without digits.
+constexpr std::size_t NumberAtEnd(std::string_view name) {
+    std::size_t number = 0;
+    std::size_t unit = 1;
+    for (; !name.empty() && text::IsDigit(name.back()); name.remove_suffix(1), unit *= 10) {
+        number += static_cast<std::size_t>(name.back() - '0') * unit;
+    }
+    return number;
+}
+
+/// Returns whether a declaration is blank, or consists of names and ascending ranges ("CH1-CH4") separated by commas.
+constexpr bool IsDeclarationOfNames(std::string_view declaration) {
+    bool wellFormed = true;
+    if (!text::IsBlank(declaration)) {
+        text::ForEachElement(declaration, ',', [&](std::string_view item) {
+            const auto hyphen = item.find('-');
+            const bool isRange = hyphen != std::string_view::npos;
+            const auto first = text::Trim(item.substr(0, hyphen));
+            const auto last = isRange ? text::Trim(item.substr(hyphen + 1)) : first;
+            for (const auto name : {first, last}) {
+                wellFormed = wellFormed && !name.empty() && std::all_of(name.begin(), name.end(), text::IsWord) &&
+                             (!isRange || text::IsDigit(name.back()));
+            }
+            wellFormed = wellFormed && (!isRange || NumberAtEnd(first) < NumberAtEnd(last));
+        });
+    }
+    return wellFormed;
+}
+
+/// Returns the number of names in a declaration; 0 when it is blank.
 constexpr std::size_t CountDeclaredNames(std::string_view declaration) {
-    const auto numberAtEnd = [](std::string_view name) {
-        std::size_t number = 0;
-        std::size_t unit = 1;
-        for (; !name.empty() && text::IsDigit(name.back()); name.remove_suffix(1), unit *= 10) {
-            number += static_cast<std::size_t>(name.back() - '0') * unit;
-        }
-        return number;
-    };
     std::size_t count = 0;
     if (!text::IsBlank(declaration)) {
         text::ForEachElement(declaration, ',', [&](std::string_view item) {
             const auto hyphen = item.find('-');
             const auto first = text::Trim(item.substr(0, hyphen));
             const auto last = hyphen == std::string_view::npos ? first : text::Trim(item.substr(hyphen + 1));
-            count += numberAtEnd(last) - numberAtEnd(first) + 1;
+            count += NumberAtEnd(last) - NumberAtEnd(first) + 1;
         });
     }
     return count;
@@ -62,6 +82,8 @@ constexpr std::size_t CountDeclaredNames(std::string_view declaration) {
 template <typename Capability>
 class RepCapBase {
   public:
+    static_assert(IsDeclarationOfNames(Capability::kPhysicalNames), "names and ranges, separated by commas");
+
     static constexpr std::size_t kCount = CountDeclaredNames(Capability::kPhysicalNames);
 
     /// Distinct physical names in the order of a selector, stored in place.

@@ -21,10 +21,15 @@
  * reads it or #TARNEX_ClearError clears it; later errors do not replace it. These failures are returned without being
  * recorded: an invalid session handle, a null newVi, and failures of the session service itself.
  *
+ * These errors are found before the handle is checked: an unknown code or a null pointer in #TARNEX_error_message, and
+ * an unknown attribute, another type, a read-only attribute or a null pointer in the attribute functions. With an
+ * invalid handle the function writes such an error to the record of the calling thread and returns
+ * #TARNEX_ERROR_INVALID_SESSION_HANDLE; with VI_NULL it returns the error itself.
+ *
  * @section common_errors Common errors
  * Every function with a session handle returns:
  * - #TARNEX_ERROR_INVALID_SESSION_HANDLE: the handle is not open. Exceptions: #TARNEX_error_message with a known code,
- * and #TARNEX_GetAttributeViString with size 0.
+ *   and #TARNEX_GetAttributeViString with size 0.
  * - #TARNEX_ERROR_NULL_POINTER: a pointer is null that must not be null. The description names the parameter.
  *
  * Functions that exchange data with the instrument also return #TARNEX_ERROR_IO. It covers every failure of VISA:
@@ -356,7 +361,8 @@ ViStatus _VI_FUNC TARNEX_close(ViSession vi);
  * Resets the instrument ("*RST"). Sends nothing in simulation.
  *
  * @param vi  Session handle.
- * @return 0 on success. Otherwise #TARNEX_ERROR_IO or one of the @ref common_errors "common errors".
+ * @return 0, or a positive status, on success. Otherwise #TARNEX_ERROR_IO or one of the @ref common_errors "common
+ * errors".
  */
 ViStatus _VI_FUNC TARNEX_reset(ViSession vi);
 
@@ -421,7 +427,8 @@ ViStatus _VI_FUNC TARNEX_revision_query(ViSession vi, ViChar driverRev[], ViChar
  * Switches all outputs off (":OUTPut:STATe ALL,OFF"). Sends nothing in simulation.
  *
  * @param vi  Session handle.
- * @return 0 on success. Otherwise #TARNEX_ERROR_IO or one of the @ref common_errors "common errors".
+ * @return 0, or a positive status, on success. Otherwise #TARNEX_ERROR_IO or one of the @ref common_errors "common
+ * errors".
  */
 ViStatus _VI_FUNC TARNEX_Disable(ViSession vi);
 
@@ -439,7 +446,7 @@ ViStatus _VI_FUNC TARNEX_InvalidateAllAttributes(ViSession vi);
  *
  * @param vi                     Session handle.
  * @param[in,out] callerHasLock  May be null. VI_FALSE: take the lock and set it to VI_TRUE. Any other value: do
- * nothing.
+ *                               nothing.
  * @return 0 on success. Otherwise one of the @ref common_errors "common errors".
  */
 ViStatus _VI_FUNC TARNEX_LockSession(ViSession vi, ViBoolean* callerHasLock);
@@ -754,8 +761,8 @@ ViStatus _VI_FUNC TARNEX_QueryMaxVoltageLevel(ViSession vi, ViConstString channe
  * @param vi            Session handle.
  * @param channelName   @ref channels "Channel selector".
  * @param outputState   #TARNEX_VAL_OUTPUT_CONSTANT_VOLTAGE and #TARNEX_VAL_OUTPUT_CONSTANT_CURRENT query the
- * instrument. #TARNEX_VAL_OUTPUT_OVER_VOLTAGE, #TARNEX_VAL_OUTPUT_OVER_CURRENT and #TARNEX_VAL_OUTPUT_UNREGULATED send
- * nothing.
+ *                      instrument. #TARNEX_VAL_OUTPUT_OVER_VOLTAGE, #TARNEX_VAL_OUTPUT_OVER_CURRENT and
+ *                      #TARNEX_VAL_OUTPUT_UNREGULATED send nothing.
  * @param[out] inState  VI_TRUE or VI_FALSE; always VI_FALSE for the three states that send nothing, and in simulation.
  *                      Unchanged for an unknown outputState, which is not an error. Not null.
  * @return See @ref query.

@@ -7,8 +7,9 @@
  * TARNEX.
  *
  * Rules for every function
- * - Success is 0. Errors are negative; TARNEX_GetError(vi, ...) then tells the command and the reason. Statuses are
- * those of TARNEX.h and the TARNEXSUPPLY_ERROR_ ones below; TARNEXSupply_ErrorMessage has the message of both.
+ * - Success is 0. Errors are negative; TARNEX_GetError(vi, ...) then returns a description with the command and the
+ *   reason. Statuses are those of TARNEX.h and the TARNEXSUPPLY_ERROR_ ones below; TARNEXSupply_ErrorMessage has the
+ *   message of both.
  * - No exception leaves this library, and nothing is written to standard output.
  * - channelName: functions that set take a selector ("OutputChannel1", "OutputChannel1,OutputChannel2", virtual names);
  *   functions that read take exactly one channel. Channels are set one after another; an error ends the call and leaves
@@ -16,13 +17,13 @@
  * - Switches: VI_FALSE is off, any other value is on; results are VI_TRUE or VI_FALSE.
  * - Values outside a channel's limits, NaN, infinities, unknown enumeration values and negative indexes are
  *   TARNEX_ERROR_INVALID_PARAMETER; nothing is sent. The limits are not checked in simulation. A null pointer for a
- * result is TARNEX_ERROR_NULL_POINTER.
+ *   result is TARNEX_ERROR_NULL_POINTER.
  * - Results are written only on success.
  * - A time-out is TARNEX_ERROR_IO_TIMEOUT, another failed exchange TARNEX_ERROR_IO, and a malformed reply
  *   TARNEX_ERROR_UNEXPECTED_RESPONSE.
  * - A late reply never answers a later question: after a failed exchange, also one of a TARNEX.h function, the next
- * call of this library brings the connection back into step first. It uses the interface's device clear, or closes the
- * connection, opens it again and checks that the same instrument answers. When that fails the call is
+ *   call of this library brings the connection back into step first. It uses the interface's device clear, or closes
+ *   the connection, opens it again and checks that the same instrument answers. When that fails the call is
  *   TARNEXSUPPLY_ERROR_OUT_OF_STEP, and the next call tries again.
  * - With the option QueryInstrStatus, an error that the instrument reports is TARNEX_ERROR_INSTRUMENT_STATUS.
  * - Thread-safe: every function takes the session's lock.

@@ -30,14 +30,12 @@ struct ConnectionRecord {
 /// An instrument: real (ORVA::TARNEX) or simulated (ORVA::TARNEXSimulator).
 ///
 /// - Channels are numbered from 1. An unknown channel throws std::out_of_range("invalid map<K, T> key") before anything
-/// is
-///   sent, if the channel is an argument of the command or a range is checked. A channel number in a header is sent as
-///   it is; the instrument refuses it.
+///   is sent, if the channel is an argument of the command or a range is checked. A channel number in a header is sent
+///   as it is; the instrument refuses it.
 /// - Returns 0 or a positive VISA status on success, DRIVER_ERROR_IO when an exchange fails, and
 ///   DRIVER_ERROR_INVALID_PARAMETER when a range check refuses a value.
 /// - Outputs are written only after a successful exchange (GetSelectedChannel always writes its output). The outputs of
-/// a
-///   reply with several fields are written up to the first missing field.
+///   a reply with several fields are written up to the first missing field.
 /// - Malformed replies throw the exceptions of reply_parsers.h.
 /// - Not thread-safe: the caller must serialize the calls on one object.
 class InstBase {
@@ -97,7 +95,8 @@ class InstBase {
     virtual ViStatus SetOverCurrentDelayMode(ChannelNumber ch, ProtectionDelayMode mode) = 0;
     virtual ViStatus GetOverCurrentDelayMode(ChannelNumber ch, ProtectionDelayMode& mode) = 0;
 
-    // --- Output and its protections
+    // --- Output and its protections. SetOvp... and SetOcp... send ":OUTP:OVP" and ":OUTP:OCP", SetOverVoltage... and
+    // SetOverCurrent... ":SOUR:VOLT:PROT" and ":SOUR:CURR:PROT": two headers of the same settings.
     virtual ViStatus SetOutputEnabled(ChannelNumber ch, bool on) = 0;
     virtual ViStatus GetOutputEnabled(ChannelNumber ch, bool& on) = 0;
     virtual ViStatus GetRegulationMode(ChannelNumber ch, RegulationMode& mode) = 0;

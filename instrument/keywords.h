@@ -88,7 +88,8 @@ bool IsKeyword(std::string_view reply) {
 }
 
 /// Returns the value with the keyword `reply`; upper and lower case differ.
-/// Required: an unknown keyword gives the lowest value of the table, which callers cannot tell from a valid reply.
+/// Required: an unknown keyword gives the lowest value of the table, which callers cannot distinguish from a valid
+/// reply.
 template <KeywordEnumeration Enumeration>
 Enumeration ValueOf(std::string_view reply) {
     const auto& table = kKeywords<Enumeration>;

@@ -6,8 +6,8 @@
 
 namespace ORVA {
 
-OptionFlags ParseOptionFlags(std::string_view options) {
-    OptionFlags flags;
+text::InherentOptions ParseOptionFlags(std::string_view options) {
+    text::InherentOptions flags;
     const std::string inherent = text::ToLower(text::SplitOptionString(options).inherent);
     std::string_view rest = inherent;
     while (const auto pair = text::NextInherentPair(rest)) {

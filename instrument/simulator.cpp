@@ -3,7 +3,8 @@
 namespace ORVA {
 
 TARNEXSimulator::TARNEXSimulator(RandomSource& random)
-    : InstBase(nullptr, std::make_shared<Identity>(Identity{"Keltor Technology", "TX6300", "SN12345678901", "V1.00"})),
+    : InstBase(nullptr,
+               std::make_shared<Identity>(Identity{std::string(kManufacturer), "TX6300", "SN12345678901", "V1.00"})),
       random_(random) {}
 
 double TARNEXSimulator::DrawVoltage(ChannelNumber channel) {

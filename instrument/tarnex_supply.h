@@ -14,7 +14,7 @@ class TARNEX : public InstBase {
     /// The arguments of the latest Open. The instrument itself does not use them.
     [[nodiscard]] bool IdQueryRequested() const { return idQuery_; }
     [[nodiscard]] bool ResetRequested() const { return reset_; }
-    [[nodiscard]] const OptionFlags& Options() const { return options_; }
+    [[nodiscard]] const text::InherentOptions& Options() const { return options_; }
 
     ViUInt32 GetTimeout() const override { return settings_.ioTimeout; }
     ViStatus SetTimeout(ViUInt32 milliseconds) override;
@@ -210,7 +210,7 @@ class TARNEX : public InstBase {
     OpenVisa::ConnectionSettings settings_; // of the next open; the time-out is the current one
     bool idQuery_ = false;
     bool reset_ = false;
-    OptionFlags options_;
+    text::InherentOptions options_;
 };
 
 } // namespace ORVA

@@ -4,8 +4,8 @@
 // - Release every handle of a Get... call with IviConfig_DisposeHandle, and the store with IviConfig_Close.
 // - Collections count from 1.
 // - Texts follow the buffer rule of IVI-3.2, 3.1.2.1: text that does not fit is truncated and the required size is
-// returned
-//   as a positive status; size 0 writes nothing and returns the required size; a negative size copies everything.
+//   returned as a positive status; size 0 writes nothing and returns the required size; a negative size copies
+//   everything.
 // - A null pointer for a result or a name returns IVI_ERROR_NULL_POINTER. When memory is not available, the status is
 //   IVI_ERROR_OUT_OF_MEMORY.
 // - Thread-safe.

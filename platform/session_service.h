@@ -2,8 +2,7 @@
 //
 // - Thread-safe.
 // - A handle that is not open returns IVI_ERROR_INVALID_SESSION_HANDLE. So does zero, except in the three error
-// functions,
-//   where it selects the calling thread's record.
+//   functions, where it selects the calling thread's record.
 // - A null pointer that is not allowed returns IVI_ERROR_NULL_POINTER and changes nothing.
 // - A handle is not issued again after it has been disposed of.
 // - Only Lock waits for the lock of a session. Threads that wait when the session is disposed of get

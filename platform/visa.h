@@ -79,7 +79,7 @@ ViStatus _VI_FUNC viOpenDefaultRM(ViSession* rm);
 /// before it was opened are discarded.
 /// Returns VI_ERROR_TMO when opening, including name resolution, takes more than `timeoutMs`; VI_ERROR_RSRC_NFOUND when
 /// the host is unknown, cannot be reached or refuses the connection, or when the device does not exist or is not a
-/// serial line; VI_ERROR_RSRC_BUSY when the device cannot be opened for lack of permission or because it is in use.
+/// serial line; VI_ERROR_RSRC_BUSY when the device cannot be opened because access is denied or it is in use.
 ViStatus _VI_FUNC viOpen(ViSession rm, ViConstRsrc name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi);
 
 /// Closes a session. Closing a resource manager session closes its instrument sessions.

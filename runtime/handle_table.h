@@ -16,7 +16,7 @@ namespace runtime {
 /// The base class of slot types.
 class HandleSlot {
   public:
-    [[nodiscard]] bool Bears(ViSession handle) const { return handle_.load(std::memory_order_acquire) == handle; }
+    [[nodiscard]] bool Has(ViSession handle) const { return handle_.load(std::memory_order_acquire) == handle; }
 
     /// Makes the slot's handle unknown. Must be called before HandleTable::Release, under the lock that guards the
     /// slot.
@@ -54,10 +54,10 @@ class HandleTable {
         return handle;
     }
 
-    /// Returns the slot of `handle`, else null. A caller that then locks the slot must check Bears() again.
+    /// Returns the slot of `handle`, else null. A caller that then locks the slot must check Has() again.
     Slot* Find(ViSession handle) {
         Slot* slot = At(handle & kIndexMask);
-        return slot != nullptr && handle != VI_NULL && slot->Bears(handle) ? slot : nullptr;
+        return slot != nullptr && handle != VI_NULL && slot->Has(handle) ? slot : nullptr;
     }
 
     /// Makes a slot available again, after Forget().

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Writes the Markdown pages, with the links and anchors of Doxygen, and the files that they link to into a folder. Doxygen
-reads that folder and the public header.
+reads that folder and the two public headers.
 
 Usage: docs_input.py FOLDER
 """
@@ -16,7 +16,7 @@ from docs_text import ROOT
 
 CODE_SPAN = re.compile(r"(?<!`)`([^`]+)`(?!`)")
 NAMES = set(docs_text.documented_names())
-# The header's groups, in its order.
+# The groups of TARNEX.h, in its order. TARNEX_supply.h has none.
 GROUPS = re.findall(r"@defgroup (\w+)", docs_text.HEADER.read_text())
 
 

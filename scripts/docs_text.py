@@ -1,4 +1,4 @@
-"""Reads the project's Markdown and the names of its public header, for the scripts about documents."""
+"""Reads the project's Markdown and the names of TARNEX.h, for the scripts about documents."""
 
 import re
 from pathlib import Path
@@ -58,5 +58,5 @@ def exported_names():
 
 
 def documented_names():
-    """The names that the header offers to callers: functions, attributes, values and statuses."""
+    """The names that TARNEX.h offers to callers: functions, attributes, values and statuses."""
     return exported_names() + re.findall(r"^#define (TARNEX_\w+) +\S", HEADER.read_text(), re.M)

@@ -92,7 +92,7 @@ ViStatus _VI_FUNC TARNEXSupply_EnsureOff(ViSession vi, ViConstString channelName
                                 status == TARNEXSUPPLY_ERROR_OUT_OF_STEP || status == TARNEXSUPPLY_ERROR_STILL_ON;
         if (!canRecover || Clock::now() >= deadline) {
             return status == TARNEXSUPPLY_ERROR_STILL_ON
-                       ? supply::WithoutExceptions(vi, [&] { return supply::RecordOwnError(vi, status); })
+                       ? supply::RecordExceptions(vi, [&] { return supply::RecordOwnError(vi, status); })
                        : status;
         }
         if (!shortTimeout) {

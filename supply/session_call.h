@@ -21,7 +21,7 @@ SupplySession* FindSession(ViSession vi, ViStatus& status);
 
 /// Runs `body()` and converts exceptions to statuses, recorded on `vi`.
 template <typename Body>
-ViStatus WithoutExceptions(ViSession vi, const Body& body) noexcept {
+ViStatus RecordExceptions(ViSession vi, const Body& body) noexcept {
     try {
         return body();
     } catch (const std::bad_alloc&) {
@@ -34,7 +34,7 @@ ViStatus WithoutExceptions(ViSession vi, const Body& body) noexcept {
 /// Runs `body(session)` under the session's lock.
 template <typename Body>
 ViStatus OnSession(ViSession vi, const Body& body) noexcept {
-    return WithoutExceptions(vi, [&]() -> ViStatus {
+    return RecordExceptions(vi, [&]() -> ViStatus {
         const nrt2::SessionLock lock(vi);
         if (lock.Status() < 0) {
             return lock.Status();

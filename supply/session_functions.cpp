@@ -47,7 +47,7 @@ ViStatus _VI_FUNC TARNEXSupply_Open(ViConstString name, ViConstString options, V
     }
     *vi = VI_NULL;
     IviSession_ClearError(VI_NULL);
-    auto status = supply::WithoutExceptions(VI_NULL, [&]() -> ViStatus {
+    auto status = supply::RecordExceptions(VI_NULL, [&]() -> ViStatus {
         if (timeoutMs < 0) {
             return nrt2::SetErrorInfo(VI_NULL, DRIVER_ERROR_INVALID_PARAMETER);
         }
@@ -69,14 +69,14 @@ ViStatus _VI_FUNC TARNEXSupply_Open(ViConstString name, ViConstString options, V
         status = TARNEXSupply_SetTimeout(*vi, timeoutMs);
     }
     if (status < 0 && *vi != VI_NULL) {
-        supply::WithoutExceptions(VI_NULL, [&] { return TARNEX_close(*vi); });
+        supply::RecordExceptions(VI_NULL, [&] { return TARNEX_close(*vi); });
         *vi = VI_NULL;
     }
     return std::min<ViStatus>(status, VI_SUCCESS);
 }
 
 ViStatus _VI_FUNC TARNEXSupply_Close(ViSession vi) {
-    return supply::WithoutExceptions(VI_NULL, [&]() -> ViStatus {
+    return supply::RecordExceptions(VI_NULL, [&]() -> ViStatus {
         nrt2::SessionLock lock(vi); // waits for the calls of other threads
         if (lock.Status() < 0) {
             return lock.Status();

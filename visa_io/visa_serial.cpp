@@ -11,13 +11,11 @@ ViStatus VisaSerial::configure() {
         return setAttribute(attribute, static_cast<ViAttrState>(value));
     };
     return status::RunUntilNegative(
-        [&] { return VisaIO::configure(); }, //
-        [&] { return setTermination(); },
+        [&] { return VisaIO::configure(); }, [&] { return setTermination(); },
         [&] {
             return setAttribute(VI_ATTR_ASRL_END_IN, line.terminationEnabled ? VI_ASRL_END_TERMCHAR : VI_ASRL_END_NONE);
         },
-        [&] { return setAttribute(VI_ATTR_ASRL_END_OUT, VI_ASRL_END_NONE); }, //
-        [&] { return setIoBuffers(); },                                       //
+        [&] { return setAttribute(VI_ATTR_ASRL_END_OUT, VI_ASRL_END_NONE); }, [&] { return setIoBuffers(); },
         [&] { return set(VI_ATTR_ASRL_BAUD, line.baudRate); },
         [&] { return set(VI_ATTR_ASRL_DATA_BITS, line.dataBits); },
         // Stop bits go before parity: with the frame's length settled first, no combination passes

@@ -26,7 +26,7 @@ using Handle = IviConfigHandle;
 /// The first error text of a thread stays until it is read or cleared.
 void RecordError(std::string_view function, std::string_view reason) noexcept {
     try {
-        auto* text = runtime::PerThread<std::string>::Get();
+        auto* text = PerThread<std::string>::Get();
         if (text != nullptr && text->empty()) {
             text->append("IviConfigServer.IviConfigStore.1: ").append(function).append(" failed. ").append(reason);
         }
@@ -78,7 +78,7 @@ void CheckNotNull(const void* argument) {
 
 /// Copies `text` to a caller-supplied buffer.
 ViStatus GiveText(std::string_view text, ViInt32 size, ViChar* buffer) {
-    const auto status = runtime::CopyToIviBuffer(text, size, buffer);
+    const auto status = CopyToIviBuffer(text, size, buffer);
     if (status < 0) {
         throw Failure(status, "A null pointer was given.");
     }
@@ -354,8 +354,8 @@ ViStatus _VI_FUNC IviConfig_DisposeHandle(IviConfigHandle handle) {
 }
 
 ViStatus _VI_FUNC IviConfig_GetError(ViInt32 size, ViChar text[]) {
-    auto* kept = runtime::PerThread<std::string>::Get();
-    const auto status = runtime::CopyToIviBuffer(kept == nullptr ? std::string_view() : *kept, size, text);
+    auto* kept = PerThread<std::string>::Get();
+    const auto status = CopyToIviBuffer(kept == nullptr ? std::string_view() : *kept, size, text);
     if (kept != nullptr && size != 0 && status >= 0) {
         kept->clear();
     }
@@ -363,7 +363,7 @@ ViStatus _VI_FUNC IviConfig_GetError(ViInt32 size, ViChar text[]) {
 }
 
 ViStatus _VI_FUNC IviConfig_ClearError(void) {
-    if (auto* kept = runtime::PerThread<std::string>::Get(); kept != nullptr) {
+    if (auto* kept = PerThread<std::string>::Get(); kept != nullptr) {
         kept->clear();
     }
     return VI_SUCCESS;

@@ -9,7 +9,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/session_service.h"
 #include "runtime/handle_table.h"
 #include "runtime/ivi_buffer.h"
 #include "runtime/per_thread.h"
@@ -73,8 +72,9 @@ struct alignas(kCacheLine) Session : runtime::HandleSlot {
 
 runtime::HandleTable<Session> sessions;
 
+/// Runs `body()`. Exceptions, for which memory or a lock is missing, become statuses.
 template <typename Body>
-ViStatus WithoutExceptions(Body body) noexcept {
+ViStatus CatchLockErrors(Body body) noexcept {
     try {
         return body();
     } catch (const std::bad_alloc&) {
@@ -87,13 +87,13 @@ ViStatus WithoutExceptions(Body body) noexcept {
 /// Runs `body(session, lock)` with the session's mutex locked.
 template <typename Body>
 ViStatus OnSession(ViSession handle, Body body) noexcept {
-    return WithoutExceptions([&]() -> ViStatus {
+    return CatchLockErrors([&]() -> ViStatus {
         Session* session = sessions.Find(handle);
         if (session == nullptr) {
             return IVI_ERROR_INVALID_SESSION_HANDLE;
         }
         std::unique_lock lock(session->mutex);
-        return session->Bears(handle) ? body(*session, lock) : IVI_ERROR_INVALID_SESSION_HANDLE;
+        return session->Has(handle) ? body(*session, lock) : IVI_ERROR_INVALID_SESSION_HANDLE;
     });
 }
 
@@ -103,7 +103,7 @@ ViStatus OnRecord(ViSession handle, Body body) noexcept {
     if (handle != VI_NULL) {
         return OnSession(handle, [&](Session& session, auto& /*lock*/) { return body(session.error); });
     }
-    return WithoutExceptions([&]() -> ViStatus {
+    return CatchLockErrors([&]() -> ViStatus {
         auto* record = runtime::PerThread<ErrorRecord>::Get();
         return record == nullptr ? IVI_ERROR_CANNOT_CREATE_THREAD_LOCAL : body(*record);
     });
@@ -118,7 +118,7 @@ ViStatus _VI_FUNC IviSession_New(ViSession* handle) {
         return IVI_ERROR_NULL_POINTER;
     }
     *handle = VI_NULL;
-    return WithoutExceptions([&] {
+    return CatchLockErrors([&] {
         // Release: a reader that sees the new pointer also sees that the slot's former handle is invalid.
         *handle = sessions.Issue([](Session& session) { session.data.store(nullptr, std::memory_order_release); });
         return *handle == VI_NULL ? IVI_ERROR_CANNOT_CREATE_LOCK : VI_SUCCESS;
@@ -154,7 +154,7 @@ ViStatus _VI_FUNC IviSession_GetDataPtr(ViSession handle, ViAddr* data) {
         return IVI_ERROR_NULL_POINTER;
     }
     ViAddr found = session->data.load(std::memory_order_acquire);
-    if (!session->Bears(handle)) { // disposed of meanwhile: the pointer may belong to a later session
+    if (!session->Has(handle)) { // disposed of meanwhile: the pointer may belong to a later session
         return IVI_ERROR_INVALID_SESSION_HANDLE;
     }
     *data = found;
@@ -171,7 +171,7 @@ ViStatus _VI_FUNC IviSession_Lock(ViSession handle, ViBoolean* hasLock) {
             ++session.waiting;
             session.released.wait(lock);
             --session.waiting;
-            if (!session.Bears(handle)) {
+            if (!session.Has(handle)) {
                 return IVI_ERROR_INVALID_SESSION_HANDLE;
             }
         }

@@ -21,7 +21,7 @@ std::unique_ptr<Transport> ConnectSocket(const ResourceName& name, const Deadlin
         }
         timedOut = timedOut || status == VI_ERROR_TMO;
     }
-    // A time-out says more than the refusal of another address: that host exists and may be slow.
+    // A time-out is reported before the refusal of another address: the host may exist and be slow.
     if (timedOut) {
         status = VI_ERROR_TMO;
     }

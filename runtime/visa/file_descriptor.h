@@ -31,7 +31,7 @@ class FileDescriptor {
 
 /// Takes ownership of a new file and moves it to a number above those of the standard streams. A program that has
 /// closed its standard output would otherwise print to the instrument.
-inline FileDescriptor BesideTheStandardStreams(int number) {
+inline FileDescriptor MoveAboveStandardStreams(int number) {
     FileDescriptor file(number);
     if (number >= 0 && number <= STDERR_FILENO) {
         return FileDescriptor(::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));

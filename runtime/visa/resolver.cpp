@@ -16,7 +16,7 @@ namespace runtime {
 
 namespace {
 
-Addresses LookUp(const std::string& host, const std::string& service, int flags) {
+Addresses GetAddresses(const std::string& host, const std::string& service, int flags) {
     addrinfo hints{};
     hints.ai_flags = flags | AI_NUMERICSERV;
     hints.ai_family = AF_UNSPEC;
@@ -57,12 +57,14 @@ class SignalsBlocked {
 
 } // namespace
 
-Addresses LookUpByName(const std::string& host, const std::string& service) { return LookUp(host, service, 0); }
+Addresses GetAddressesByName(const std::string& host, const std::string& service) {
+    return GetAddresses(host, service, 0);
+}
 
 Addresses Resolve(const std::string& host, ViUInt16 port, const Deadline& deadline, ViStatus& status,
-                  const Lookup& lookup) {
+                  const LookupFunction& lookup) {
     const auto service = std::to_string(port);
-    if (auto numeric = LookUp(host, service, AI_NUMERICHOST)) {
+    if (auto numeric = GetAddresses(host, service, AI_NUMERICHOST)) {
         return numeric;
     }
     const auto inquiry = std::make_shared<Inquiry>();

@@ -80,7 +80,7 @@ ViStatus StatusOfOpening(int error) {
 
 class SerialTransport final : public Transport {
   public:
-    SerialTransport() : wakeUp_(BesideTheStandardStreams(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))) {}
+    SerialTransport() : wakeUp_(MoveAboveStandardStreams(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))) {}
     SerialTransport(const SerialTransport&) = delete;
     SerialTransport& operator=(const SerialTransport&) = delete;
     ~SerialTransport() override {

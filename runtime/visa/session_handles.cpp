@@ -9,12 +9,12 @@ namespace runtime {
 
 namespace {
 
-struct Slot : runtime::HandleSlot {
+struct Slot : HandleSlot {
     std::mutex mutex; // guards `session`
     std::shared_ptr<Session> session;
 };
 
-runtime::HandleTable<Slot> slots;
+HandleTable<Slot> slots;
 
 } // namespace
 
@@ -29,7 +29,7 @@ std::shared_ptr<Session> FindSession(ViSession handle) {
         return nullptr;
     }
     const std::lock_guard lock(slot->mutex);
-    return slot->Bears(handle) ? slot->session : nullptr;
+    return slot->Has(handle) ? slot->session : nullptr;
 }
 
 std::shared_ptr<Session> RemoveSession(ViSession handle) {
@@ -40,7 +40,7 @@ std::shared_ptr<Session> RemoveSession(ViSession handle) {
     std::shared_ptr<Session> session;
     {
         const std::lock_guard lock(slot->mutex);
-        if (!slot->Bears(handle)) {
+        if (!slot->Has(handle)) {
             return nullptr;
         }
         slot->Forget();

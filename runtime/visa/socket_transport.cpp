@@ -68,7 +68,8 @@ class SocketTransport final : public Transport {
             [&] { return WaitFor(socket_.Number(), POLLOUT, deadline); });
     }
 
-    /// The descriptor stays open until the last user is gone: its number must not come to mean another file.
+    /// The descriptor stays open until its last user has released it, so that its number cannot become that of another
+    /// file.
     void Interrupt() override { ::shutdown(socket_.Number(), SHUT_RDWR); }
 
     void TimeoutChanged(ViUInt32 milliseconds) override {
@@ -100,7 +101,7 @@ class SocketTransport final : public Transport {
 
 /// Returns a connected socket, or none with the reason in `status`.
 FileDescriptor Connected(const addrinfo& address, const Deadline& deadline, ViStatus& status) {
-    FileDescriptor socket = BesideTheStandardStreams(
+    FileDescriptor socket = MoveAboveStandardStreams(
         ::socket(address.ai_family, address.ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK, address.ai_protocol));
     if (socket.Number() < 0) {
         status = errno == EMFILE || errno == ENFILE ? VI_ERROR_SYSTEM_ERROR : VI_ERROR_RSRC_NFOUND;

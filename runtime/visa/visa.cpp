@@ -41,9 +41,9 @@ std::unique_ptr<Transport> Connect(const ResourceName& name, const Deadline& dea
     return connector->connect(name, deadline, status);
 }
 
-/// Converts the exceptions of the standard library, for lack of memory or threads, to a status.
+/// Runs `body()`. Returns VI_ERROR_ALLOC when memory or a thread is not available.
 template <typename Body>
-ViStatus WithoutExceptions(Body body) noexcept {
+ViStatus CatchAllocationErrors(Body body) noexcept {
     try {
         return body();
     } catch (const std::exception&) {
@@ -54,7 +54,7 @@ ViStatus WithoutExceptions(Body body) noexcept {
 /// Runs `body(session)` on the session of the handle.
 template <typename Body>
 ViStatus OnSession(ViSession handle, Body body) noexcept {
-    return WithoutExceptions([&] {
+    return CatchAllocationErrors([&] {
         const auto session = FindSession(handle);
         return session == nullptr ? VI_ERROR_INV_OBJECT : body(*session);
     });
@@ -77,7 +77,7 @@ ViStatus OnBuffer(ViSession handle, const ViByte* buffer, ViUInt32 size, ViUInt3
 extern "C" {
 
 ViStatus _VI_FUNC viOpenDefaultRM(ViSession* rm) {
-    return WithoutExceptions([&] {
+    return CatchAllocationErrors([&] {
         if (rm == nullptr) {
             return VI_ERROR_INV_PARAMETER;
         }
@@ -88,7 +88,7 @@ ViStatus _VI_FUNC viOpenDefaultRM(ViSession* rm) {
 }
 
 ViStatus _VI_FUNC viOpen(ViSession rm, ViConstRsrc name, ViAccessMode mode, ViUInt32 timeoutMs, ViSession* vi) {
-    return WithoutExceptions([&]() -> ViStatus {
+    return CatchAllocationErrors([&]() -> ViStatus {
         if (vi == nullptr) {
             return VI_ERROR_INV_PARAMETER;
         }
@@ -124,7 +124,7 @@ ViStatus _VI_FUNC viOpen(ViSession rm, ViConstRsrc name, ViAccessMode mode, ViUI
 }
 
 ViStatus _VI_FUNC viClose(ViObject vi) {
-    return WithoutExceptions([&] {
+    return CatchAllocationErrors([&] {
         const auto session = RemoveSession(vi);
         if (session == nullptr) {
             return VI_ERROR_INV_OBJECT;

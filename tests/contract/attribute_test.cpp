@@ -194,6 +194,20 @@ TEST_F(Attribute, EngineFailuresOnAnUnknownHandleReturnTheStatusOfTheRecording) 
     EXPECT_EQ(Status(TARNEX_SetAttributeViString(999, "", TARNEX_ATTR_LOGICAL_NAME, "x")), Status(0xBFFA1190));
 }
 
+TEST_F(Attribute, EngineFailuresOnAnUnknownHandleAreRecordedForTheThread) {
+    ViInt32 integer = 0;
+    TARNEX_GetAttributeViInt32(999, "", 1, &integer);
+    EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA000C, "Attribute ID '1' not recognized."}));
+    TARNEX_GetAttributeViInt32(999, "", 1, nullptr);
+    EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA0058, "Null pointer passed for function "
+                                                           "'TARNEX_GetAttributeViInt32', parameter "
+                                                           "'AttributeValue'."}));
+    TARNEX_SetAttributeViString(999, "", TARNEX_ATTR_LOGICAL_NAME, "x");
+    EXPECT_EQ(LastError(VI_NULL), (DriverError{0xBFFA000D, "Attribute 'TARNEX_ATTR_LOGICAL_NAME' is read-only."}));
+    TARNEX_GetAttributeViInt32(999, "", TARNEX_ATTR_CHANNEL_COUNT, &integer);
+    EXPECT_EQ(LastError(VI_NULL), (DriverError{0x00000000, ""}));
+}
+
 TEST_F(Attribute, EngineFailuresWithoutAHandleReturnTheirCodeAndAreRecordedForTheThread) {
     ViInt32 integer = 0;
     EXPECT_EQ(Status(TARNEX_GetAttributeViInt32(VI_NULL, "", 1, &integer)), Status(0xBFFA000C));

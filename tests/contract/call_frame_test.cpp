@@ -120,7 +120,7 @@ TEST_F(CallFrame, ReturnsAFailingLocksStatusAndUnlocksNothing) {
     EXPECT_THAT(doubles::TheSessionService().Recorded(), IsEmpty());
 }
 
-TEST_F(CallFrame, ReturnsAFailingSecondLookUpsStatusUnlocked) {
+TEST_F(CallFrame, ReturnsTheStatusOfAFailedSecondLookupAndUnlocks) {
     const auto vi = Open("Simulate=1");
     for (const auto& [name, call] : LockedExports()) {
         Fail("IviSession_GetDataPtr", 0xBFFA11A0, 2);

@@ -119,7 +119,8 @@ TEST_F(ConfigurationStore, IsReadInThisOrderWithoutADriverSession) {
     EXPECT_EQ(StoreCalls(), expected);
 }
 
-TEST_F(ConfigurationStore, IsReadInThisOrderWithADriverSessionItsSettingsTwiceAndTheModulesNever) {
+// The initial settings of the driver session are read twice, those of the module never.
+TEST_F(ConfigurationStore, IsReadInThisOrderWithADriverSession) {
     auto store = FullStore();
     store.module->initialSettings = std::vector<doubles::StoredSetting>{{"model", "string", std::string("never")}};
     doubles::TheConfigServer().Use(store);

@@ -44,8 +44,8 @@ inline void PrintTo(const DriverError& error, std::ostream* out) {
     *out << " \"" << error.description << '"';
 }
 
-/// Where the driver's library has the export; null when it has none. A function's address in the program may be a stub
-/// of the program's own.
+/// Returns the address of the export in the driver's library; null when it is not exported. The address of a function
+/// in the program may be that of a stub.
 const void* ExportedAddress(const char* name);
 
 /// Over USB a query ends with status 0; over a socket with 0x3FFF0005.

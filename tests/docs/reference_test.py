@@ -84,7 +84,7 @@ def attributes_of(library, session):
 
 
 def messages_of(library):
-    """Returns the message of every status that the library knows, by code."""
+    """Returns the message of every status of the library, by code."""
     found = {}
     buffer = ctypes.create_string_buffer(256)
     for code in (code for codes in STATUS_RANGES for code in codes):

@@ -57,7 +57,7 @@ const ConfigServer::Object* ConfigServer::Find(IviConfigHandle handle) const {
     return object == objects_.end() ? nullptr : &object->second;
 }
 
-void ConfigServer::Tell(std::string detail) {
+void ConfigServer::AddDetail(std::string detail) {
     const std::lock_guard lock(mutex_);
     details_.push_back(std::move(detail));
 }
@@ -156,7 +156,7 @@ ViStatus _VI_FUNC IviConfig_DisposeHandle(IviConfigHandle handle) {
 ViStatus _VI_FUNC IviConfig_GetError(ViInt32 size, ViChar text[]) {
     const InsideDouble here;
     const auto ordered = TheScript().Enter("IviConfig_GetError");
-    TheConfigServer().Tell("GetError " + std::to_string(size));
+    TheConfigServer().AddDetail("GetError " + std::to_string(size));
     return ordered != VI_SUCCESS ? ordered : CopyOut(TheConfigServer().ErrorText(), size, text);
 }
 
@@ -167,7 +167,7 @@ ViStatus _VI_FUNC IviConfig_ClearError() {
 
 ViStatus _VI_FUNC IviConfig_Deserialize(IviConfigHandle store, ViConstString location) {
     return On<ConfigServer::TheStore>("IviConfig_Deserialize", store, [=](const auto& /*store*/) {
-        TheConfigServer().Tell(std::string("Deserialize ") + location);
+        TheConfigServer().AddDetail(std::string("Deserialize ") + location);
         return VI_SUCCESS;
     });
 }
@@ -175,7 +175,7 @@ ViStatus _VI_FUNC IviConfig_Deserialize(IviConfigHandle store, ViConstString loc
 ViStatus _VI_FUNC IviConfig_GetConfigStorePropertyViString(IviConfigHandle store, ViInt32 id, ViInt32 size,
                                                            ViChar value[]) {
     return On<ConfigServer::TheStore>("IviConfig_GetConfigStorePropertyViString", store, [=](const auto& /*store*/) {
-        TheConfigServer().Tell("GetConfigStorePropertyViString " + Numbers(id, size));
+        TheConfigServer().AddDetail("GetConfigStorePropertyViString " + Numbers(id, size));
         const auto& inUse = TheConfigServer().InUse();
         return TextProperty(id, size, value, {{3, inUse.masterLocation}, {5, inUse.processDefaultLocation}});
     });
@@ -183,7 +183,7 @@ ViStatus _VI_FUNC IviConfig_GetConfigStorePropertyViString(IviConfigHandle store
 
 ViStatus _VI_FUNC IviConfig_GetDriverSession(IviConfigHandle store, ViConstString name, IviConfigHandle* session) {
     return On<ConfigServer::TheStore>("IviConfig_GetDriverSession", store, [=](const auto& /*store*/) {
-        TheConfigServer().Tell(std::string("GetDriverSession ") + name);
+        TheConfigServer().AddDetail(std::string("GetDriverSession ") + name);
         const auto& stored = TheConfigServer().InUse().driverSession;
         return stored ? TheConfigServer().GiveOut(&*stored, session) : IVI_CONFIG_ERROR_SESSION_NOT_FOUND;
     });
@@ -198,7 +198,7 @@ ViStatus _VI_FUNC IviConfig_GetConfigStoreSoftwareModuleCollection(IviConfigHand
 ViStatus _VI_FUNC IviConfig_GetSoftwareModuleItemByName(IviConfigHandle collection, ViConstString name,
                                                         IviConfigHandle* module) {
     return On<ConfigServer::Modules>("IviConfig_GetSoftwareModuleItemByName", collection, [=](const auto& /*modules*/) {
-        TheConfigServer().Tell(std::string("GetSoftwareModuleItemByName ") + name);
+        TheConfigServer().AddDetail(std::string("GetSoftwareModuleItemByName ") + name);
         const auto& stored = TheConfigServer().InUse().module;
         return stored ? TheConfigServer().GiveOut(&*stored, module) : IVI_CONFIG_ERROR_ITEM_NOT_FOUND;
     });
@@ -226,8 +226,8 @@ ViStatus _VI_FUNC IviConfig_GetPhysicalNamePropertyViString(IviConfigHandle item
                                                             ViChar value[]) {
     return On<const StoredPhysicalName*>(
         "IviConfig_GetPhysicalNamePropertyViString", item, [=](const StoredPhysicalName* stored) {
-            TheConfigServer().Tell("GetPhysicalNamePropertyViString " + std::to_string(id) + " " +
-                                   std::to_string(size));
+            TheConfigServer().AddDetail("GetPhysicalNamePropertyViString " + std::to_string(id) + " " +
+                                        std::to_string(size));
             return TextProperty(id, size, value, {{1, stored->name}, {2, stored->capability}});
         });
 }
@@ -249,17 +249,17 @@ ViStatus _VI_FUNC IviConfig_GetSessionHardwareAssetReference(IviConfigHandle ses
 
 ViStatus _VI_FUNC IviConfig_GetHardwareAssetPropertyViString(IviConfigHandle asset, ViInt32 id, ViInt32 size,
                                                              ViChar value[]) {
-    return On<ConfigServer::Asset>("IviConfig_GetHardwareAssetPropertyViString", asset,
-                                   [=](const ConfigServer::Asset& stored) {
-                                       TheConfigServer().Tell("GetHardwareAssetPropertyViString " + Numbers(id, size));
-                                       return TextProperty(id, size, value, {{3, stored.session->resource}});
-                                   });
+    return On<ConfigServer::Asset>(
+        "IviConfig_GetHardwareAssetPropertyViString", asset, [=](const ConfigServer::Asset& stored) {
+            TheConfigServer().AddDetail("GetHardwareAssetPropertyViString " + Numbers(id, size));
+            return TextProperty(id, size, value, {{3, stored.session->resource}});
+        });
 }
 
 ViStatus _VI_FUNC IviConfig_GetDriverSessionPropertyViBoolean(IviConfigHandle session, ViInt32 id, ViBoolean* value) {
     return On<const StoredDriverSession*>(
         "IviConfig_GetDriverSessionPropertyViBoolean", session, [=](const StoredDriverSession* stored) {
-            TheConfigServer().Tell("GetDriverSessionPropertyViBoolean " + std::to_string(id));
+            TheConfigServer().AddDetail("GetDriverSessionPropertyViBoolean " + std::to_string(id));
             if (id < 4 || id > 9) {
                 return IVI_CONFIG_ERROR_INVALID_PROPERTY;
             }
@@ -272,7 +272,7 @@ ViStatus _VI_FUNC IviConfig_GetDriverSessionPropertyViString(IviConfigHandle ses
                                                              ViChar value[]) {
     return On<const StoredDriverSession*>(
         "IviConfig_GetDriverSessionPropertyViString", session, [=](const StoredDriverSession* stored) {
-            TheConfigServer().Tell("GetDriverSessionPropertyViString " + Numbers(id, size));
+            TheConfigServer().AddDetail("GetDriverSessionPropertyViString " + Numbers(id, size));
             return TextProperty(id, size, value, {{10, stored->driverSetup}});
         });
 }
@@ -349,11 +349,11 @@ ViStatus _VI_FUNC IviConfig_GetConfigComponentDataComponentCollection(IviConfigH
         return IVI_CONFIG_ERROR_INVALID_HANDLE;
     }
     if (const auto* session = std::get_if<const StoredDriverSession*>(object)) {
-        TheConfigServer().Tell("Components of driver session");
+        TheConfigServer().AddDetail("Components of driver session");
         return TheConfigServer().GiveOut(ConfigServer::Components{&(*session)->initialSettings}, collection);
     }
     if (const auto* module = std::get_if<const StoredModule*>(object)) {
-        TheConfigServer().Tell("Components of software module");
+        TheConfigServer().AddDetail("Components of software module");
         return TheConfigServer().GiveOut(ConfigServer::Components{&(*module)->initialSettings}, collection);
     }
     return IVI_CONFIG_ERROR_INVALID_HANDLE;
@@ -363,7 +363,7 @@ ViStatus _VI_FUNC IviConfig_GetDataComponentItemByName(IviConfigHandle collectio
                                                        IviConfigHandle* item) {
     return On<ConfigServer::Components>(
         "IviConfig_GetDataComponentItemByName", collection, [=](const ConfigServer::Components& components) {
-            TheConfigServer().Tell(std::string("GetDataComponentItemByName ") + name);
+            TheConfigServer().AddDetail(std::string("GetDataComponentItemByName ") + name);
             const auto& settings = *components.settings;
             return settings ? TheConfigServer().GiveOut(ConfigServer::Structure{&*settings}, item)
                             : IVI_CONFIG_ERROR_ITEM_NOT_FOUND;

@@ -66,11 +66,11 @@ class ConfigServer {
     void Reset();
     void Use(Store store);
 
-    /// Handles given out and not given back, the store's own included.
+    /// Handles that are open, including that of the store.
     [[nodiscard]] std::size_t OpenHandles() const;
-    /// Handles given out since the reset or since this was last asked, the store's own included.
+    /// Handles that were opened since the reset or the last call of this function, including that of the store.
     std::size_t TakeCountOfHandles();
-    /// The calls that take arguments worth telling, in order: "Deserialize /store/master.xml".
+    /// The calls whose arguments tests check, in order: "Deserialize /store/master.xml".
     [[nodiscard]] std::vector<std::string> Details() const;
     /// The text that GetError gives.
     void SetErrorText(std::string text);
@@ -102,7 +102,7 @@ class ConfigServer {
     [[nodiscard]] const Object* Find(IviConfigHandle handle) const;
     [[nodiscard]] const Store& InUse() const { return store_; }
     [[nodiscard]] const std::string& ErrorText() const { return errorText_; }
-    void Tell(std::string detail);
+    void AddDetail(std::string detail);
 
   private:
     mutable std::mutex mutex_;

@@ -24,8 +24,8 @@ class Script {
     /// The `nth` call of any function from now on answers `status`.
     void FailCall(std::size_t nth, ViStatus status) { Fail({}, status, nth); }
 
-    /// Called by a double at the start of each of its functions: logs the call and tells the status to answer with, or
-    /// 0 where none was ordered.
+    /// Logs the call of a double's function. Returns the status that the function must return, or 0 when none was
+    /// ordered. Each function of a double calls it first.
     ViStatus Enter(std::string_view function);
 
     /// Names of the functions called, in order.
@@ -46,7 +46,7 @@ class Script {
     std::vector<Order> orders_;
 };
 
-/// Stands in every function of a double: what happens meanwhile is not the driver's doing.
+/// Marks this thread as inside a double while the object exists. Allocations made then are not the driver's.
 class InsideDouble {
   public:
     InsideDouble();

@@ -169,7 +169,7 @@ ViStatus Answer(const char* function, const Body& body) {
     return ordered != VI_SUCCESS ? ordered : body(TheSessionService());
 }
 
-/// A releasing function releases also when it is made to report a failure.
+/// A releasing function also releases when a test lets it fail.
 template <typename Body>
 ViStatus Release(const char* function, const Body& body) {
     const InsideDouble here;

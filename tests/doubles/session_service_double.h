@@ -24,7 +24,7 @@ class SessionService {
     void Reset();
 
     [[nodiscard]] std::size_t OpenHandles() const;
-    /// Locks taken and not given back, over all handles.
+    /// Locks that are held, over all handles.
     [[nodiscard]] int LocksHeld() const;
     /// Every error that was recorded, in order.
     [[nodiscard]] std::vector<RecordedError> Recorded() const;

@@ -32,10 +32,10 @@ class VisaLibrary {
     /// Forgets everything but one answer: "*IDN?" from a supported model.
     void Reset();
 
-    /// What the instrument answers to `command` (without its line feed) from now on; the reply is given as it is.
+    /// Answers `command` (without its line feed) with `reply`, unchanged, from now on.
     void Reply(const std::string& command, std::string reply);
 
-    /// Every command from now on is answered so, whatever else was said; until Reset.
+    /// Answers every command with `reply` until Reset. Takes precedence over Reply.
     void ReplyToAll(std::string reply);
 
     /// The bytes of each viWrite, in order.
@@ -45,7 +45,7 @@ class VisaLibrary {
     /// "viSetAttribute 3FFF001A 2000" and "viSetBuf 1 1024", in order.
     [[nodiscard]] std::vector<std::string> Settings() const;
     void ForgetSettings();
-    /// Where each viRead was to put its reply, in order.
+    /// The buffer of each viRead, in order.
     [[nodiscard]] std::vector<ReadCall> Reads() const;
     /// Resource-manager and instrument sessions that were opened and not closed.
     [[nodiscard]] std::size_t OpenSessions() const;

@@ -186,13 +186,13 @@ class Play {
     void Close(ViSession vi) {
         lastClosed_ = vi;
         TARNEX_close(vi);
-        // A failing close may leave the handle behind; what a later call says tells.
+        // A failed close may leave the handle open. The status of a later call shows whether it did.
         doubles::TheScript().Reset();
         const auto known = sessions_.find(vi);
         ViInt32 count = 0;
         if (known != sessions_.end() && TARNEX_GetAttributeViInt32(vi, "", TARNEX_ATTR_CHANNEL_COUNT, &count) < 0) {
-            // Where the service could not dispose of the handle, the caller's own locks are still on it, out of the
-            // driver's reach.
+            // When the service could not dispose of the handle, it still has the caller's own locks, which the driver
+            // cannot release.
             for (int lock = 0; lock < known->second; ++lock) {
                 IviSession_Unlock(vi, nullptr);
             }

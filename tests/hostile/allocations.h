@@ -6,7 +6,8 @@
 
 namespace hostile {
 
-/// Stands around a call of the driver: only what is allocated meanwhile, and not by the doubles, is the driver's.
+/// Marks this thread as inside a call of the driver while the object exists. Allocations made then, except those of
+/// the doubles, are the driver's.
 class DriverCall {
   public:
     DriverCall();
@@ -18,10 +19,10 @@ class DriverCall {
 /// Allocations made by the driver on this thread since the last call of this function.
 std::size_t TakeAllocationCount();
 
-/// The `nth` allocation of the driver on this thread from now on fails; 0: none does.
+/// Makes the `nth` allocation of the driver on this thread from now on fail; 0: none.
 void FailAllocation(std::size_t nth);
 
-/// Whether an ordered failure is still to come.
+/// Returns whether a failure that was ordered has not happened yet.
 bool AllocationFailurePending();
 
 /// Blocks that are allocated now, by all threads and the doubles too.

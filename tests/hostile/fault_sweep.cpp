@@ -163,7 +163,7 @@ class Sweep {
         }
     }
 
-    /// A negative status that a caller was given stands in the record, with a description.
+    /// Checks that a returned negative status is in the record, with a description.
     void CheckRecords(const std::string& when, const Life& life) {
         for (const auto& result : life.results) {
             if (result.status < 0 && (result.recorded != result.status || !result.described)) {
@@ -214,7 +214,7 @@ class Sweep {
         Clean("after " + when);
     }
 
-    /// Blocks that what is told about a life takes.
+    /// Returns the number of memory blocks that the record of a life holds.
     static std::size_t HeldBy(const std::string& text) { return text.capacity() > std::string().capacity() ? 1 : 0; }
     static std::size_t HeldBy(const Life& life) {
         std::size_t blocks = life.results.capacity() == 0 ? 0 : 1;

@@ -189,7 +189,7 @@ TEST_F(Process, MayChangeItsLocaleBetweenCalls) {
     }
 }
 
-/// Replies of several fields announce themselves on standard output, which may be anything.
+/// A query of several fields prints the number of fields on standard output, which may be any kind of file.
 class StandardOutput : public Process {
   protected:
     void SetUp() override {

@@ -58,7 +58,8 @@ class Run {
   public:
     explicit Run(Life& life) : life_(life) {}
 
-    /// Makes one call; what it leaves with VI_NULL in `vi` is looked for on the thread.
+    /// Makes one call and reads its error from the record of `vi`, which after a failed opening is VI_NULL: the record
+    /// of the thread.
     template <typename Make>
     ViStatus Do(const char* function, const Make& make, const ViSession& vi) {
         Result result;

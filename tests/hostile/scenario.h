@@ -26,8 +26,8 @@ struct Life {
 };
 
 /// Opens a session on `resource` with status checking and an ID query, configures both channels, makes all queries,
-/// gets and sets all attributes, asks for errors, switches into simulation, and closes: once more when the first time
-/// fails. Whatever fails, the rest is carried on with.
+/// gets and sets all attributes, reads the errors, switches into simulation, and closes. Closes a second time when the
+/// first one fails. Continues after every failure.
 Life LiveOnce(const std::string& resource);
 
 } // namespace hostile

@@ -12,7 +12,7 @@ namespace tests {
 /// Writes 1.5 as "1,5".
 inline constexpr const char* kDecimalComma = "decimal_comma";
 
-/// Nothing else may run meanwhile that depends on the locale.
+/// No other thread may use the locale while the object exists.
 class ScopedLocale {
   public:
     explicit ScopedLocale(const char* name) : inForce_(Set(name)) {}

@@ -43,5 +43,5 @@ set(ENV{LD_LIBRARY_PATH} ${vendor}/lib)
 run(ldd ${driver})
 expect_match("${output}" "libivivisa\\.so\\.0 => ${vendor}/lib/libivivisa\\.so\\.0")
 run(${SCRATCH}/user/use_driver)
-expect_match("${output}" "^vendor\n$") # the firmware revision that its instrument tells
+expect_match("${output}" "^vendor\n$") # the firmware revision of its instrument
 run(${SCRATCH}/user/use_instrument)

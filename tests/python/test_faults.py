@@ -1,4 +1,4 @@
-"""Every fault that the virtual supply knows: the interpreter survives, and outputs end off or an error says that they
+"""Every fault of the virtual supply: the interpreter survives, and outputs end off or an error says that they
 may still be on."""
 
 import os

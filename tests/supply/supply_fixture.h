@@ -1,4 +1,4 @@
-// The ground that the supply library's tests over the doubles start from.
+// The fixture of the supply library's tests over the doubles.
 #pragma once
 
 #include <string>

@@ -20,7 +20,7 @@ constexpr auto kNullPointer = static_cast<ViStatus>(0xBFFA0058);
 
 class DriverFunctions : public SupplyTest {
   protected:
-    /// What the supply answers once it has carried out all that the session sent it.
+    /// Returns the supply's reply after it has executed everything that the session sent.
     std::string Holds(ViSession vi, const std::string& query) {
         GetBoolean(vi, kFirst, TARNEX_ATTR_OUTPUT_ENABLED); // its reply follows the execution of all earlier commands
         return Ask(query);

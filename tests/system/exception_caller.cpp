@@ -1,6 +1,7 @@
 // A program that catches the exception of the driver for a reply that is not a number. It may have a C++ runtime of its
-// own. Usage: exception_caller RESOURCE, of a supply that garbles its second and third
-// reply. Exits with 0 on success.
+// own.
+//
+// Usage: exception_caller RESOURCE, of a supply that garbles its second and third reply. Exits with 0 on success.
 #include <TARNEX.h>
 
 #include <chrono>
@@ -20,7 +21,7 @@ void Expect(bool condition, const char* what) {
     failures += condition ? 0 : 1;
 }
 
-/// Tells that the stack was unwound through this frame.
+/// Sets a flag when the stack is unwound through its frame.
 struct Unwound {
     explicit Unwound(bool& flag) : flag_(flag) {}
     Unwound(const Unwound&) = delete;
@@ -37,7 +38,7 @@ ViStatus MeasureInAFrameOfItsOwn(ViSession supply, bool& unwound) {
     return TARNEX_Measure(supply, "OutputChannel1", TARNEX_VAL_MEASURE_VOLTAGE, &volts);
 }
 
-/// The guard is for a lock that stays taken; a free one is had at once.
+/// Returns whether another thread can lock the session. Exits with 1 when the lock stays taken for `kGuard`.
 bool AnotherThreadLocks(ViSession supply) {
     constexpr std::chrono::seconds kGuard{20};
     std::promise<ViStatus> promise;

@@ -21,7 +21,7 @@ constexpr const char* kChannel = "OutputChannel1";
 constexpr const char* kNotOpened =
     "I/O error.  Insufficient location information or resource not present in the system";
 
-/// Notes what the server says, and waits for it.
+/// Counts the replies in the server's log, and waits for them.
 class Journal {
   public:
     void Note(std::string_view line) {
@@ -29,7 +29,7 @@ class Journal {
         replies_ += line.find(" > ") != std::string_view::npos ? 1 : 0;
         changed_.notify_all();
     }
-    /// False when so many replies are not sent within the guard.
+    /// Waits until `count` replies have been sent. Returns false after kGuard.
     bool WaitForReplies(int count) {
         std::unique_lock lock(mutex_);
         return changed_.wait_for(lock, kGuard, [&] { return replies_ >= count; });
@@ -45,7 +45,7 @@ class Journal {
     int replies_ = 0;
 };
 
-/// Made before the server that writes into it, and gone after it.
+/// Constructed before the server that writes to it and destroyed after it.
 struct HasJournal {
     Journal journal;
 };
@@ -61,7 +61,7 @@ class Fault : protected HasJournal, public SupplyOverEachLine {
     void Next(FaultKind kind, std::uint64_t value = 0) { server_->Faults().AddForNext(kind, value); }
     ViStatus MeasureVoltage() { return TARNEX_Measure(vi_, kChannel, TARNEX_VAL_MEASURE_VOLTAGE, &volts_); }
 
-    /// Where the supply is after it has hung up: a pseudo-terminal comes back under another name.
+    /// Returns the resource of the supply after it has hung up: a pseudo-terminal gets another name.
     std::string ResourceAfter(const std::string& before) {
         const auto deadline = Clock::now() + kGuard;
         while (GetParam() == Line::PseudoTerminal && server_->Resource() == before && Clock::now() < deadline) {
@@ -70,14 +70,14 @@ class Fault : protected HasJournal, public SupplyOverEachLine {
         return server_->Resource();
     }
 
-    /// Waits until the server has sent so many replies, and they are here.
+    /// Waits until the server has sent `replies` replies and the line has delivered them.
     bool AllIsSent(int replies) {
         const bool sent = journal.WaitForReplies(replies);
         std::this_thread::sleep_for(milliseconds(50)); // time from the server's log to this end of the line
         return sent;
     }
 
-    /// Runs `call`; how long it took goes into the test's report, in ms.
+    /// Runs `call` and writes its duration in ms into the test's report.
     template <typename Call>
     auto Timed(Call call) {
         const auto begin = Clock::now();
@@ -215,7 +215,7 @@ TEST_P(Fault, OfACarriageReturnBeforeTheLineEndKeepsNumbersAndStaysInTexts) {
     EXPECT_EQ(GetText(vi, TARNEX_ATTR_INSTRUMENT_FIRMWARE_REVISION), "1.00\r");
 }
 
-TEST_P(Fault, DuringTheOpeningFailsIt) {
+TEST_P(Fault, WhileOpeningFailsTheOpening) {
     auto resource = server_->Resource();
     for (const auto kind : {FaultKind::Drop, FaultKind::Garbage, FaultKind::Silent}) {
         TARNEX_ClearError(VI_NULL);

@@ -14,7 +14,7 @@
 
 namespace system_tests {
 
-/// A folder that goes with the test.
+/// A folder that is removed at the end of the test.
 class ScratchFolder {
   public:
     ScratchFolder();
@@ -58,7 +58,7 @@ class SupplyTest : public testing::Test {
     static double GetReal(ViSession vi, const char* channel, ViAttr attribute);
     static bool GetBoolean(ViSession vi, const char* channel, ViAttr attribute);
 
-    /// What the supply itself answers to a command, past the driver.
+    /// Returns the supply's own reply to a command, without the driver.
     std::string Ask(const std::string& command) { return supply_.Execute(command); }
 
     /// Makes the configuration server look for its store at `path`.
@@ -90,7 +90,7 @@ inline std::string LineName(const testing::TestParamInfo<Line>& line) {
     return line.param == Line::Tcp ? "Tcp" : "PseudoTerminal";
 }
 
-/// The statuses that a query over a socket or a serial line ends with when it went well, and when it did not.
+/// The statuses of a query over a socket or a serial line: success, and a failed exchange.
 inline constexpr ViStatus kTermChar = 0x3FFF0005;
 inline constexpr auto kIoError = static_cast<ViStatus>(0xBFFA4214);
 

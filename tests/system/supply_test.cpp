@@ -89,7 +89,7 @@ TEST_P(Supply, TripsOnItsOverVoltageProtectionAndReportsIt) {
     EXPECT_STREQ(text.data(), "\"No error\"");
 }
 
-TEST_P(Supply, TripsOnItsCurrentLimitWhenItIsSetTo) {
+TEST_P(Supply, TripsAtItsCurrentLimitWhenTripIsConfigured) {
     const auto vi = Open();
     TARNEX_ConfigureCurrentLimit(vi, kFirst, TARNEX_VAL_CURRENT_TRIP, 1.0);
     TARNEX_ConfigureVoltageLevel(vi, kFirst, 20.0);

@@ -33,7 +33,7 @@ TEST_F(Threads, AreNotBlockedByAnUnmatchedUnlock) {
     EXPECT_EQ(status, 0);
 }
 
-/// Runs `body(number)`, which tells how often it saw something wrong, on so many threads at once; the sum.
+/// Runs `body(number)`, which returns a number of failures, on `count` threads at once. Returns the sum.
 template <typename Body>
 int OnThreads(int count, const Body& body) {
     std::vector<std::thread> threads;

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds a DLL of the development platform to saying that it is one: nobody shall take it for the real library.
+"""Checks that a DLL of the development platform says that it is one, so that it is not mistaken for the real library.
 
 Usage: check_development_dll.py DLL...
 """

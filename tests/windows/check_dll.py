@@ -29,7 +29,7 @@ class PortableExecutable:
             self.data = file.read()
         header = self.number("<I", 0x3C)
         if self.data[:2] != b"MZ" or self.data[header : header + 4] != b"PE\0\0":
-            raise ValueError(f"{path} is no PE file")
+            raise ValueError(f"{path} is not a PE file")
         self.machine, section_count = struct.unpack_from("<HH", self.data, header + 4)
         optional_size, self.characteristics = struct.unpack_from("<HH", self.data, header + 20)
         optional = header + 24

@@ -15,7 +15,7 @@ def members(path):
     with open(path, "rb") as file:
         data = file.read()
     if data[:8] != b"!<arch>\n":
-        raise ValueError(f"{path} is no library")
+        raise ValueError(f"{path} is not a library")
     position = 8
     while position + 60 <= len(data):
         name = data[position : position + 16].decode("ascii").rstrip()

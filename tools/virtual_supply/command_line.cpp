@@ -69,6 +69,13 @@ std::pair<int, double> ParseLoad(const std::string& text) {
     return {text.front() - '0', *ohms};
 }
 
+std::string CheckModel(const std::string& text) {
+    const auto isRefused = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F' || c == ','; };
+    return !text.empty() && std::none_of(text.begin(), text.end(), isRefused)
+               ? std::string()
+               : "the model is text without commas and control characters";
+}
+
 std::string CheckSerial(const std::string& text) {
     const bool plain = std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c <= '~' && c != ','; });
     return plain && !text.empty() ? std::string() : "the serial number is printable ASCII without blanks and commas";
@@ -112,10 +119,10 @@ std::optional<ProgramOptions> ParseCommandLine(int argc, const char* const* argv
         ->excludes(port)
         ->excludes(host);
 #endif
-    app.add_option("--model", options.model, "model in the identity: TX4410 or TX4520")
+    app.add_option("--model", options.model, "model in the identity: any text without commas and control characters")
         ->type_name("NAME")
         ->capture_default_str()
-        ->check(CLI::IsMember({"TX4410", "TX4520"}).description(""));
+        ->check(CLI::Validator(CheckModel, ""));
     app.add_option("--serial", options.serial, "serial number in the identity")
         ->type_name("TEXT")
         ->capture_default_str()

@@ -1,4 +1,4 @@
-/* The driver over the vendor's VISA: prints the firmware revision that the instrument behind it tells. */
+/* The driver over the vendor's VISA: prints the firmware revision of the instrument behind it. */
 #include <TARNEX.h>
 
 #include <stdio.h>

@@ -103,7 +103,7 @@ TEST_F(DriverSession, RecordsAFailedCloseAndReleasesTheConnection) {
     EXPECT_EQ(session_.CloseIO(), 0);
 }
 
-TEST_F(DriverSession, OpensItsInstrumentWithTheCallersOptionsWhereTheStoreDoesNotKnowTheDriver) {
+TEST_F(DriverSession, OpensItsInstrumentWithTheCallersOptionsWhenTheStoreHasNoDriverSession) {
     nrt2::initializationRequests.idQuery = true;
     EXPECT_EQ(session_.Initialize("the resource", false, false, "Simulate=1"), 0);
     const auto record = session_.ComposeConnectionRecord();
@@ -113,7 +113,7 @@ TEST_F(DriverSession, OpensItsInstrumentWithTheCallersOptionsWhereTheStoreDoesNo
     EXPECT_EQ(record.options, "Simulate=1");
 }
 
-TEST_F(DriverSession, OpensItsInstrumentWithMergedOptionsWhereTheStoreKnowsTheDriver) {
+TEST_F(DriverSession, OpensItsInstrumentWithMergedOptionsWhenTheStoreHasADriverSession) {
     nrt2::initializationRequests.reset = true;
     doubles::StoredDriverSession stored;
     stored.resource = "the store's resource";
@@ -192,7 +192,7 @@ TEST_F(DriverSession, SetsEachStoredFlagIndependently) {
     }
 }
 
-TEST_F(DriverSession, TakesItsModelFromTheSourceWithPrecedence) {
+TEST_F(DriverSession, TakesItsModelFromTheSourceWithTheHighestPrecedence) {
     EXPECT_EQ(ModelFor(""), "");
     EXPECT_EQ(ModelFor("Simulate=1"), "TX4410");
     doubles::StoredDriverSession stored;

@@ -93,7 +93,7 @@ TEST(PublicHeader, DefinesNoStatusThatHasNoMessage) {
     }
 }
 
-TEST(AttributeTable, IsInAscendingOrderAsItsLookUpNeedsIt) {
+TEST(AttributeTable, IsInAscendingOrder) {
     const auto rows = tarnex::Attributes().Rows();
     for (std::size_t i = 1; i < rows.size(); ++i) {
         EXPECT_LT(rows[i - 1].Id(), rows[i].Id());

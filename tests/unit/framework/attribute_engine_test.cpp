@@ -317,7 +317,7 @@ TEST_F(Engine, TextFollowsTheBufferRule) {
     EXPECT_EQ(GetString(kText, 10, text.data()), Status(0xBFFA4214));
 }
 
-TEST_F(Engine, RowTellsItsIdentifierNameTypeAndAccessors) {
+TEST_F(Engine, RowHasIdentifierNameTypeAndAccessors) {
     const auto& row = kRows[3];
     EXPECT_EQ(row.Id(), kSession);
     EXPECT_EQ(row.Name(), "SESSION");

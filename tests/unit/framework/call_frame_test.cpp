@@ -10,7 +10,7 @@ namespace {
 
 class Frame : public FrameworkTest {
   protected:
-    /// The call frame around a body that returns `status`; the body is told in the sessions' calls.
+    /// Runs the call frame around a body that returns `status`. The body adds an entry to the sessions' calls.
     static Status Call(ViSession vi, std::uint32_t status = 0) {
         return Status(nrt2::LockedCall<TestSession>(vi, [&](TestSession& session) {
             TheSessions().calls.push_back("body of " + std::to_string(session.Handle()) + " under " +

@@ -22,7 +22,7 @@ class CloseHooks : public FrameworkTest {
         ++added_;
     }
 
-    /// A hook of this test that tells `name` and the handle.
+    /// Adds a hook of this test that appends `name` and the handle to `told_`.
     static void Add(const std::string& name) {
         AddHook([name, mine = test_](ViSession vi) {
             if (test_ == mine) {
@@ -63,7 +63,7 @@ TEST_F(CloseHooks, DoNotRunForAnUnknownHandle) {
     EXPECT_THAT(told_, IsEmpty());
 }
 
-TEST_F(CloseHooks, AddedByAHookRunFromTheNextCloseOn) {
+TEST_F(CloseHooks, AddedByAHookRunAtTheNextClose) {
     bool add = true;
     AddHook([&add, mine = test_](ViSession /*vi*/) {
         if (test_ == mine && std::exchange(add, false)) {

@@ -143,13 +143,5 @@ TEST_F(ErrorInfo, OfANullPointerReturnsTheRecordingsFailure) {
     EXPECT_EQ(Status(nrt2::CheckParameters(vi_, "Fill", "First", {nullptr})), Status(0xBFFA1198));
 }
 
-TEST(StatusTable, HasNoTextForAnUnknownStatus) {
-    EXPECT_EQ(nrt2::MessageOf(VI_SUCCESS), "Success.");
-    EXPECT_EQ(nrt2::MessageOf(1), "");
-    EXPECT_EQ(nrt2::MessageOf(Code(0xBFFA4213)), "");
-    EXPECT_EQ(nrt2::MessageOf(Code(0xBFFF0015)), "");
-    EXPECT_EQ(nrt2::MessageOf(Code(0x3FFF0005)), "");
-}
-
 } // namespace
 } // namespace unit

@@ -35,7 +35,7 @@ inline void PrintTo(const RecordedError& error, std::ostream* out) {
     *out << " \"" << error.description << '"';
 }
 
-/// What the sessions of a test do and have done.
+/// The orders for the sessions of a test, and the log of their calls.
 struct SessionScript {
     std::vector<std::string> calls;
     std::map<std::string, std::function<ViStatus()>> answers; ///< by call; others return 0

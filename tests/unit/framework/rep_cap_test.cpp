@@ -23,6 +23,14 @@ struct Blank {
     static constexpr std::string_view kPhysicalNames = " \t\f\v\n\r";
 };
 
+static_assert(nrt2::IsDeclarationOfNames("A_1 , B2 - B9"));
+static_assert(!nrt2::IsDeclarationOfNames("A1,,A2"));
+static_assert(!nrt2::IsDeclarationOfNames("A1,"));
+static_assert(!nrt2::IsDeclarationOfNames("A 1"));
+static_assert(!nrt2::IsDeclarationOfNames("A1-B"));
+static_assert(!nrt2::IsDeclarationOfNames("A2-A2"));
+static_assert(!nrt2::IsDeclarationOfNames("A1-A2-A3"));
+
 using Rails = nrt2::RepCapBase<Rail>;
 using Onlys = nrt2::RepCapBase<Only>;
 using Blanks = nrt2::RepCapBase<Blank>;

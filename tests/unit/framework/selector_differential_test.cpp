@@ -320,8 +320,8 @@ TEST_P(SelectorScanners, AcceptWhatTheRegularExpressionMatches) {
         wellFormed += expected ? 1 : 0;
         EXPECT_EQ(nrt2::IsWellFormedSelector(selector), expected) << Shown(selector);
     }
-    EXPECT_GT(wellFormed, kSelectorsPerShard / 4) << "the selectors are of no use";
-    EXPECT_LT(wellFormed, kSelectorsPerShard * 3 / 4) << "the selectors are of no use";
+    EXPECT_GT(wellFormed, kSelectorsPerShard / 4) << "too few selectors are well formed";
+    EXPECT_LT(wellFormed, kSelectorsPerShard * 3 / 4) << "too few selectors are badly formed";
 }
 
 TEST_P(SelectorScanners, ReturnTheNamesAndRefusalsOfTheRules) { Compare(nullptr); }

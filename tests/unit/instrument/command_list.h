@@ -95,8 +95,6 @@ inline std::set<std::string> DeclaredCommands() {
                                        "VerifyIdentity",
                                        "WriteRaw",
                                        "QueryRaw",
-                                       "Reopen",
-                                       "VerifyIdentity",
                                        "SendClear",
                                        "SendReset",
                                        "SetAllOutputsOff",

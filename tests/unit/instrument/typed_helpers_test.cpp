@@ -108,7 +108,7 @@ TEST_F(TypedHelpers, WriteAnyNumberOfArguments) {
     EXPECT_EQ(Line(), ":LIST:GROUP:PARA 3,5.000000,1.000000,0.500000");
 }
 
-TEST_F(TypedHelpers, QueryWithAnArgumentForGetIndexed) {
+TEST_F(TypedHelpers, GetIndexedSendsItsIndexAsAnArgument) {
     Reply(":TRIG:IN:ENAB? UPDN", "ON\n");
     bool on = false;
     EXPECT_EQ(Status(supply_.GetIndexed(":TRIG:IN:ENAB", Rate::Fast, on)), Status(0U));

@@ -169,9 +169,9 @@ std::string Text(Get get, Handle handle, ViInt32 id) {
 }
 
 /// A directory, an environment without stores, and an empty error record for each test.
-class ConfigServerTest : public testing::Test {
+class ConfigServer : public testing::Test {
   protected:
-    ConfigServerTest() {
+    ConfigServer() {
         std::string pattern = (fs::temp_directory_path() / "config_server_test.XXXXXX").string();
         directory_ = ::mkdtemp(pattern.data());
         ::setenv("HOME", directory_.c_str(), 1);
@@ -181,7 +181,7 @@ class ConfigServerTest : public testing::Test {
         EXPECT_EQ(IviConfig_Initialize(&store_), VI_SUCCESS);
         SetProcessDefault("");
     }
-    ~ConfigServerTest() override {
+    ~ConfigServer() override {
         SetProcessDefault("");
         IviConfig_Close(store_);
         fs::remove_all(directory_);
@@ -243,10 +243,9 @@ class ConfigServerTest : public testing::Test {
     Handle store_ = nullptr;
 };
 
-// -------------------------------------------------------------------------------------------------- the location of
-// the store
+// ------------------------------------------------------------------------------------------- the location of the store
 
-TEST_F(ConfigServerTest, MasterLocationIsTheUsersWithoutAnyStore) {
+TEST_F(ConfigServer, MasterLocationIsTheUsersWithoutAnyStore) {
     EXPECT_EQ(StoreText(3), Path(".config/ivi/IviConfigurationStore.xml"));
     ::setenv("XDG_CONFIG_HOME", Path("xdg").c_str(), 1);
     EXPECT_EQ(StoreText(3), Path("xdg/ivi/IviConfigurationStore.xml"));
@@ -256,14 +255,14 @@ TEST_F(ConfigServerTest, MasterLocationIsTheUsersWithoutAnyStore) {
     EXPECT_EQ(StoreText(3), Path(".config/ivi/IviConfigurationStore.xml"));
 }
 
-TEST_F(ConfigServerTest, MasterLocationIsTheSystemsWhenThereIsNoHome) {
+TEST_F(ConfigServer, MasterLocationIsTheSystemsWhenThereIsNoHome) {
     ::unsetenv("HOME");
     EXPECT_EQ(StoreText(3), "/etc/ivi/IviConfigurationStore.xml");
     ::setenv("HOME", "", 1);
     EXPECT_EQ(StoreText(3), "/etc/ivi/IviConfigurationStore.xml");
 }
 
-TEST_F(ConfigServerTest, MasterLocationIsWhatTheEnvironmentNamesWhetherItExistsOrNot) {
+TEST_F(ConfigServer, MasterLocationIsWhatTheEnvironmentNamesWhetherItExistsOrNot) {
     static_cast<void>(Write(kStore, ".config/ivi/IviConfigurationStore.xml"));
     ::setenv("IVI_CONFIG_STORE", "/somewhere/else.xml", 1);
     EXPECT_EQ(StoreText(3), "/somewhere/else.xml");
@@ -271,7 +270,7 @@ TEST_F(ConfigServerTest, MasterLocationIsWhatTheEnvironmentNamesWhetherItExistsO
     EXPECT_EQ(StoreText(3), Path(".config/ivi/IviConfigurationStore.xml"));
 }
 
-TEST_F(ConfigServerTest, AMissingMasterIsAnEmptyStore) {
+TEST_F(ConfigServer, AMissingMasterIsAnEmptyStore) {
     const auto master = StoreText(3);
     EXPECT_EQ(IviConfig_Deserialize(store_, master.c_str()), VI_SUCCESS);
     EXPECT_EQ(StoreText(4), master);
@@ -285,7 +284,7 @@ TEST_F(ConfigServerTest, AMissingMasterIsAnEmptyStore) {
     EXPECT_EQ(module, nullptr);
 }
 
-TEST_F(ConfigServerTest, AMissingMasterThatWasNamedAsProcessDefaultIsAnError) {
+TEST_F(ConfigServer, AMissingMasterThatWasNamedAsProcessDefaultIsAnError) {
     const auto master = StoreText(3);
     SetProcessDefault(master);
     EXPECT_EQ(IviConfig_Deserialize(store_, master.c_str()), kDeserializeFailed);
@@ -293,7 +292,7 @@ TEST_F(ConfigServerTest, AMissingMasterThatWasNamedAsProcessDefaultIsAnError) {
               "IviConfigServer.IviConfigStore.1: Deserialize failed. " + master + ": The file does not exist.");
 }
 
-TEST_F(ConfigServerTest, ProcessDefaultLocationHoldsForEveryStoreAndThread) {
+TEST_F(ConfigServer, ProcessDefaultLocationHoldsForEveryStoreAndThread) {
     EXPECT_EQ(StoreText(5), "");
     SetProcessDefault("/a/store.xml");
     std::thread([] {
@@ -306,7 +305,7 @@ TEST_F(ConfigServerTest, ProcessDefaultLocationHoldsForEveryStoreAndThread) {
     EXPECT_EQ(StoreText(5), "");
 }
 
-TEST_F(ConfigServerTest, OnlyTheProcessDefaultLocationCanBeSet) {
+TEST_F(ConfigServer, OnlyTheProcessDefaultLocationCanBeSet) {
     for (const ViInt32 id : {1, 2, 3, 4, 6, 7, 8, 9}) {
         EXPECT_EQ(IviConfig_SetConfigStorePropertyViString(store_, id, "x"), kNotSupported) << id;
     }
@@ -318,7 +317,7 @@ TEST_F(ConfigServerTest, OnlyTheProcessDefaultLocationCanBeSet) {
 
 // ------------------------------------------------------------------------------------------------------- deserializing
 
-TEST_F(ConfigServerTest, StorePropertiesComeFromTheFile) {
+TEST_F(ConfigServer, StorePropertiesComeFromTheFile) {
     EXPECT_EQ(StoreText(1), "");
     EXPECT_EQ(StoreText(4), "");
     Load();
@@ -335,7 +334,7 @@ TEST_F(ConfigServerTest, StorePropertiesComeFromTheFile) {
                            "property ID.");
 }
 
-TEST_F(ConfigServerTest, TextsFollowTheBufferRule) {
+TEST_F(ConfigServer, TextsFollowTheBufferRule) {
     Load();
     std::array<ViChar, 16> text{};
     text.fill('#');
@@ -350,20 +349,20 @@ TEST_F(ConfigServerTest, TextsFollowTheBufferRule) {
     EXPECT_EQ(IviConfig_GetConfigStorePropertyViString(store_, 1, 5, nullptr), kNullPointer);
 }
 
-TEST_F(ConfigServerTest, AStoreIsReadOnce) {
+TEST_F(ConfigServer, AStoreIsReadOnce) {
     Load();
     EXPECT_EQ(IviConfig_Deserialize(store_, Path("store.xml").c_str()), kAlreadyDeserialized);
     EXPECT_EQ(ErrorText(), "IviConfigServer.IviConfigStore.1: Deserialize failed. The store is already deserialized.");
 }
 
-TEST_F(ConfigServerTest, AfterAFailureAStoreCanBeReadAgain) {
+TEST_F(ConfigServer, AfterAFailureAStoreCanBeReadAgain) {
     EXPECT_EQ(IviConfig_Deserialize(store_, Path("none.xml").c_str()), kDeserializeFailed);
     EXPECT_EQ(StoreText(4), "");
     Load();
     EXPECT_EQ(StoreText(1), "Test store");
 }
 
-TEST_F(ConfigServerTest, AFileThatIsNotAStoreFailsWithATextThatNamesTheFileAndTheFault) {
+TEST_F(ConfigServer, AFileThatIsNotAStoreFailsWithATextThatNamesTheFileAndTheFault) {
     struct Case {
         const char* content;
         const char* fault;
@@ -383,7 +382,7 @@ TEST_F(ConfigServerTest, AFileThatIsNotAStoreFailsWithATextThatNamesTheFileAndTh
     }
 }
 
-TEST_F(ConfigServerTest, AFileThatCannotBeReadFailsWithoutBlocking) {
+TEST_F(ConfigServer, AFileThatCannotBeReadFailsWithoutBlocking) {
     const auto expect = [&](const std::string& path, const std::string& fault) {
         EXPECT_EQ(IviConfig_Deserialize(store_, path.c_str()), kDeserializeFailed) << path;
         EXPECT_EQ(ErrorText(), "IviConfigServer.IviConfigStore.1: Deserialize failed. " + path + ": " + fault);
@@ -402,7 +401,7 @@ TEST_F(ConfigServerTest, AFileThatCannotBeReadFailsWithoutBlocking) {
     EXPECT_EQ(IviConfig_Deserialize(store_, nullptr), kNullPointer);
 }
 
-TEST_F(ConfigServerTest, OtherEncodingsAreRead) {
+TEST_F(ConfigServer, OtherEncodingsAreRead) {
     std::string utf16 = "\xFF\xFE";
     for (const char c : std::string_view("<IviConfigStore><Name>wide</Name></IviConfigStore>")) {
         utf16 += c;
@@ -412,17 +411,17 @@ TEST_F(ConfigServerTest, OtherEncodingsAreRead) {
     EXPECT_EQ(StoreText(1), "wide");
 }
 
-TEST_F(ConfigServerTest, LatinOneIsReadAsItsDeclarationSays) {
+TEST_F(ConfigServer, LatinOneIsReadAsItsDeclarationSays) {
     Load("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><IviConfigStore><Name>\xB5V</Name></IviConfigStore>");
     EXPECT_EQ(StoreText(1), "\xC2\xB5V");
 }
 
-TEST_F(ConfigServerTest, BytesThatAreNotUtf8PassThrough) {
+TEST_F(ConfigServer, BytesThatAreNotUtf8PassThrough) {
     Load("<IviConfigStore><Name>a\xFF\xFEz</Name></IviConfigStore>");
     EXPECT_EQ(StoreText(1), "a\xFF\xFEz");
 }
 
-TEST_F(ConfigServerTest, DeeplyNestedElementsAreSafe) {
+TEST_F(ConfigServer, DeeplyNestedElementsAreSafe) {
     constexpr int kDepth = 1000000;
     std::string content = "<IviConfigStore>";
     for (int i = 0; i < kDepth; ++i) {
@@ -436,7 +435,7 @@ TEST_F(ConfigServerTest, DeeplyNestedElementsAreSafe) {
     EXPECT_NE(Session("x"), nullptr);
 }
 
-TEST_F(ConfigServerTest, NestingThatNeverEndsFails) {
+TEST_F(ConfigServer, NestingThatNeverEndsFails) {
     std::string content = "<IviConfigStore>";
     for (int i = 0; i < 1000000; ++i) {
         content += "<a>";
@@ -444,7 +443,7 @@ TEST_F(ConfigServerTest, NestingThatNeverEndsFails) {
     EXPECT_EQ(IviConfig_Deserialize(store_, Write(content).c_str()), kDeserializeFailed);
 }
 
-TEST_F(ConfigServerTest, FilesOfManyMegabytesAreRead) {
+TEST_F(ConfigServer, FilesOfManyMegabytesAreRead) {
     constexpr int kCount = 200000;
     std::string content = "<IviConfigStore><DriverSessions>";
     for (int i = 0; i < kCount; ++i) {
@@ -458,17 +457,17 @@ TEST_F(ConfigServerTest, FilesOfManyMegabytesAreRead) {
 
 // ------------------------------------------------------------------------------------------------------------ sessions
 
-TEST_F(ConfigServerTest, ALogicalNameLeadsToItsDriverSession) {
+TEST_F(ConfigServer, ALogicalNameLeadsToItsDriverSession) {
     Load();
     EXPECT_EQ(Text(IviConfig_GetDriverSessionPropertyViString, Session("PowerSupply"), 1), "bench");
 }
 
-TEST_F(ConfigServerTest, ALogicalNameComesBeforeADriverSessionOfTheSameName) {
+TEST_F(ConfigServer, ALogicalNameComesBeforeADriverSessionOfTheSameName) {
     Load();
     EXPECT_EQ(Text(IviConfig_GetDriverSessionPropertyViString, Session("shadowed"), 1), "bench");
 }
 
-TEST_F(ConfigServerTest, NamesAreComparedExactly) {
+TEST_F(ConfigServer, NamesAreComparedExactly) {
     Load();
     for (const auto* name : {"Bench", "bench ", "", "benc", "powersupply", "none"}) {
         Handle session = this;
@@ -481,7 +480,7 @@ TEST_F(ConfigServerTest, NamesAreComparedExactly) {
     EXPECT_EQ(IviConfig_GetDriverSession(store_, "empty", &session), kSessionNotFound);
 }
 
-TEST_F(ConfigServerTest, AReferenceToAMissingOrWrongObjectOrInACircleIsAStatus) {
+TEST_F(ConfigServer, AReferenceToAMissingOrWrongObjectOrInACircleIsAStatus) {
     Load();
     Handle result = this;
     EXPECT_EQ(IviConfig_GetDriverSession(store_, "lost", &result), kNotInGlobalCollection);
@@ -494,7 +493,7 @@ TEST_F(ConfigServerTest, AReferenceToAMissingOrWrongObjectOrInACircleIsAStatus) 
     EXPECT_EQ(IviConfig_GetSessionSoftwareModuleReference(dangling, &result), kNotInGlobalCollection);
 }
 
-TEST_F(ConfigServerTest, AMissingReferenceIsAMissingItem) {
+TEST_F(ConfigServer, AMissingReferenceIsAMissingItem) {
     Load();
     const auto bare = Session("bare");
     Handle result = this;
@@ -505,7 +504,7 @@ TEST_F(ConfigServerTest, AMissingReferenceIsAMissingItem) {
     EXPECT_EQ(IviConfig_GetSessionSoftwareModuleReference(bare, &result), kItemNotFound);
 }
 
-TEST_F(ConfigServerTest, SessionTextsAndFlagsComeFromTheFile) {
+TEST_F(ConfigServer, SessionTextsAndFlagsComeFromTheFile) {
     Load();
     const auto session = Session();
     EXPECT_EQ(Text(IviConfig_GetDriverSessionPropertyViString, session, 1), "bench");
@@ -528,7 +527,7 @@ TEST_F(ConfigServerTest, SessionTextsAndFlagsComeFromTheFile) {
     EXPECT_EQ(value, 7);
 }
 
-TEST_F(ConfigServerTest, HardwareAssetOfASessionHasItsResource) {
+TEST_F(ConfigServer, HardwareAssetOfASessionHasItsResource) {
     Load();
     Handle asset = nullptr;
     ASSERT_EQ(IviConfig_GetSessionHardwareAssetReference(Session(), &asset), VI_SUCCESS);
@@ -538,7 +537,7 @@ TEST_F(ConfigServerTest, HardwareAssetOfASessionHasItsResource) {
     EXPECT_EQ(IviConfig_GetHardwareAssetPropertyViString(asset, 4, 0, nullptr), kInvalidProperty);
 }
 
-TEST_F(ConfigServerTest, SoftwareModulesHaveTheirPhysicalNames) {
+TEST_F(ConfigServer, SoftwareModulesHaveTheirPhysicalNames) {
     Load();
     Handle module = nullptr;
     ASSERT_EQ(IviConfig_GetSessionSoftwareModuleReference(Session(), &module), VI_SUCCESS);
@@ -564,7 +563,7 @@ TEST_F(ConfigServerTest, SoftwareModulesHaveTheirPhysicalNames) {
     EXPECT_EQ(count, 0);
 }
 
-TEST_F(ConfigServerTest, AnItemThatIsNotInACollectionIsNamedInTheErrorText) {
+TEST_F(ConfigServer, AnItemThatIsNotInACollectionIsNamedInTheErrorText) {
     Load();
     Handle modules = nullptr;
     Handle names = nullptr;
@@ -584,7 +583,7 @@ TEST_F(ConfigServerTest, AnItemThatIsNotInACollectionIsNamedInTheErrorText) {
     EXPECT_EQ(IviConfig_GetSoftwareModuleItemByName(modules, "TARNEX", nullptr), kNullPointer);
 }
 
-TEST_F(ConfigServerTest, VirtualNamesHaveTheirRanges) {
+TEST_F(ConfigServer, VirtualNamesHaveTheirRanges) {
     Load();
     Handle names = nullptr;
     Handle item = nullptr;
@@ -620,7 +619,7 @@ TEST_F(ConfigServerTest, VirtualNamesHaveTheirRanges) {
     EXPECT_EQ(count, 0);
 }
 
-TEST_F(ConfigServerTest, AnIntegerOutOfRangeOrMissingIsAStatus) {
+TEST_F(ConfigServer, AnIntegerOutOfRangeOrMissingIsAStatus) {
     Load();
     Handle names = nullptr;
     Handle item = nullptr;
@@ -644,7 +643,7 @@ TEST_F(ConfigServerTest, AnIntegerOutOfRangeOrMissingIsAStatus) {
 
 // ----------------------------------------------------------------------------------------------------- data components
 
-TEST_F(ConfigServerTest, SessionsModulesAndAssetsHaveDataComponents) {
+TEST_F(ConfigServer, SessionsModulesAndAssetsHaveDataComponents) {
     Load();
     Handle asset = nullptr;
     ASSERT_EQ(IviConfig_GetSessionHardwareAssetReference(Session(), &asset), VI_SUCCESS);
@@ -663,7 +662,7 @@ TEST_F(ConfigServerTest, SessionsModulesAndAssetsHaveDataComponents) {
     }
 }
 
-TEST_F(ConfigServerTest, DataComponentsOfAStructureKeepTheirOrder) {
+TEST_F(ConfigServer, DataComponentsOfAStructureKeepTheirOrder) {
     Load();
     const auto settings = Settings();
     ViInt32 count = -1;
@@ -681,7 +680,7 @@ TEST_F(ConfigServerTest, DataComponentsOfAStructureKeepTheirOrder) {
     }
 }
 
-TEST_F(ConfigServerTest, ValuesOfDataComponentsHaveTheirTypes) {
+TEST_F(ConfigServer, ValuesOfDataComponentsHaveTheirTypes) {
     Load();
     EXPECT_EQ(Text(IviConfig_GetDataComponentPropertyViString, Setting("model"), 9), "TX6300");
     EXPECT_EQ(Text(IviConfig_GetDataComponentPropertyViString, Setting("blank"), 9), "  ");
@@ -697,7 +696,7 @@ TEST_F(ConfigServerTest, ValuesOfDataComponentsHaveTheirTypes) {
     EXPECT_EQ(boolean, 1);
 }
 
-TEST_F(ConfigServerTest, OtherPropertiesOfDataComponentsComeFromTheFile) {
+TEST_F(ConfigServer, OtherPropertiesOfDataComponentsComeFromTheFile) {
     Load();
     const auto model = Setting("model");
     EXPECT_EQ(Text(IviConfig_GetDataComponentPropertyViString, model, 2), "which");
@@ -728,7 +727,7 @@ TEST_F(ConfigServerTest, OtherPropertiesOfDataComponentsComeFromTheFile) {
     EXPECT_EQ(IviConfig_GetDataComponentPropertyViReal64(Setting("level"), 9, nullptr), kNullPointer);
 }
 
-TEST_F(ConfigServerTest, ADataComponentOfAnotherTypeOrWithAnotherValueIsInvalid) {
+TEST_F(ConfigServer, ADataComponentOfAnotherTypeOrWithAnotherValueIsInvalid) {
     Load();
     ViInt32 integer = 7;
     ViReal64 real = 7;
@@ -758,7 +757,7 @@ TEST_F(ConfigServerTest, ADataComponentOfAnotherTypeOrWithAnotherValueIsInvalid)
 
 // ------------------------------------------------------------------------------------------------------------- handles
 
-TEST_F(ConfigServerTest, EveryFunctionRefusesInvalidHandles) {
+TEST_F(ConfigServer, EveryFunctionRefusesInvalidHandles) {
     Load();
     Handle disposed = Session();
     ASSERT_EQ(IviConfig_DisposeHandle(disposed), VI_SUCCESS);
@@ -806,7 +805,7 @@ TEST_F(ConfigServerTest, EveryFunctionRefusesInvalidHandles) {
     }
 }
 
-TEST_F(ConfigServerTest, AHandleOfAnotherKindIsInvalid) {
+TEST_F(ConfigServer, AHandleOfAnotherKindIsInvalid) {
     Load();
     Handle result = nullptr;
     ViInt32 count = 0;
@@ -819,7 +818,7 @@ TEST_F(ConfigServerTest, AHandleOfAnotherKindIsInvalid) {
     EXPECT_EQ(ErrorText(), "IviConfigServer.IviConfigStore.1: GetVirtualNameCount failed. The handle is invalid.");
 }
 
-TEST_F(ConfigServerTest, AStoreHandleIsClosedAndNotDisposedOf) {
+TEST_F(ConfigServer, AStoreHandleIsClosedAndNotDisposedOf) {
     EXPECT_EQ(IviConfig_DisposeHandle(store_), kInvalidHandle);
     EXPECT_EQ(StoreText(5), ""); // still open
     Handle other = nullptr;
@@ -830,7 +829,7 @@ TEST_F(ConfigServerTest, AStoreHandleIsClosedAndNotDisposedOf) {
     EXPECT_EQ(IviConfig_Initialize(nullptr), kNullPointer);
 }
 
-TEST_F(ConfigServerTest, EveryHandleIsDisposedOfOnce) {
+TEST_F(ConfigServer, EveryHandleIsDisposedOfOnce) {
     Load();
     const auto one = Session();
     const auto other = Session();
@@ -841,7 +840,7 @@ TEST_F(ConfigServerTest, EveryHandleIsDisposedOfOnce) {
     EXPECT_EQ(IviConfig_DisposeHandle(other), VI_SUCCESS);
 }
 
-TEST_F(ConfigServerTest, AnObjectOutlivesTheHandleThatItCameFrom) {
+TEST_F(ConfigServer, AnObjectOutlivesTheHandleThatItCameFrom) {
     Load();
     Handle modules = nullptr;
     Handle module = nullptr;
@@ -856,7 +855,7 @@ TEST_F(ConfigServerTest, AnObjectOutlivesTheHandleThatItCameFrom) {
     EXPECT_EQ(count, 2);
 }
 
-TEST_F(ConfigServerTest, ClosingAStoreInvalidatesItsHandles) {
+TEST_F(ConfigServer, ClosingAStoreInvalidatesItsHandles) {
     const auto path = Write(kStore);
     Handle store = nullptr;
     Handle session = nullptr;
@@ -871,7 +870,7 @@ TEST_F(ConfigServerTest, ClosingAStoreInvalidatesItsHandles) {
 
 // --------------------------------------------------------------------------------------------------------- error texts
 
-TEST_F(ConfigServerTest, TheFirstErrorTextStaysUntilItIsRead) {
+TEST_F(ConfigServer, TheFirstErrorTextStaysUntilItIsRead) {
     EXPECT_EQ(ErrorText(), "");
     EXPECT_EQ(IviConfig_DisposeHandle(nullptr), kInvalidHandle);
     EXPECT_EQ(IviConfig_Close(nullptr), kInvalidHandle);
@@ -883,7 +882,7 @@ TEST_F(ConfigServerTest, TheFirstErrorTextStaysUntilItIsRead) {
     EXPECT_EQ(IviConfig_GetError(0, nullptr), 1);
 }
 
-TEST_F(ConfigServerTest, ATruncatedErrorTextCountsAsRead) {
+TEST_F(ConfigServer, ATruncatedErrorTextCountsAsRead) {
     EXPECT_EQ(IviConfig_DisposeHandle(nullptr), kInvalidHandle);
     std::array<ViChar, 10> text{};
     EXPECT_EQ(IviConfig_GetError(10, text.data()), 79);
@@ -891,13 +890,13 @@ TEST_F(ConfigServerTest, ATruncatedErrorTextCountsAsRead) {
     EXPECT_EQ(ErrorText(), "");
 }
 
-TEST_F(ConfigServerTest, ClearErrorForgetsTheErrorText) {
+TEST_F(ConfigServer, ClearErrorForgetsTheErrorText) {
     EXPECT_EQ(IviConfig_DisposeHandle(nullptr), kInvalidHandle);
     EXPECT_EQ(IviConfig_ClearError(), VI_SUCCESS);
     EXPECT_EQ(ErrorText(), "");
 }
 
-TEST_F(ConfigServerTest, EveryThreadHasItsOwnErrorText) {
+TEST_F(ConfigServer, EveryThreadHasItsOwnErrorText) {
     EXPECT_EQ(IviConfig_DisposeHandle(nullptr), kInvalidHandle);
     std::thread([] {
         EXPECT_EQ(ErrorText(), "");
@@ -909,7 +908,7 @@ TEST_F(ConfigServerTest, EveryThreadHasItsOwnErrorText) {
 
 // --------------------------------------------------------------------------------------------------- many and at once
 
-TEST_F(ConfigServerTest, AThousandVirtualNamesAreReadOneByOne) {
+TEST_F(ConfigServer, AThousandVirtualNamesAreReadOneByOne) {
     constexpr ViInt32 kCount = 1000;
     std::string content = "<IviConfigStore><DriverSessions><IviDriverSession><Name>s</Name><VirtualNames>";
     for (ViInt32 i = 1; i <= kCount; ++i) {
@@ -933,7 +932,7 @@ TEST_F(ConfigServerTest, AThousandVirtualNamesAreReadOneByOne) {
     }
 }
 
-TEST_F(ConfigServerTest, ThreadsReadTheirStoresAtTheSameTime) {
+TEST_F(ConfigServer, ThreadsReadTheirStoresAtTheSameTime) {
     const auto path = Write(kStore);
     std::atomic<int> good{0};
     std::vector<std::thread> threads;
@@ -958,7 +957,7 @@ TEST_F(ConfigServerTest, ThreadsReadTheirStoresAtTheSameTime) {
     EXPECT_EQ(good, 200);
 }
 
-TEST_F(ConfigServerTest, AStoreMayBeClosedWhileAnotherThreadReadsIt) {
+TEST_F(ConfigServer, AStoreMayBeClosedWhileAnotherThreadReadsIt) {
     const auto path = Write(kStore);
     for (int round = 0; round < 50; ++round) {
         Handle store = nullptr;

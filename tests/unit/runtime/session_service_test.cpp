@@ -54,14 +54,14 @@ Record ReadError(ViSession handle) {
     return record;
 }
 
-class SessionServiceTest : public testing::Test {
+class SessionService : public testing::Test {
   protected:
-    SessionServiceTest() { IviSession_ClearError(VI_NULL); }
+    SessionService() { IviSession_ClearError(VI_NULL); }
 };
 
 // ------------------------------------------------------------------------------------------------------------ handles
 
-TEST_F(SessionServiceTest, NewIssuesHandlesThatAreNeverZeroAndNeverIssuedAgain) {
+TEST_F(SessionService, NewIssuesHandlesThatAreNeverZeroAndNeverIssuedAgain) {
     std::set<ViSession> seen;
     for (int i = 0; i < 5000; ++i) {
         ViSession handle = VI_NULL;
@@ -75,7 +75,7 @@ TEST_F(SessionServiceTest, NewIssuesHandlesThatAreNeverZeroAndNeverIssuedAgain) 
     }
 }
 
-TEST_F(SessionServiceTest, TenThousandOpenSessionsKeepTheirOwnData) {
+TEST_F(SessionService, TenThousandOpenSessionsKeepTheirOwnData) {
     std::vector<ViSession> handles(10000);
     std::vector<int> data(handles.size());
     for (std::size_t i = 0; i < handles.size(); ++i) {
@@ -90,9 +90,9 @@ TEST_F(SessionServiceTest, TenThousandOpenSessionsKeepTheirOwnData) {
     }
 }
 
-TEST_F(SessionServiceTest, NewWithANullPointerIsAnError) { EXPECT_EQ(IviSession_New(nullptr), kNullPointer); }
+TEST_F(SessionService, NewWithANullPointerIsAnError) { EXPECT_EQ(IviSession_New(nullptr), kNullPointer); }
 
-TEST_F(SessionServiceTest, EveryFunctionReturnsInvalidSessionHandleForAnUnknownHandle) {
+TEST_F(SessionService, EveryFunctionReturnsInvalidSessionHandleForAnUnknownHandle) {
     ViSession disposed = VI_NULL;
     ASSERT_EQ(IviSession_New(&disposed), VI_SUCCESS);
     ASSERT_EQ(IviSession_Dispose(disposed), VI_SUCCESS);
@@ -117,7 +117,7 @@ TEST_F(SessionServiceTest, EveryFunctionReturnsInvalidSessionHandleForAnUnknownH
     }
 }
 
-TEST_F(SessionServiceTest, ZeroIsNotASession) {
+TEST_F(SessionService, ZeroIsNotASession) {
     ViAddr data = nullptr;
     EXPECT_EQ(IviSession_Dispose(VI_NULL), kInvalidHandle);
     EXPECT_EQ(IviSession_SetDataPtr(VI_NULL, &data), kInvalidHandle);
@@ -126,7 +126,7 @@ TEST_F(SessionServiceTest, ZeroIsNotASession) {
     EXPECT_EQ(IviSession_Unlock(VI_NULL, nullptr), kInvalidHandle);
 }
 
-TEST_F(SessionServiceTest, DataPointerIsNullUntilItIsStored) {
+TEST_F(SessionService, DataPointerIsNullUntilItIsStored) {
     const Session session;
     int value = 0;
     ViAddr data = &value;
@@ -141,7 +141,7 @@ TEST_F(SessionServiceTest, DataPointerIsNullUntilItIsStored) {
     EXPECT_EQ(IviSession_GetDataPtr(session, nullptr), kNullPointer);
 }
 
-TEST_F(SessionServiceTest, ANewSessionInheritsNothingFromADisposedOne) {
+TEST_F(SessionService, ANewSessionInheritsNothingFromADisposedOne) {
     ViSession old = VI_NULL;
     int value = 0;
     ASSERT_EQ(IviSession_New(&old), VI_SUCCESS);
@@ -205,7 +205,7 @@ class Contender {
     std::thread thread_;
 };
 
-TEST_F(SessionServiceTest, LockExcludesOtherThreads) {
+TEST_F(SessionService, LockExcludesOtherThreads) {
     const Session session;
     constexpr int kRounds = 5000;
     int inside = 0; // not atomic: only the session's lock protects it
@@ -231,7 +231,7 @@ TEST_F(SessionServiceTest, LockExcludesOtherThreads) {
     EXPECT_EQ(rounds, 4 * kRounds);
 }
 
-TEST_F(SessionServiceTest, LockIsHeldUntilEveryLockIsReleased) {
+TEST_F(SessionService, LockIsHeldUntilEveryLockIsReleased) {
     const Session session;
     for (int i = 0; i < 3; ++i) {
         ASSERT_EQ(IviSession_Lock(session, nullptr), VI_SUCCESS);
@@ -245,7 +245,7 @@ TEST_F(SessionServiceTest, LockIsHeldUntilEveryLockIsReleased) {
     EXPECT_EQ(contender.Status(), VI_SUCCESS);
 }
 
-TEST_F(SessionServiceTest, EveryWaitingThreadGetsTheLock) {
+TEST_F(SessionService, EveryWaitingThreadGetsTheLock) {
     const Session session;
     ASSERT_EQ(IviSession_Lock(session, nullptr), VI_SUCCESS);
     Contender first(session);
@@ -258,7 +258,7 @@ TEST_F(SessionServiceTest, EveryWaitingThreadGetsTheLock) {
     EXPECT_EQ(third.Status(), VI_SUCCESS);
 }
 
-TEST_F(SessionServiceTest, LocksOfDifferentSessionsAreIndependent) {
+TEST_F(SessionService, LocksOfDifferentSessionsAreIndependent) {
     const Session one;
     const Session other;
     ASSERT_EQ(IviSession_Lock(one, nullptr), VI_SUCCESS);
@@ -267,7 +267,7 @@ TEST_F(SessionServiceTest, LocksOfDifferentSessionsAreIndependent) {
     ASSERT_EQ(IviSession_Unlock(one, nullptr), VI_SUCCESS);
 }
 
-TEST_F(SessionServiceTest, OnlyLockWaitsForTheLock) {
+TEST_F(SessionService, OnlyLockWaitsForTheLock) {
     const Session session;
     ASSERT_EQ(IviSession_Lock(session, nullptr), VI_SUCCESS);
     std::thread([&] {
@@ -281,7 +281,7 @@ TEST_F(SessionServiceTest, OnlyLockWaitsForTheLock) {
     EXPECT_EQ(IviSession_Unlock(session, nullptr), VI_SUCCESS);
 }
 
-TEST_F(SessionServiceTest, LockSetsAFalseHasLockAndUnlockClearsATrueOne) {
+TEST_F(SessionService, LockSetsAFalseHasLockAndUnlockClearsATrueOne) {
     const Session session;
     ViBoolean hasLock = VI_FALSE;
     EXPECT_EQ(IviSession_Lock(session, &hasLock), VI_SUCCESS);
@@ -293,7 +293,7 @@ TEST_F(SessionServiceTest, LockSetsAFalseHasLockAndUnlockClearsATrueOne) {
     EXPECT_EQ(contender.Status(), VI_SUCCESS);
 }
 
-TEST_F(SessionServiceTest, LockWithATrueHasLockDoesNothing) {
+TEST_F(SessionService, LockWithATrueHasLockDoesNothing) {
     const Session session;
     ViBoolean hasLock = VI_TRUE;
     EXPECT_EQ(IviSession_Lock(session, &hasLock), VI_SUCCESS);
@@ -301,7 +301,7 @@ TEST_F(SessionServiceTest, LockWithATrueHasLockDoesNothing) {
     EXPECT_EQ(IviSession_Unlock(session, nullptr), kNotLocked);
 }
 
-TEST_F(SessionServiceTest, UnlockWithAFalseHasLockDoesNothing) {
+TEST_F(SessionService, UnlockWithAFalseHasLockDoesNothing) {
     const Session session;
     ASSERT_EQ(IviSession_Lock(session, nullptr), VI_SUCCESS);
     ViBoolean hasLock = VI_FALSE;
@@ -311,7 +311,7 @@ TEST_F(SessionServiceTest, UnlockWithAFalseHasLockDoesNothing) {
     EXPECT_EQ(IviSession_Unlock(session, nullptr), kNotLocked);
 }
 
-TEST_F(SessionServiceTest, UnlockByAThreadThatDoesNotHoldTheLockChangesNothing) {
+TEST_F(SessionService, UnlockByAThreadThatDoesNotHoldTheLockChangesNothing) {
     const Session session;
     ViBoolean hasLock = VI_TRUE;
     EXPECT_EQ(IviSession_Unlock(session, &hasLock), kNotLocked);
@@ -324,13 +324,13 @@ TEST_F(SessionServiceTest, UnlockByAThreadThatDoesNotHoldTheLockChangesNothing) 
     EXPECT_EQ(contender.Status(), VI_SUCCESS);
 }
 
-TEST_F(SessionServiceTest, AThreadDoesNotInheritTheLockOfAThreadThatEnded) {
+TEST_F(SessionService, AThreadDoesNotInheritTheLockOfAThreadThatEnded) {
     const Session session;
     std::thread([&] { IviSession_Lock(session, nullptr); }).join();
     std::thread([&] { EXPECT_EQ(IviSession_Unlock(session, nullptr), kNotLocked); }).join();
 }
 
-TEST_F(SessionServiceTest, ThreadsWaitingForTheLockOfADisposedSessionGetInvalidSessionHandle) {
+TEST_F(SessionService, ThreadsWaitingForTheLockOfADisposedSessionGetInvalidSessionHandle) {
     ViSession handle = VI_NULL;
     ASSERT_EQ(IviSession_New(&handle), VI_SUCCESS);
     ASSERT_EQ(IviSession_Lock(handle, nullptr), VI_SUCCESS);
@@ -343,7 +343,7 @@ TEST_F(SessionServiceTest, ThreadsWaitingForTheLockOfADisposedSessionGetInvalidS
     EXPECT_EQ(IviSession_Unlock(handle, nullptr), kInvalidHandle);
 }
 
-TEST_F(SessionServiceTest, SessionsMayComeAndGoWhileOtherThreadsUseTheirHandles) {
+TEST_F(SessionService, SessionsMayComeAndGoWhileOtherThreadsUseTheirHandles) {
     std::atomic<ViSession> current{VI_NULL};
     std::atomic<bool> stop{false};
     const auto use = [&] {
@@ -375,13 +375,13 @@ TEST_F(SessionServiceTest, SessionsMayComeAndGoWhileOtherThreadsUseTheirHandles)
 
 // ------------------------------------------------------------------------------------------------------ error records
 
-TEST_F(SessionServiceTest, RecordIsEmptyAtFirst) {
+TEST_F(SessionService, RecordIsEmptyAtFirst) {
     const Session session;
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, 0, ""}));
     EXPECT_EQ(ReadError(VI_NULL), (Record{VI_SUCCESS, 0, ""}));
 }
 
-TEST_F(SessionServiceTest, SetErrorWritesTheRecordsOfTheSessionAndOfTheThread) {
+TEST_F(SessionService, SetErrorWritesTheRecordsOfTheSessionAndOfTheThread) {
     const Session session;
     const Session other;
     EXPECT_EQ(IviSession_SetError(session, kError, "first"), VI_SUCCESS);
@@ -393,26 +393,26 @@ TEST_F(SessionServiceTest, SetErrorWritesTheRecordsOfTheSessionAndOfTheThread) {
     EXPECT_EQ(ReadError(VI_NULL), (Record{VI_SUCCESS, 0, ""}));
 }
 
-TEST_F(SessionServiceTest, SetErrorWithAZeroHandleWritesOnlyTheThreadsRecord) {
+TEST_F(SessionService, SetErrorWithAZeroHandleWritesOnlyTheThreadsRecord) {
     const Session session;
     EXPECT_EQ(IviSession_SetError(VI_NULL, kError, "thread"), VI_SUCCESS);
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, 0, ""}));
     EXPECT_EQ(ReadError(VI_NULL), (Record{VI_SUCCESS, kError, "thread"}));
 }
 
-TEST_F(SessionServiceTest, SetErrorWithAnUnknownHandleWritesTheThreadsRecord) {
+TEST_F(SessionService, SetErrorWithAnUnknownHandleWritesTheThreadsRecord) {
     EXPECT_EQ(IviSession_SetError(0xFFFFFFFF, kError, "unknown"), kInvalidHandle);
     EXPECT_EQ(ReadError(VI_NULL), (Record{VI_SUCCESS, kError, "unknown"}));
 }
 
-TEST_F(SessionServiceTest, RecordOfASessionIsTheSameForEveryThread) {
+TEST_F(SessionService, RecordOfASessionIsTheSameForEveryThread) {
     const Session session;
     std::thread([&] { IviSession_SetError(session, kError, "from another thread"); }).join();
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, kError, "from another thread"}));
     EXPECT_EQ(ReadError(VI_NULL), (Record{VI_SUCCESS, 0, ""}));
 }
 
-TEST_F(SessionServiceTest, OnlyAMoreSevereCodeReplacesTheRecord) {
+TEST_F(SessionService, OnlyAMoreSevereCodeReplacesTheRecord) {
     struct Case {
         ViStatus first = VI_SUCCESS;
         ViStatus second = VI_SUCCESS;
@@ -434,7 +434,7 @@ TEST_F(SessionServiceTest, OnlyAMoreSevereCodeReplacesTheRecord) {
     }
 }
 
-TEST_F(SessionServiceTest, AnEmptyDescriptionIsFilledInByTheSameCodeOnly) {
+TEST_F(SessionService, AnEmptyDescriptionIsFilledInByTheSameCodeOnly) {
     const Session session;
     IviSession_SetError(session, kError, "");
     IviSession_SetError(session, kOtherError, "other");
@@ -443,14 +443,14 @@ TEST_F(SessionServiceTest, AnEmptyDescriptionIsFilledInByTheSameCodeOnly) {
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, kError, "late"}));
 }
 
-TEST_F(SessionServiceTest, AReplacedCodeDropsTheOldDescription) {
+TEST_F(SessionService, AReplacedCodeDropsTheOldDescription) {
     const Session session;
     IviSession_SetError(session, kWarning, "warning");
     IviSession_SetError(session, kError, nullptr);
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, kError, ""}));
 }
 
-TEST_F(SessionServiceTest, ClearErrorClearsOneRecord) {
+TEST_F(SessionService, ClearErrorClearsOneRecord) {
     const Session session;
     IviSession_SetError(session, kError, "text");
     EXPECT_EQ(IviSession_ClearError(session), VI_SUCCESS);
@@ -461,7 +461,7 @@ TEST_F(SessionServiceTest, ClearErrorClearsOneRecord) {
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, kOtherError, "again"}));
 }
 
-TEST_F(SessionServiceTest, GetErrorWithSizeZeroReturnsTheRequiredSizeAndClearsNothing) {
+TEST_F(SessionService, GetErrorWithSizeZeroReturnsTheRequiredSizeAndClearsNothing) {
     const Session session;
     IviSession_SetError(session, kError, "four");
     ViStatus code = 0;
@@ -472,7 +472,7 @@ TEST_F(SessionServiceTest, GetErrorWithSizeZeroReturnsTheRequiredSizeAndClearsNo
     EXPECT_EQ(IviSession_GetError(session, 0, nullptr, nullptr), 1);
 }
 
-TEST_F(SessionServiceTest, GetErrorTruncatesTextThatDoesNotFitAndClearsTheRecord) {
+TEST_F(SessionService, GetErrorTruncatesTextThatDoesNotFitAndClearsTheRecord) {
     const Session session;
     IviSession_SetError(session, kError, "0123456789");
     std::array<ViChar, 8> text{};
@@ -482,7 +482,7 @@ TEST_F(SessionServiceTest, GetErrorTruncatesTextThatDoesNotFitAndClearsTheRecord
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, 0, ""}));
 }
 
-TEST_F(SessionServiceTest, GetErrorWithSizeOneWritesOnlyTheNul) {
+TEST_F(SessionService, GetErrorWithSizeOneWritesOnlyTheNul) {
     const Session session;
     IviSession_SetError(session, kError, "text");
     std::array<ViChar, 2> text{'#', '#'};
@@ -491,7 +491,7 @@ TEST_F(SessionServiceTest, GetErrorWithSizeOneWritesOnlyTheNul) {
     EXPECT_EQ(text[1], '#');
 }
 
-TEST_F(SessionServiceTest, GetErrorFillsABufferOfExactlyTheRequiredSize) {
+TEST_F(SessionService, GetErrorFillsABufferOfExactlyTheRequiredSize) {
     const Session session;
     IviSession_SetError(session, kError, "0123456789");
     std::array<ViChar, 11> text{};
@@ -499,7 +499,7 @@ TEST_F(SessionServiceTest, GetErrorFillsABufferOfExactlyTheRequiredSize) {
     EXPECT_STREQ(text.data(), "0123456789");
 }
 
-TEST_F(SessionServiceTest, GetErrorWithANegativeSizeCopiesEverything) {
+TEST_F(SessionService, GetErrorWithANegativeSizeCopiesEverything) {
     const Session session;
     const std::string description(1 << 20, 'x');
     IviSession_SetError(session, kError, description.c_str());
@@ -512,7 +512,7 @@ TEST_F(SessionServiceTest, GetErrorWithANegativeSizeCopiesEverything) {
     EXPECT_EQ(ReadError(session), (Record{VI_SUCCESS, 0, ""}));
 }
 
-TEST_F(SessionServiceTest, GetErrorWithoutABufferIsANullPointerErrorAndClearsNothing) {
+TEST_F(SessionService, GetErrorWithoutABufferIsANullPointerErrorAndClearsNothing) {
     const Session session;
     IviSession_SetError(session, kError, "text");
     ViStatus code = 7;
@@ -535,7 +535,7 @@ struct ReportsWhenDestroyed {
 };
 thread_local ReportsWhenDestroyed reportsWhenDestroyed;
 
-TEST_F(SessionServiceTest, AThreadThatIsEndingHasNoRecord) {
+TEST_F(SessionService, AThreadThatIsEndingHasNoRecord) {
     std::atomic<ViStatus> result{0};
     std::thread([&] {
         reportsWhenDestroyed.result = &result; // constructed before the thread's record, so destroyed after it

@@ -20,7 +20,7 @@ Addresses Unexpected(const std::string& /*host*/, const std::string& /*service*/
     return nullptr;
 }
 
-TEST(VisaResolverTest, NumericAddressesAreRecognizedWithoutALookup) {
+TEST(VisaResolver, NumericAddressesAreRecognizedWithoutALookup) {
     ViStatus status = VI_SUCCESS;
     const auto v4 = Resolve("127.0.0.1", 5025, Deadline(VI_TMO_IMMEDIATE), status, Unexpected);
     ASSERT_TRUE(v4);
@@ -36,11 +36,11 @@ TEST(VisaResolverTest, NumericAddressesAreRecognizedWithoutALookup) {
     EXPECT_EQ(status, VI_SUCCESS);
 }
 
-TEST(VisaResolverTest, ANameIsLookedUpWithItsPort) {
+TEST(VisaResolver, ANameIsLookedUpWithItsPort) {
     std::string asked;
     const auto lookup = [&](const std::string& host, const std::string& service) {
         asked = host + " " + service;
-        return runtime::LookUpByName("127.0.0.1", service);
+        return runtime::GetAddressesByName("127.0.0.1", service);
     };
     ViStatus status = VI_SUCCESS;
     const auto addresses = Resolve("supply", 5025, Deadline(VI_TMO_INFINITE), status, lookup);
@@ -49,7 +49,7 @@ TEST(VisaResolverTest, ANameIsLookedUpWithItsPort) {
     EXPECT_EQ(addresses->ai_family, AF_INET);
 }
 
-TEST(VisaResolverTest, AnUnknownNameIsNotFound) {
+TEST(VisaResolver, AnUnknownNameIsNotFound) {
     ViStatus status = VI_SUCCESS;
     const auto addresses =
         Resolve("supply", 5025, Deadline(20000), status, [](const auto&, const auto&) { return nullptr; });
@@ -57,7 +57,7 @@ TEST(VisaResolverTest, AnUnknownNameIsNotFound) {
     EXPECT_EQ(status, VI_ERROR_RSRC_NFOUND);
 }
 
-TEST(VisaResolverTest, ALookupWithoutMemoryFindsNothing) {
+TEST(VisaResolver, ALookupWithoutMemoryFindsNothing) {
     ViStatus status = VI_SUCCESS;
     const auto addresses = Resolve("supply", 5025, Deadline(20000), status,
                                    [](const auto&, const auto&) -> Addresses { throw std::bad_alloc(); });
@@ -65,13 +65,13 @@ TEST(VisaResolverTest, ALookupWithoutMemoryFindsNothing) {
     EXPECT_EQ(status, VI_ERROR_RSRC_NFOUND);
 }
 
-TEST(VisaResolverTest, ALookupThatHangsIsDetachedAtTheDeadline) {
+TEST(VisaResolver, ALookupThatHangsIsDetachedAtTheDeadline) {
     std::promise<void> release;
     std::promise<void> left;
     auto released = release.get_future().share();
     const auto lookup = [&left, released](const std::string& /*host*/, const std::string& service) {
         released.wait();
-        auto answer = runtime::LookUpByName("127.0.0.1", service);
+        auto answer = runtime::GetAddressesByName("127.0.0.1", service);
         left.set_value();
         return answer;
     };

@@ -15,7 +15,7 @@ struct Socket {
     std::uint16_t port;
 };
 
-TEST(VisaResourceTest, SocketsHaveAHostAndAPort) {
+TEST(VisaResource, SocketsHaveAHostAndAPort) {
     const Socket cases[] = {
         {"TCPIP0::192.168.1.5::5025::SOCKET", "192.168.1.5", 5025},
         {"TCPIP::supply.lab::1::SOCKET", "supply.lab", 1},
@@ -36,7 +36,7 @@ TEST(VisaResourceTest, SocketsHaveAHostAndAPort) {
     }
 }
 
-TEST(VisaResourceTest, SerialLinesHaveADeviceInItsOwnLetterCase) {
+TEST(VisaResource, SerialLinesHaveADeviceInItsOwnLetterCase) {
     const std::pair<const char*, const char*> cases[] = {
         {"ASRL1::INSTR", "1"},
         {"asrl12::instr", "12"},
@@ -52,7 +52,7 @@ TEST(VisaResourceTest, SerialLinesHaveADeviceInItsOwnLetterCase) {
     }
 }
 
-TEST(VisaResourceTest, OtherKindsAreRecognized) {
+TEST(VisaResource, OtherKindsAreRecognized) {
     for (const auto* text : {
              "GPIB0::5::INSTR",
              "gpib::5::2::instr",
@@ -75,7 +75,7 @@ TEST(VisaResourceTest, OtherKindsAreRecognized) {
     }
 }
 
-TEST(VisaResourceTest, MalformedNamesAreRefused) {
+TEST(VisaResource, MalformedNamesAreRefused) {
     for (const auto* text : {
              "",
              "::",
@@ -127,7 +127,7 @@ TEST(VisaResourceTest, MalformedNamesAreRefused) {
     }
 }
 
-TEST(VisaResourceTest, TextsOfAnyLengthAndAnyBytesAreSafe) {
+TEST(VisaResource, TextsOfAnyLengthAndAnyBytesAreSafe) {
     const std::string host(1 << 20, 'h');
     const auto name = ParseResourceName("TCPIP0::" + host + "::5025::SOCKET");
     ASSERT_TRUE(name);

@@ -101,7 +101,7 @@ ViStatus TryOpen(const std::string& resource) {
 
 // ------------------------------------------------------------------------------------------------------------ opening
 
-TEST(VisaSerialTest, PortsAreCountedFromOneAndPathsAreUnchanged) {
+TEST(VisaSerial, PortsAreCountedFromOneAndPathsAreUnchanged) {
     EXPECT_EQ(runtime::SerialDevice("1"), "/dev/ttyS0");
     EXPECT_EQ(runtime::SerialDevice("12"), "/dev/ttyS11");
     EXPECT_EQ(runtime::SerialDevice("65535"), "/dev/ttyS65534");
@@ -110,7 +110,7 @@ TEST(VisaSerialTest, PortsAreCountedFromOneAndPathsAreUnchanged) {
     EXPECT_EQ(runtime::SerialDevice("/1"), "/1");
 }
 
-TEST(VisaSerialTest, ADeviceThatIsNotASerialLineIsAResourceNotFound) {
+TEST(VisaSerial, ADeviceThatIsNotASerialLineIsAResourceNotFound) {
     const auto before = OpenFiles();
     for (const auto* name : {"ASRL0::INSTR", "ASRL65535::INSTR", "ASRL/dev/no-such-device::INSTR",
                              "ASRL/dev/null::INSTR", "ASRL/dev::INSTR", "ASRL/::INSTR"}) {
@@ -119,7 +119,7 @@ TEST(VisaSerialTest, ADeviceThatIsNotASerialLineIsAResourceNotFound) {
     EXPECT_EQ(OpenFiles(), before);
 }
 
-TEST(VisaSerialTest, ALineIsOpenedInAnyLetterCaseOfTheKeywordsAndWithoutThem) {
+TEST(VisaSerial, ALineIsOpenedInAnyLetterCaseOfTheKeywordsAndWithoutThem) {
     const Line line;
     const auto device = line.Resource().substr(4, line.Resource().size() - 4 - 7);
     for (const auto& name : {"ASRL" + device + "::INSTR", "asrl" + device + "::instr", "Asrl" + device}) {
@@ -129,7 +129,7 @@ TEST(VisaSerialTest, ALineIsOpenedInAnyLetterCaseOfTheKeywordsAndWithoutThem) {
     }
 }
 
-TEST(VisaSerialTest, ALineIsRawAndHasVisasDefaults) {
+TEST(VisaSerial, ALineIsRawAndHasVisasDefaults) {
     const Line line;
     const Connection connection(line.Resource());
     const auto setup = line.Setup();
@@ -142,7 +142,7 @@ TEST(VisaSerialTest, ALineIsRawAndHasVisasDefaults) {
     EXPECT_EQ(setup.c_oflag & static_cast<tcflag_t>(OPOST), 0U);
 }
 
-TEST(VisaSerialTest, OpeningDiscardsBytesReceivedBefore) {
+TEST(VisaSerial, OpeningDiscardsBytesReceivedBefore) {
     const Line line;
     line.Send("stale\n");
     const Connection connection(line.Resource());
@@ -150,7 +150,7 @@ TEST(VisaSerialTest, OpeningDiscardsBytesReceivedBefore) {
     EXPECT_EQ(connection.Read(), (Reply{kTermChar, "fresh\n"}));
 }
 
-TEST(VisaSerialTest, ClosingLeavesNoFileOpenAndTheLineUsable) {
+TEST(VisaSerial, ClosingLeavesNoFileOpenAndTheLineUsable) {
     const Line line;
     const auto before = OpenFiles();
     for (int i = 0; i < 3; ++i) {
@@ -166,7 +166,7 @@ TEST(VisaSerialTest, ClosingLeavesNoFileOpenAndTheLineUsable) {
     EXPECT_EQ(OpenFiles(), before);
 }
 
-TEST(VisaSerialTest, ALineNeverGetsTheNumberOfAClosedStandardStream) {
+TEST(VisaSerial, ALineNeverGetsTheNumberOfAClosedStandardStream) {
     const Line line;
     std::array<int, 3> kept{};
     for (int stream = 0; stream < 3; ++stream) {
@@ -187,7 +187,7 @@ TEST(VisaSerialTest, ALineNeverGetsTheNumberOfAClosedStandardStream) {
     EXPECT_FALSE(isLine);
 }
 
-TEST(VisaSerialTest, BytesWrittenBeforeTheCloseArrive) {
+TEST(VisaSerial, BytesWrittenBeforeTheCloseArrive) {
     const Line line;
     {
         const Connection connection(line.Resource());
@@ -198,7 +198,7 @@ TEST(VisaSerialTest, BytesWrittenBeforeTheCloseArrive) {
 
 // --------------------------------------------------------------------------------------------- attributes and buffers
 
-TEST(VisaSerialTest, AttributesTakeTheirRangesAndNothingElse) {
+TEST(VisaSerial, AttributesTakeTheirRangesAndNothingElse) {
     const Line line;
     const Connection connection(line.Resource());
     struct Case {
@@ -257,7 +257,7 @@ TEST(VisaSerialTest, AttributesTakeTheirRangesAndNothingElse) {
     }
 }
 
-TEST(VisaSerialTest, AttributesReachTheLine) {
+TEST(VisaSerial, AttributesReachTheLine) {
     const Line line;
     const Connection connection(line.Resource());
     const auto has = [&](tcflag_t termios::*flags, auto wanted) {
@@ -293,7 +293,7 @@ TEST(VisaSerialTest, AttributesReachTheLine) {
     EXPECT_TRUE(has(&termios::c_iflag, IGNPAR));
 }
 
-TEST(VisaSerialTest, SetBufTakesTheFourBuffers) {
+TEST(VisaSerial, SetBufTakesTheFourBuffers) {
     const Line line;
     const Connection connection(line.Resource());
     for (const ViUInt16 mask : std::initializer_list<ViUInt16>{1, 2, 16, 32, 51}) {
@@ -302,17 +302,16 @@ TEST(VisaSerialTest, SetBufTakesTheFourBuffers) {
     EXPECT_EQ(viSetBuf(connection.vi, 0, 1024), static_cast<ViStatus>(0xBFFF003D));
 }
 
-// -------------------------------------------------------------------------------------------------- writing and
-// reading
+// ------------------------------------------------------------------------------------------------ writing and reading
 
-TEST(VisaSerialTest, WritesTheBytesAsTheyAre) {
+TEST(VisaSerial, WritesTheBytesAsTheyAre) {
     const Line line;
     const Connection connection(line.Resource());
     EXPECT_EQ(connection.Write(std::string_view("a\r\n\0\x03\x04\x11\xFF%s\n", 11)), VI_SUCCESS);
     EXPECT_EQ(line.Receive(11), std::string("a\r\n\0\x03\x04\x11\xFF%s\n", 11));
 }
 
-TEST(VisaSerialTest, ReadsEndAtTheTerminationCharacterByDefaultAndWithEitherAttribute) {
+TEST(VisaSerial, ReadsEndAtTheTerminationCharacterByDefaultAndWithEitherAttribute) {
     const Line line;
     const Connection connection(line.Resource());
     line.Send("one\ntwo\n");
@@ -331,7 +330,7 @@ TEST(VisaSerialTest, ReadsEndAtTheTerminationCharacterByDefaultAndWithEitherAttr
     EXPECT_EQ(connection.Read(), (Reply{kTimeOut, "five\nsix\n"}));
 }
 
-TEST(VisaSerialTest, ReadsEndAtTheTerminationCharacterThatWasSet) {
+TEST(VisaSerial, ReadsEndAtTheTerminationCharacterThatWasSet) {
     const Line line;
     const Connection connection(line.Resource());
     EXPECT_EQ(Set(connection, VI_ATTR_TERMCHAR, ';'), VI_SUCCESS);
@@ -339,7 +338,7 @@ TEST(VisaSerialTest, ReadsEndAtTheTerminationCharacterThatWasSet) {
     EXPECT_EQ(connection.Read(), (Reply{kTermChar, "a\nb;"}));
 }
 
-TEST(VisaSerialTest, ReadsEndAtTheCount) {
+TEST(VisaSerial, ReadsEndAtTheCount) {
     const Line line;
     const Connection connection(line.Resource());
     line.Send("abcdefg\n");
@@ -350,7 +349,7 @@ TEST(VisaSerialTest, ReadsEndAtTheCount) {
     EXPECT_EQ(connection.Read(3), (Reply{kMaxCount, std::string("\0\x1A\xFF", 3)}));
 }
 
-TEST(VisaSerialTest, AReplyLongerThanTheLinesBufferArrivesWhole) {
+TEST(VisaSerial, AReplyLongerThanTheLinesBufferArrivesWhole) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(20000);
@@ -360,7 +359,7 @@ TEST(VisaSerialTest, AReplyLongerThanTheLinesBufferArrivesWhole) {
     instrument.join();
 }
 
-TEST(VisaSerialTest, ACommandLongerThanTheLinesBufferArrivesWhole) {
+TEST(VisaSerial, ACommandLongerThanTheLinesBufferArrivesWhole) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(20000);
@@ -374,7 +373,7 @@ TEST(VisaSerialTest, ACommandLongerThanTheLinesBufferArrivesWhole) {
 
 // ----------------------------------------------------------------------------------------------------------- time-outs
 
-TEST(VisaSerialTest, ASilentLineTimesOut) {
+TEST(VisaSerial, ASilentLineTimesOut) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(100);
@@ -384,7 +383,7 @@ TEST(VisaSerialTest, ASilentLineTimesOut) {
     EXPECT_LT(Clock::now() - before, kGuard);
 }
 
-TEST(VisaSerialTest, ATimeOutReturnsTheBytesThatArrived) {
+TEST(VisaSerial, ATimeOutReturnsTheBytesThatArrived) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(100);
@@ -394,7 +393,7 @@ TEST(VisaSerialTest, ATimeOutReturnsTheBytesThatArrived) {
     EXPECT_EQ(connection.Read(), (Reply{kTermChar, "rest\n"}));
 }
 
-TEST(VisaSerialTest, SingleBytesDoNotExtendTheTimeOut) {
+TEST(VisaSerial, SingleBytesDoNotExtendTheTimeOut) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(200);
@@ -416,14 +415,14 @@ TEST(VisaSerialTest, SingleBytesDoNotExtendTheTimeOut) {
     EXPECT_LT(took, kGuard);
 }
 
-TEST(VisaSerialTest, AnImmediateReadDoesNotWait) {
+TEST(VisaSerial, AnImmediateReadDoesNotWait) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(VI_TMO_IMMEDIATE);
     EXPECT_EQ(connection.Read(), (Reply{kTimeOut, ""}));
 }
 
-TEST(VisaSerialTest, AnInfiniteReadWaitsForTheReply) {
+TEST(VisaSerial, AnInfiniteReadWaitsForTheReply) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(VI_TMO_INFINITE);
@@ -435,7 +434,7 @@ TEST(VisaSerialTest, AnInfiniteReadWaitsForTheReply) {
     instrument.join();
 }
 
-TEST(VisaSerialTest, AWriteThatIsNotReadTimesOutAndCountsTheSentBytes) {
+TEST(VisaSerial, AWriteThatIsNotReadTimesOutAndCountsTheSentBytes) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(100);
@@ -450,7 +449,7 @@ TEST(VisaSerialTest, AWriteThatIsNotReadTimesOutAndCountsTheSentBytes) {
     EXPECT_EQ(line.Receive(written), std::string(written, 'x'));
 }
 
-TEST(VisaSerialTest, ASignalDoesNotEndARead) {
+TEST(VisaSerial, ASignalDoesNotEndARead) {
     struct sigaction handler {};
     struct sigaction before {};
     handler.sa_handler = [](int) {};
@@ -472,7 +471,7 @@ TEST(VisaSerialTest, ASignalDoesNotEndARead) {
 
 // --------------------------------------------------------------------------------------------------------- lost lines
 
-TEST(VisaSerialTest, ALineThatIsHungUpIsALostConnection) {
+TEST(VisaSerial, ALineThatIsHungUpIsALostConnection) {
     Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(20000);
@@ -483,7 +482,7 @@ TEST(VisaSerialTest, ALineThatIsHungUpIsALostConnection) {
     EXPECT_EQ(viClose(connection.vi), VI_SUCCESS);
 }
 
-TEST(VisaSerialTest, AHangUpEndsAReadThatWaits) {
+TEST(VisaSerial, AHangUpEndsAReadThatWaits) {
     Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(VI_TMO_INFINITE);
@@ -495,7 +494,7 @@ TEST(VisaSerialTest, AHangUpEndsAReadThatWaits) {
     EXPECT_EQ(reply, (Reply{kLost, ""}));
 }
 
-TEST(VisaSerialTest, AHangUpEndsAWriteThatWaits) {
+TEST(VisaSerial, AHangUpEndsAWriteThatWaits) {
     Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(VI_TMO_INFINITE);
@@ -509,7 +508,7 @@ TEST(VisaSerialTest, AHangUpEndsAWriteThatWaits) {
 
 // ------------------------------------------------------------------------------------------------------------- threads
 
-TEST(VisaSerialTest, ClosingASessionWakesTheThreadThatReadsInIt) {
+TEST(VisaSerial, ClosingASessionWakesTheThreadThatReadsInIt) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(VI_TMO_INFINITE);
@@ -521,7 +520,7 @@ TEST(VisaSerialTest, ClosingASessionWakesTheThreadThatReadsInIt) {
     EXPECT_EQ(reply, (Reply{VI_ERROR_INV_OBJECT, ""}));
 }
 
-TEST(VisaSerialTest, ClosingTheResourceManagerWakesTheThreadThatWrites) {
+TEST(VisaSerial, ClosingTheResourceManagerWakesTheThreadThatWrites) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(VI_TMO_INFINITE);
@@ -533,7 +532,7 @@ TEST(VisaSerialTest, ClosingTheResourceManagerWakesTheThreadThatWrites) {
     EXPECT_EQ(status, VI_ERROR_INV_OBJECT);
 }
 
-TEST(VisaSerialTest, OneThreadWritesAndOneChangesTheLineWhileAnotherReads) {
+TEST(VisaSerial, OneThreadWritesAndOneChangesTheLineWhileAnotherReads) {
     const Line line;
     const Connection connection(line.Resource());
     connection.SetTimeout(20000);

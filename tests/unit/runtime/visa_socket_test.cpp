@@ -67,28 +67,28 @@ int Option(int file, int level, int name) {
 
 // ------------------------------------------------------------------------------------------------------------ opening
 
-TEST(VisaSocketTest, ConnectsOverIpv4) {
+TEST(VisaSocket, ConnectsOverIpv4) {
     const Peer peer(Sends("hello\n"));
     const Connection connection(peer.Resource());
     connection.EnableTermination();
     EXPECT_EQ(connection.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "hello\n"}));
 }
 
-TEST(VisaSocketTest, ConnectsOverIpv6) {
+TEST(VisaSocket, ConnectsOverIpv6) {
     const Peer peer(Sends("hello\n"), Family::Ipv6);
     const Connection connection(peer.Resource());
     connection.EnableTermination();
     EXPECT_EQ(connection.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "hello\n"}));
 }
 
-TEST(VisaSocketTest, ConnectsByHostNameToTheAddressThatAccepts) {
+TEST(VisaSocket, ConnectsByHostNameToTheAddressThatAccepts) {
     const Peer peer(Sends("hello\n"));
     const Connection connection("tcpip::localhost::" + std::to_string(peer.Port()) + "::socket");
     connection.EnableTermination();
     EXPECT_EQ(connection.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "hello\n"}));
 }
 
-TEST(VisaSocketTest, OptionsOfTheSocketSuitShortMessages) {
+TEST(VisaSocket, OptionsOfTheSocketSuitShortMessages) {
     const Peer peer(StaysSilent);
     const Connection connection(peer.Resource());
     const int file = FileConnectedTo(peer.Port());
@@ -98,7 +98,7 @@ TEST(VisaSocketTest, OptionsOfTheSocketSuitShortMessages) {
     EXPECT_EQ(::fcntl(file, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
 }
 
-TEST(VisaSocketTest, ARefusedConnectionIsAResourceNotFound) {
+TEST(VisaSocket, ARefusedConnectionIsAResourceNotFound) {
     std::string resource;
     {
         const Listener listener;
@@ -114,7 +114,7 @@ TEST(VisaSocketTest, ARefusedConnectionIsAResourceNotFound) {
     EXPECT_EQ(viClose(rm), VI_SUCCESS);
 }
 
-TEST(VisaSocketTest, AHostThatDoesNotAnswerTimesOut) {
+TEST(VisaSocket, AHostThatDoesNotAnswerTimesOut) {
     const Listener listener(Family::Ipv4, 0); // its queue has room for one connection, which is not accepted
     const Connection first(listener.Resource());
     ViSession vi = 5;
@@ -125,7 +125,7 @@ TEST(VisaSocketTest, AHostThatDoesNotAnswerTimesOut) {
     EXPECT_LT(Clock::now() - before, kGuard);
 }
 
-TEST(VisaSocketTest, KindsThatAreNotServedAreNotConfigured) {
+TEST(VisaSocket, KindsThatAreNotServedAreNotConfigured) {
     ViSession rm = VI_NULL;
     ASSERT_EQ(viOpenDefaultRM(&rm), VI_SUCCESS);
     for (const auto* name : {"GPIB0::5::INSTR", "gpib::5::2::instr", "USB0::1::2::3::INSTR", "TCPIP0::127.0.0.1::INSTR",
@@ -137,7 +137,7 @@ TEST(VisaSocketTest, KindsThatAreNotServedAreNotConfigured) {
     EXPECT_EQ(viClose(rm), VI_SUCCESS);
 }
 
-TEST(VisaSocketTest, MalformedNamesAreRefused) {
+TEST(VisaSocket, MalformedNamesAreRefused) {
     ViSession rm = VI_NULL;
     ASSERT_EQ(viOpenDefaultRM(&rm), VI_SUCCESS);
     for (const auto* name : {"", "nonsense", "TCPIP0::127.0.0.1::0::SOCKET", "TCPIP0::[::1::5025::SOCKET"}) {
@@ -150,7 +150,7 @@ TEST(VisaSocketTest, MalformedNamesAreRefused) {
     EXPECT_EQ(viClose(rm), VI_SUCCESS);
 }
 
-TEST(VisaSocketTest, OpenRefusesAccessModesAndNullPointers) {
+TEST(VisaSocket, OpenRefusesAccessModesAndNullPointers) {
     const Listener listener;
     ViSession rm = VI_NULL;
     ViSession vi = 5;
@@ -164,7 +164,7 @@ TEST(VisaSocketTest, OpenRefusesAccessModesAndNullPointers) {
 
 // ------------------------------------------------------------------------------------------------------------- handles
 
-TEST(VisaSocketTest, UnknownAndClosedHandlesAreInvalidObjects) {
+TEST(VisaSocket, UnknownAndClosedHandlesAreInvalidObjects) {
     const Peer peer(StaysSilent);
     Connection connection(peer.Resource());
     ASSERT_EQ(viClose(connection.vi), VI_SUCCESS);
@@ -183,7 +183,7 @@ TEST(VisaSocketTest, UnknownAndClosedHandlesAreInvalidObjects) {
     }
 }
 
-TEST(VisaSocketTest, ClosingAnInstrumentEndsItsConnectionAlone) {
+TEST(VisaSocket, ClosingAnInstrumentEndsItsConnectionAlone) {
     std::promise<bool> ended;
     const Peer peer([&](const Socket& socket) { ended.set_value(socket.SeesEnd()); });
     const Connection connection(peer.Resource());
@@ -199,7 +199,7 @@ TEST(VisaSocketTest, ClosingAnInstrumentEndsItsConnectionAlone) {
     EXPECT_EQ(viClose(vi), VI_SUCCESS);
 }
 
-TEST(VisaSocketTest, ClosingAResourceManagerClosesItsInstruments) {
+TEST(VisaSocket, ClosingAResourceManagerClosesItsInstruments) {
     const auto before = OpenFiles();
     {
         std::promise<bool> ended;
@@ -214,7 +214,7 @@ TEST(VisaSocketTest, ClosingAResourceManagerClosesItsInstruments) {
     EXPECT_EQ(OpenFiles(), before);
 }
 
-TEST(VisaSocketTest, ResourceManagersAreIndependent) {
+TEST(VisaSocket, ResourceManagersAreIndependent) {
     const Peer peer(Sends("x"));
     const Connection connection(peer.Resource());
     ViSession other = VI_NULL;
@@ -224,7 +224,7 @@ TEST(VisaSocketTest, ResourceManagersAreIndependent) {
     EXPECT_EQ(connection.Read(1), (Reply{VI_SUCCESS_MAX_CNT, "x"}));
 }
 
-TEST(VisaSocketTest, AResourceManagerTransfersNothing) {
+TEST(VisaSocket, AResourceManagerTransfersNothing) {
     ViSession rm = VI_NULL;
     ASSERT_EQ(viOpenDefaultRM(&rm), VI_SUCCESS);
     ViByte byte = 0;
@@ -237,7 +237,7 @@ TEST(VisaSocketTest, AResourceManagerTransfersNothing) {
     EXPECT_EQ(viClose(rm), VI_SUCCESS);
 }
 
-TEST(VisaSocketTest, AnInstrumentOpensNothing) {
+TEST(VisaSocket, AnInstrumentOpensNothing) {
     const Peer peer(StaysSilent);
     const Connection connection(peer.Resource());
     ViSession vi = 5;
@@ -246,7 +246,7 @@ TEST(VisaSocketTest, AnInstrumentOpensNothing) {
 
 // --------------------------------------------------------------------------------------------- attributes and buffers
 
-TEST(VisaSocketTest, AttributesTakeTheirRangesAndNothingElse) {
+TEST(VisaSocket, AttributesTakeTheirRangesAndNothingElse) {
     const Peer peer(StaysSilent);
     const Connection connection(peer.Resource());
     struct Case {
@@ -273,7 +273,7 @@ TEST(VisaSocketTest, AttributesTakeTheirRangesAndNothingElse) {
     }
 }
 
-TEST(VisaSocketTest, SetBufTakesTheFourBuffersAndTheirCombinations) {
+TEST(VisaSocket, SetBufTakesTheFourBuffersAndTheirCombinations) {
     const Peer peer(StaysSilent);
     const Connection connection(peer.Resource());
     for (const ViUInt16 mask : std::initializer_list<ViUInt16>{1, 2, 16, 32, 3, 48, 51}) {
@@ -286,7 +286,7 @@ TEST(VisaSocketTest, SetBufTakesTheFourBuffersAndTheirCombinations) {
 
 // ------------------------------------------------------------------------------------------------------------- writing
 
-TEST(VisaSocketTest, WritesTheBytesAsTheyAre) {
+TEST(VisaSocket, WritesTheBytesAsTheyAre) {
     std::promise<std::string> received;
     const Peer peer([&](const Socket& socket) { received.set_value(socket.Receive(7)); });
     const Connection connection(peer.Resource());
@@ -295,7 +295,7 @@ TEST(VisaSocketTest, WritesTheBytesAsTheyAre) {
     EXPECT_EQ(received.get_future().get(), std::string("a\n\0\xFF%s\n", 7));
 }
 
-TEST(VisaSocketTest, WritesMoreThanTheSystemBuffers) {
+TEST(VisaSocket, WritesMoreThanTheSystemBuffers) {
     constexpr std::size_t kSize = 16 << 20;
     std::string bytes(kSize, 'x');
     bytes.back() = '!';
@@ -310,7 +310,7 @@ TEST(VisaSocketTest, WritesMoreThanTheSystemBuffers) {
     EXPECT_EQ(received.get_future().get(), bytes);
 }
 
-TEST(VisaSocketTest, AWriteThatThePeerDoesNotTakeTimesOut) {
+TEST(VisaSocket, AWriteThatThePeerDoesNotTakeTimesOut) {
     std::promise<void> done;
     const Peer peer([&](const Socket& /*socket*/) { done.get_future().wait(); });
     {
@@ -329,7 +329,7 @@ TEST(VisaSocketTest, AWriteThatThePeerDoesNotTakeTimesOut) {
     done.set_value();
 }
 
-TEST(VisaSocketTest, WritingToALostConnectionReturnsAStatusWithoutASignal) {
+TEST(VisaSocket, WritingToALostConnectionReturnsAStatusWithoutASignal) {
     const Peer peer([](const Socket& socket) {
         static_cast<void>(socket.ReceiveLine());
         socket.Reset();
@@ -341,7 +341,7 @@ TEST(VisaSocketTest, WritingToALostConnectionReturnsAStatusWithoutASignal) {
     EXPECT_EQ(connection.Write("more\n"), static_cast<ViStatus>(0xBFFF00A6));
 }
 
-TEST(VisaSocketTest, NullBuffersAreRefusedAndNullCountsAllowed) {
+TEST(VisaSocket, NullBuffersAreRefusedAndNullCountsAllowed) {
     const Peer peer(Sends("x"));
     const Connection connection(peer.Resource());
     ViByte byte = 'y';
@@ -364,7 +364,7 @@ TEST(VisaSocketTest, NullBuffersAreRefusedAndNullCountsAllowed) {
 
 // ------------------------------------------------------------------------------------------------------------- reading
 
-TEST(VisaSocketTest, ReadEndsAtTheEnabledTerminationCharacterAndKeepsTheRest) {
+TEST(VisaSocket, ReadEndsAtTheEnabledTerminationCharacterAndKeepsTheRest) {
     const Peer peer(Sends("one\ntwo\n\nthree"));
     const Connection connection(peer.Resource());
     connection.EnableTermination();
@@ -374,7 +374,7 @@ TEST(VisaSocketTest, ReadEndsAtTheEnabledTerminationCharacterAndKeepsTheRest) {
     EXPECT_EQ(connection.Read(5), (Reply{VI_SUCCESS_MAX_CNT, "three"}));
 }
 
-TEST(VisaSocketTest, ReadEndsWhenTheBufferIsFullAndTheRestIsReadNext) {
+TEST(VisaSocket, ReadEndsWhenTheBufferIsFullAndTheRestIsReadNext) {
     const Peer peer(Sends("0123456789\nnext\n"));
     const Connection connection(peer.Resource());
     connection.EnableTermination();
@@ -385,14 +385,14 @@ TEST(VisaSocketTest, ReadEndsWhenTheBufferIsFullAndTheRestIsReadNext) {
     EXPECT_EQ(connection.Read(2), (Reply{VI_SUCCESS_TERM_CHAR, "\n"}));
 }
 
-TEST(VisaSocketTest, ATerminationCharacterAtTheEndOfAFullBufferCountsAsTermination) {
+TEST(VisaSocket, ATerminationCharacterAtTheEndOfAFullBufferCountsAsTermination) {
     const Peer peer(Sends("123\n"));
     const Connection connection(peer.Resource());
     connection.EnableTermination();
     EXPECT_EQ(connection.Read(4), (Reply{VI_SUCCESS_TERM_CHAR, "123\n"}));
 }
 
-TEST(VisaSocketTest, AnyByteCanBeTheTerminationCharacter) {
+TEST(VisaSocket, AnyByteCanBeTheTerminationCharacter) {
     const Peer peer(Sends(std::string("a\nb\0c\xFF", 6)));
     const Connection connection(peer.Resource());
     connection.EnableTermination();
@@ -402,7 +402,7 @@ TEST(VisaSocketTest, AnyByteCanBeTheTerminationCharacter) {
     EXPECT_EQ(connection.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "c\xFF"}));
 }
 
-TEST(VisaSocketTest, WithoutATerminationCharacterOnlyTheCountOrATimeOutEndsARead) {
+TEST(VisaSocket, WithoutATerminationCharacterOnlyTheCountOrATimeOutEndsARead) {
     const Peer peer(Sends("one\ntwo\n"));
     const Connection connection(peer.Resource());
     EXPECT_EQ(connection.Read(6), (Reply{VI_SUCCESS_MAX_CNT, "one\ntw"}));
@@ -410,7 +410,7 @@ TEST(VisaSocketTest, WithoutATerminationCharacterOnlyTheCountOrATimeOutEndsARead
     EXPECT_EQ(connection.Read(), (Reply{VI_ERROR_TMO, "o\n"}));
 }
 
-TEST(VisaSocketTest, BytesKeptBehindATerminationCharacterAreReadEvenWhenItIsDisabled) {
+TEST(VisaSocket, BytesKeptBehindATerminationCharacterAreReadEvenWhenItIsDisabled) {
     const Peer peer(Sends("one\ntwo\nthree"));
     const Connection connection(peer.Resource());
     connection.EnableTermination();
@@ -419,7 +419,7 @@ TEST(VisaSocketTest, BytesKeptBehindATerminationCharacterAreReadEvenWhenItIsDisa
     EXPECT_EQ(connection.Read(9), (Reply{VI_SUCCESS_MAX_CNT, "two\nthree"}));
 }
 
-TEST(VisaSocketTest, AReplyInPiecesIsReadAsOne) {
+TEST(VisaSocket, AReplyInPiecesIsReadAsOne) {
     const Peer peer([](const Socket& socket) {
         for (const auto* piece : {"TX44", "10,", "1.0", "\n"}) {
             socket.Send(piece);
@@ -432,7 +432,7 @@ TEST(VisaSocketTest, AReplyInPiecesIsReadAsOne) {
     EXPECT_EQ(connection.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "TX4410,1.0\n"}));
 }
 
-TEST(VisaSocketTest, LongRepliesArriveWhole) {
+TEST(VisaSocket, LongRepliesArriveWhole) {
     std::string reply(1 << 20, 'x');
     for (std::size_t i = 0; i < reply.size(); ++i) {
         reply[i] = static_cast<char>('a' + i % 23);
@@ -446,7 +446,7 @@ TEST(VisaSocketTest, LongRepliesArriveWhole) {
     EXPECT_EQ(connection.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "next\n"}));
 }
 
-TEST(VisaSocketTest, LongRepliesArriveWholeInSmallReads) {
+TEST(VisaSocket, LongRepliesArriveWholeInSmallReads) {
     const std::string reply = std::string(100000, 'x') + "\n";
     const Peer peer(Sends(reply));
     const Connection connection(peer.Resource());
@@ -461,7 +461,7 @@ TEST(VisaSocketTest, LongRepliesArriveWholeInSmallReads) {
     EXPECT_EQ(all, reply);
 }
 
-TEST(VisaSocketTest, QueriesGoBackAndForth) {
+TEST(VisaSocket, QueriesGoBackAndForth) {
     const Peer peer([](const Socket& socket) {
         for (auto line = socket.ReceiveLine(); !line.empty(); line = socket.ReceiveLine()) {
             socket.Send(line);
@@ -479,7 +479,7 @@ TEST(VisaSocketTest, QueriesGoBackAndForth) {
 
 // ----------------------------------------------------------------------------------------------------------- time-outs
 
-TEST(VisaSocketTest, ASilentPeerTimesOut) {
+TEST(VisaSocket, ASilentPeerTimesOut) {
     const Peer peer(StaysSilent);
     const Connection connection(peer.Resource());
     connection.SetTimeout(100);
@@ -489,7 +489,7 @@ TEST(VisaSocketTest, ASilentPeerTimesOut) {
     EXPECT_LT(Clock::now() - before, kGuard);
 }
 
-TEST(VisaSocketTest, ATimeOutReturnsTheBytesThatArrived) {
+TEST(VisaSocket, ATimeOutReturnsTheBytesThatArrived) {
     const Peer peer(Sends("begun"));
     const Connection connection(peer.Resource());
     connection.EnableTermination();
@@ -497,7 +497,7 @@ TEST(VisaSocketTest, ATimeOutReturnsTheBytesThatArrived) {
     EXPECT_EQ(connection.Read(), (Reply{VI_ERROR_TMO, "begun"}));
 }
 
-TEST(VisaSocketTest, SingleBytesDoNotExtendTheTimeOut) {
+TEST(VisaSocket, SingleBytesDoNotExtendTheTimeOut) {
     std::atomic<bool> stop{false};
     const Peer peer([&](const Socket& socket) {
         while (!stop) {
@@ -518,7 +518,7 @@ TEST(VisaSocketTest, SingleBytesDoNotExtendTheTimeOut) {
     EXPECT_LT(took, kGuard);
 }
 
-TEST(VisaSocketTest, AnImmediateReadReturnsAvailableBytesAndDoesNotWait) {
+TEST(VisaSocket, AnImmediateReadReturnsAvailableBytesAndDoesNotWait) {
     std::promise<void> go;
     const Peer peer([&](const Socket& socket) {
         go.get_future().wait();
@@ -540,7 +540,7 @@ TEST(VisaSocketTest, AnImmediateReadReturnsAvailableBytesAndDoesNotWait) {
     EXPECT_EQ(connection.Write("x"), VI_SUCCESS);
 }
 
-TEST(VisaSocketTest, AnInfiniteReadWaitsForTheReply) {
+TEST(VisaSocket, AnInfiniteReadWaitsForTheReply) {
     const Peer peer([](const Socket& socket) {
         std::this_thread::sleep_for(milliseconds(100));
         socket.Send("late\n");
@@ -552,7 +552,7 @@ TEST(VisaSocketTest, AnInfiniteReadWaitsForTheReply) {
     EXPECT_EQ(connection.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "late\n"}));
 }
 
-TEST(VisaSocketTest, ASignalDoesNotEndARead) {
+TEST(VisaSocket, ASignalDoesNotEndARead) {
     struct sigaction handler {};
     struct sigaction before {};
     handler.sa_handler = [](int) {};
@@ -580,7 +580,7 @@ TEST(VisaSocketTest, ASignalDoesNotEndARead) {
 
 // ---------------------------------------------------------------------------------------------------- lost connections
 
-TEST(VisaSocketTest, APeerThatClosesIsALostConnection) {
+TEST(VisaSocket, APeerThatClosesIsALostConnection) {
     const Peer peer([](const Socket& socket) { socket.Send("begun"); });
     const Connection connection(peer.Resource());
     connection.EnableTermination();
@@ -588,7 +588,7 @@ TEST(VisaSocketTest, APeerThatClosesIsALostConnection) {
     EXPECT_EQ(connection.Read(), (Reply{static_cast<ViStatus>(0xBFFF00A6), ""}));
 }
 
-TEST(VisaSocketTest, APeerThatResetsIsALostConnection) {
+TEST(VisaSocket, APeerThatResetsIsALostConnection) {
     const Peer peer([](const Socket& socket) {
         static_cast<void>(socket.ReceiveLine());
         socket.Reset();
@@ -600,7 +600,7 @@ TEST(VisaSocketTest, APeerThatResetsIsALostConnection) {
 
 // ------------------------------------------------------------------------------------------------------------- threads
 
-TEST(VisaSocketTest, ClosingASessionWakesTheThreadThatReadsInIt) {
+TEST(VisaSocket, ClosingASessionWakesTheThreadThatReadsInIt) {
     const Peer peer(StaysSilent);
     const Connection connection(peer.Resource());
     connection.SetTimeout(VI_TMO_INFINITE);
@@ -612,7 +612,7 @@ TEST(VisaSocketTest, ClosingASessionWakesTheThreadThatReadsInIt) {
     EXPECT_EQ(reply, (Reply{VI_ERROR_INV_OBJECT, ""}));
 }
 
-TEST(VisaSocketTest, ClosingTheResourceManagerWakesTheThreadThatWrites) {
+TEST(VisaSocket, ClosingTheResourceManagerWakesTheThreadThatWrites) {
     std::promise<void> done;
     const Peer peer([&](const Socket& /*socket*/) { done.get_future().wait(); });
     const Connection connection(peer.Resource());
@@ -626,7 +626,7 @@ TEST(VisaSocketTest, ClosingTheResourceManagerWakesTheThreadThatWrites) {
     done.set_value();
 }
 
-TEST(VisaSocketTest, TheFileOfASessionThatIsStillInUseKeepsItsNumber) {
+TEST(VisaSocket, TheFileOfASessionThatIsStillInUseKeepsItsNumber) {
     const Peer peer(StaysSilent);
     const Connection connection(peer.Resource());
     connection.SetTimeout(VI_TMO_INFINITE);
@@ -640,7 +640,7 @@ TEST(VisaSocketTest, TheFileOfASessionThatIsStillInUseKeepsItsNumber) {
     EXPECT_EQ(next.Read(), (Reply{VI_SUCCESS_TERM_CHAR, "other\n"}));
 }
 
-TEST(VisaSocketTest, SessionsDoNotWaitForOneAnother) {
+TEST(VisaSocket, SessionsDoNotWaitForOneAnother) {
     const Peer silent(StaysSilent);
     const Connection blocked(silent.Resource());
     blocked.SetTimeout(VI_TMO_INFINITE);
@@ -654,7 +654,7 @@ TEST(VisaSocketTest, SessionsDoNotWaitForOneAnother) {
     reader.join();
 }
 
-TEST(VisaSocketTest, OneThreadWritesWhileAnotherReads) {
+TEST(VisaSocket, OneThreadWritesWhileAnotherReads) {
     const Peer peer([](const Socket& socket) { socket.Send(socket.ReceiveLine()); });
     const Connection connection(peer.Resource());
     connection.EnableTermination();
@@ -667,7 +667,7 @@ TEST(VisaSocketTest, OneThreadWritesWhileAnotherReads) {
     EXPECT_EQ(reply, (Reply{VI_SUCCESS_TERM_CHAR, "go\n"}));
 }
 
-TEST(VisaSocketTest, WaitingForAnotherReadersTurnEndsAtTheTimeOut) {
+TEST(VisaSocket, WaitingForAnotherReadersTurnEndsAtTheTimeOut) {
     const Peer peer(StaysSilent);
     const Connection connection(peer.Resource());
     connection.SetTimeout(VI_TMO_INFINITE);
@@ -679,7 +679,7 @@ TEST(VisaSocketTest, WaitingForAnotherReadersTurnEndsAtTheTimeOut) {
     reader.join();
 }
 
-TEST(VisaSocketTest, ManyThreadsOpenQueryAndCloseAtTheSameTime) {
+TEST(VisaSocket, ManyThreadsOpenQueryAndCloseAtTheSameTime) {
     const auto before = OpenFiles();
     std::vector<std::thread> threads;
     std::atomic<int> good{0};

@@ -12,10 +12,10 @@ namespace unit {
 
 class RandomText {
   public:
-    /// `pieces` are what the texts are made of, each as likely as any other.
+    /// The texts consist of `pieces`, which are equally likely.
     RandomText(std::uint32_t seed, std::span<const std::string_view> pieces) : engine_(seed), pieces_(pieces) {}
 
-    /// Of no to `mostPieces` pieces.
+    /// Returns a text of 0 to `mostPieces` pieces.
     std::string Next(std::size_t mostPieces) {
         std::string text;
         for (auto left = Below(mostPieces + 1); left > 0; --left) {

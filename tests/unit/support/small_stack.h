@@ -12,7 +12,7 @@ namespace unit {
 inline constexpr std::size_t kSmallStack = 256UL * 1024;
 inline constexpr std::size_t kMebibyte = 1024UL * 1024;
 
-/// An overflow ends the whole process, which no test framework overlooks.
+/// An overflow ends the whole process, which the test framework reports.
 inline void RunOnSmallStack(std::function<void()> body) {
     pthread_attr_t attributes;
     ASSERT_EQ(pthread_attr_init(&attributes), 0);

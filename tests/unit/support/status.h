@@ -22,7 +22,7 @@ inline void PrintTo(const Status& status, std::ostream* out) {
     *out << "0x" << std::hex << std::uppercase << std::setw(8) << std::setfill('0') << status.code << std::dec;
 }
 
-/// A status literal where the code under test wants one.
+/// Converts a status literal to the type of the code under test.
 constexpr ViStatus Code(std::uint32_t value) { return static_cast<ViStatus>(value); }
 
 } // namespace unit

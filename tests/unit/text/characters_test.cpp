@@ -79,7 +79,7 @@ TEST(Characters, AreTrimmedOnlyAtTheEndsOfAText) {
     EXPECT_EQ(text::Trim("--a-b-", [](char c) { return c == '-'; }), "a-b");
 }
 
-TEST(Characters, AreNoneInTheTextOfANullPointer) {
+TEST(Text, OfANullPointerIsEmpty) {
     EXPECT_EQ(text::ViewOf(nullptr), "");
     EXPECT_EQ(text::ViewOf("abc"), "abc");
 }

@@ -69,7 +69,7 @@ TEST_P(OptionStringScanners, SplitLikeTheRegularExpression) {
             ASSERT_EQ(setup, std::nullopt);
         }
     });
-    EXPECT_GT(clauses, kTextsPerShard / 50) << "the texts are of no use";
+    EXPECT_GT(clauses, kTextsPerShard / 50) << "too few texts have a clause";
 }
 
 TEST_P(OptionStringScanners, FindTheDriverSetupPairsOfTheRegularExpression) {

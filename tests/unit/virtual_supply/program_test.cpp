@@ -241,6 +241,12 @@ TEST(Program, PrintsHelpWithUnitsFaultsAndExamples) {
     }
 }
 
+TEST(Program, IdentifiesItselfAsAnyModel) {
+    RunningSupply supply({"--model", "TX 9999/b"});
+    TcpClient client(PortOf(supply.ReadyLine(), "Virtual TX 9999/b listening on TCPIP0::127.0.0.1::"));
+    EXPECT_EQ(client.Ask("*IDN?"), "Keltor Technology,TX 9999/b,SN00000001,1.00\n");
+}
+
 TEST(Program, EndsWithExitCodeTwoOnWrongArguments) {
     const std::vector<std::vector<std::string>> wrong{
         {"--port", "65536"},
@@ -249,7 +255,10 @@ TEST(Program, EndsWithExitCodeTwoOnWrongArguments) {
         {"--port"},
         {"--host", "0.0.0.0"},
         {"--host", "name"},
-        {"--model", "TX9999"},
+        {"--model", "a,b"},
+        {"--model", "a\tb"},
+        {"--model", "a\x7F"},
+        {"--model", ""},
         {"--serial", "a,b"},
         {"--serial", ""},
         {"--load", "3=1"},

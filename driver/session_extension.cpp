@@ -1,4 +1,4 @@
-#include "driver/session_functions_table.h"
+#include "driver/session_extension.h"
 
 #include <exception>
 #include <new>
@@ -14,7 +14,7 @@ TARNEXDriverSession& SessionOf(void* session) { return *static_cast<TARNEXDriver
 
 /// Runs `body()`. An exception, which must not pass between modules, becomes a status.
 template <typename Body>
-ViStatus WithoutExceptions(const Body& body) noexcept {
+ViStatus CatchReplyErrors(const Body& body) noexcept {
     try {
         return body();
     } catch (const std::bad_alloc&) {
@@ -60,7 +60,7 @@ ViStatus ExpandSelector(void* session, ViConstString selector, ViBoolean single,
 /// Runs `body(connection)`; VI_ERROR_INV_OBJECT without a connection.
 template <typename Body>
 ViStatus OnConnection(void* session, const Body& body) noexcept {
-    return WithoutExceptions([&]() -> ViStatus {
+    return CatchReplyErrors([&]() -> ViStatus {
         auto* const connection = SessionOf(session).Instrument().Connection();
         return connection == nullptr ? VI_ERROR_INV_OBJECT : body(*connection);
     });
@@ -95,7 +95,7 @@ const SessionFunctions kSessionFunctions{
     .getTimeout = [](void* session) { return SessionOf(session).Instrument().GetTimeout(); },
     .setTimeout =
         [](void* session, ViUInt32 milliseconds) {
-            return WithoutExceptions([&] { return SessionOf(session).Instrument().SetTimeout(milliseconds); });
+            return CatchReplyErrors([&] { return SessionOf(session).Instrument().SetTimeout(milliseconds); });
         },
     .isInStep = [](void* session) -> ViBoolean {
         const auto* const connection = SessionOf(session).Instrument().Connection();
@@ -107,10 +107,10 @@ const SessionFunctions kSessionFunctions{
                 connection->setInStep(inStep != VI_FALSE);
             }
         },
-    .reopen = [](void* session) { return WithoutExceptions([&] { return SessionOf(session).Instrument().Reopen(); }); },
+    .reopen = [](void* session) { return CatchReplyErrors([&] { return SessionOf(session).Instrument().Reopen(); }); },
     .verifyIdentity =
         [](void* session) {
-            return WithoutExceptions([&] { return SessionOf(session).Instrument().VerifyIdentity(); });
+            return CatchReplyErrors([&] { return SessionOf(session).Instrument().VerifyIdentity(); });
         },
     .visaSession = [](void* session) -> ViSession {
         const auto* const connection = SessionOf(session).Instrument().Connection();
