@@ -87,7 +87,6 @@ ViStatus _VI_FUNC TARNEXSupply_GetListGroupCount(ViSession vi, ViInt32* count) {
 ViStatus _VI_FUNC TARNEXSupply_InsertListGroup(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::InsertListGroup>({vi, __func__}, Index{index}); }
 ViStatus _VI_FUNC TARNEXSupply_DeleteListGroup(ViSession vi, ViInt32 index) { return OnSupply<&InstBase::DeleteListGroup>({vi, __func__}, Index{index}); }
 ViStatus _VI_FUNC TARNEXSupply_ClearListGroups(ViSession vi) { return OnSupply<&InstBase::ClearListGroups>({vi, __func__}); }
-ViStatus _VI_FUNC TARNEXSupply_SetListGroup(ViSession vi, ViInt32 index, ViReal64 first, ViReal64 second, ViReal64 third) { return OnSupply<&InstBase::SetListGroup>({vi, __func__}, Index{index}, first, second, third); }
 ViStatus _VI_FUNC TARNEXSupply_GetListGroup(ViSession vi, ViInt32 index, ViReal64* first, ViReal64* second, ViReal64* third) { return OnSupply<&InstBase::GetListGroup>({vi, __func__, "first, second, third"}, Index{index}, first, second, third); }
 
 // --- List templates

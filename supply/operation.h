@@ -144,6 +144,9 @@ ViStatus CheckResults(const Export& call, const Arguments&... arguments) {
     return nrt2::SetErrorInfo(call.vi, IVI_ERROR_NULL_POINTER, call.function, name);
 }
 
+/// List and delay mode drive this channel only.
+constexpr ViUInt32 kSequenceChannel = 1;
+
 using ChannelList = std::array<ViUInt32, TARNEXSUPPLY_CHANNEL_COUNT>;
 
 /// Checks the arguments, runs the operation and stores the results.

@@ -14,9 +14,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-/// List and delay mode drive this channel only.
-constexpr ViUInt32 kSequenceChannel = 1;
-
 /// One try: stops the sequences that drive the channel, switches it off and reads its state back.
 ViStatus SwitchOffOnce(ViSession vi, ViConstString channelName, bool drivenBySequences) {
     // Every step is sent, also after the failure of another one: reading back decides.
@@ -83,7 +80,7 @@ ViStatus _VI_FUNC TARNEXSupply_EnsureOff(ViSession vi, ViConstString channelName
     const Clock::time_point deadline = Clock::now() + milliseconds(std::max<ViInt32>(giveUpMs, 0));
     auto pause = kFirstPause;
     for (;;) {
-        const auto status = SwitchOffOnce(vi, channelName, channel == kSequenceChannel);
+        const auto status = SwitchOffOnce(vi, channelName, channel == supply::kSequenceChannel);
         if (status >= 0) {
             return VI_SUCCESS;
         }

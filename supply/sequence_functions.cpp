@@ -16,15 +16,37 @@ bool AreFinite(ViInt32 count, const ViReal64 values[]) {
     return std::all_of(values, values + count, [](ViReal64 value) { return std::isfinite(value); });
 }
 
+/// Returns whether channel 1, which the list drives, can be set to all levels. Simulation accepts all.
+bool AreWithinLimits(const SupplySession& session, ViInt32 count, const ViReal64 volts[], const ViReal64 amperes[]) {
+    const auto& limits = ORVA::LimitsOf(supply::kSequenceChannel);
+    const auto within = [](double lowest, double highest) {
+        return [=](ViReal64 value) { return value >= lowest && value <= highest; };
+    };
+    return session.IsSimulated() ||
+           (std::all_of(volts, volts + count, within(limits.minimumVoltage, limits.maximumVoltage)) &&
+            std::all_of(amperes, amperes + count, within(limits.minimumCurrent, limits.maximumCurrent)));
+}
+
 } // namespace
+
+ViStatus _VI_FUNC TARNEXSupply_SetListGroup(ViSession vi, ViInt32 index, ViReal64 volts, ViReal64 amperes,
+                                            ViReal64 seconds) {
+    return OnSession(vi, [&](SupplySession& session) -> ViStatus {
+        if (!AreWithinLimits(session, 1, &volts, &amperes)) {
+            return nrt2::SetErrorInfo(vi, DRIVER_ERROR_INVALID_PARAMETER);
+        }
+        return supply::OnSupply<&ORVA::InstBase::SetListGroup>({vi, "TARNEXSupply_SetListGroup"}, supply::Index{index},
+                                                               volts, amperes, seconds);
+    });
+}
 
 ViStatus _VI_FUNC TARNEXSupply_UploadList(ViSession vi, ViInt32 count, const ViReal64 volts[], const ViReal64 amperes[],
                                           const ViReal64 seconds[]) {
     return OnSession(vi, [&](SupplySession& session) -> ViStatus {
         auto status =
             supply::CheckResults({vi, "TARNEXSupply_UploadList", "volts, amperes, seconds"}, volts, amperes, seconds);
-        if (status >= 0 &&
-            (count < 0 || !AreFinite(count, volts) || !AreFinite(count, amperes) || !AreFinite(count, seconds))) {
+        if (status >= 0 && (count < 0 || !AreFinite(count, volts) || !AreFinite(count, amperes) ||
+                            !AreFinite(count, seconds) || !AreWithinLimits(session, count, volts, amperes))) {
             status = nrt2::SetErrorInfo(vi, DRIVER_ERROR_INVALID_PARAMETER);
         }
         return status < 0 ? status : ExchangeOn(session, [&](SupplySession& target) {

@@ -30,6 +30,7 @@ from types import TracebackType
 from typing import Any, Callable, Dict, Generic, Iterator, List, Optional, Tuple, Type, TypeVar, overload
 
 from tarnex import _library as _library_files
+from tarnex import _values
 from tarnex._errors import TarnexError
 
 __all__ = ["Channel", "CurrentLimitBehavior", "Supply", "TarnexError"]
@@ -122,7 +123,7 @@ class _Attribute(Generic[_T]):
         return self._convert(value.value)
 
     def __set__(self, channel: Channel, value: _T) -> None:
-        converted = self._convert(value)
+        converted = _values.switch(value, "a switch") if self._kind == "Boolean" else self._convert(value)
         channel.supply._call("SetAttributeVi" + self._kind, channel._selector, self._identifier, converted)
 
 
@@ -140,6 +141,8 @@ class Channel:
     The attributes of a selector of several channels ("OutputChannel1,OutputChannel2") can be set but not read. All
     values are programmed values: the IVI functions do not measure the output.
     """
+
+    __slots__ = ("_selector", "name", "supply")
 
     def __init__(self, supply: Supply, name: str) -> None:
         self.supply = supply
@@ -197,6 +200,8 @@ class Supply:
     reset: reset the instrument after opening.
     options: IVI option string, for example "Simulate=1" or "QueryInstrStatus=1".
     """
+
+    __slots__ = ("_session",)
 
     def __init__(self, resource: str, *, id_query: bool = True, reset: bool = False, options: str = "") -> None:
         self._session = ctypes.c_uint32(0)

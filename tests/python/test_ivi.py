@@ -98,6 +98,18 @@ class Settings(OverSupply):
         channel.current_limit = 0.25
         self.assertEqual((channel.constant_voltage, channel.constant_current), (False, True))
 
+    def test_only_bools_switch_and_unknown_names_are_refused(self) -> None:
+        supply = self.open()
+        channel = supply["OutputChannel1"]
+        for value in ("off", 1, 0, None):
+            with self.assertRaises(TypeError):
+                channel.output_enabled = value  # type: ignore[assignment]
+        self.assertFalse(channel.output_enabled)
+        with self.assertRaises(AttributeError):
+            channel.volts = 5  # type: ignore[attr-defined]
+        with self.assertRaises(AttributeError):
+            supply.volts = 5  # type: ignore[attr-defined]
+
     def test_disable_switches_all_outputs_off(self) -> None:
         supply = self.open()
         supply["OutputChannel1,OutputChannel2"].output_enabled = True

@@ -195,6 +195,21 @@ TEST_F(SupplyCommands, ReportAMalformedEventStatusWithItsCommand) {
 
 class SupplySequences : public SupplyOverDoubles {};
 
+TEST_F(SupplySequences, ListsRefuseLevelsBeyondTheLimitsOfChannel1AndSendNothing) {
+    const auto vi = Open();
+    TakeWritten();
+    const std::array good{1.0, 1.0};
+    for (const std::array bad : {std::array{1.0, 22.001}, std::array{-0.001, 1.0}}) {
+        EXPECT_EQ(Status(TARNEXSupply_UploadList(vi, 2, bad.data(), good.data(), good.data())), kInvalidParameter);
+        EXPECT_EQ(LastError(vi), (DriverError{kInvalidParameter, kInvalidParameterText}));
+        EXPECT_EQ(Status(TARNEXSupply_UploadList(vi, 2, good.data(), bad.data(), good.data())), kInvalidParameter);
+    }
+    EXPECT_EQ(Status(TARNEXSupply_SetListGroup(vi, 0, 22.001, 1.0, 1.0)), kInvalidParameter);
+    EXPECT_EQ(Status(TARNEXSupply_SetListGroup(vi, 0, 1.0, 5.501, 1.0)), kInvalidParameter);
+    EXPECT_EQ(Status(TARNEXSupply_SetListGroup(vi, 0, 22.0, 5.5, 1.0)), kSuccess);
+    EXPECT_THAT(TakeWritten(), ElementsAre(":LIST:GROUP:PARA 0,22.000000,5.500000,1.000000\n"));
+}
+
 TEST_F(SupplySequences, UploadListReplacesTheListByItsGroups) {
     const auto vi = Open();
     const std::array<ViReal64, 2> volts{1.0, 2.5};

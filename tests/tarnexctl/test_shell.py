@@ -46,7 +46,7 @@ class Resources(Tool):
         another = "the built-in VISA library serves TCPIP...::SOCKET and ASRL...; other kinds need another VISA library"
         neither = (
             "it is neither a resource nor a logical name of the configuration store; resources are for example "
-            "TCPIP0::192.168.1.20::5025::SOCKET, 192.168.1.20:5025, ASRL/dev/ttyUSB0::INSTR and /dev/ttyUSB0"
+            "TCPIP0::192.168.1.20::5025::SOCKET, 192.168.1.20, HOST:5025, ASRL/dev/ttyUSB0::INSTR and /dev/ttyUSB0"
         )
         for given, opened, why in (
             ("127.0.0.1:1", "TCPIP0::127.0.0.1::1::SOCKET", "127.0.0.1 refuses connections at port 1"),
@@ -56,6 +56,10 @@ class Resources(Tool):
             ("USB0::1::2::SN::INSTR", "USB0::1::2::SN::INSTR", another),
             ("TCPIP0::127.0.0.1::hislip0::INSTR", "TCPIP0::127.0.0.1::hislip0::INSTR", another),
             ("Supply1", "Supply1", neither),
+            ("127.0.0.1:65536", "127.0.0.1:65536", neither),
+            ("127.0.0.1:0", "127.0.0.1:0", neither),
+            ("127.0.0.1:1:1", "127.0.0.1:1:1", neither),
+            ("[::1", "[::1", neither),
         ):
             with self.subTest(given):
                 ran = run("identify", "-r", given)
@@ -67,6 +71,28 @@ class Resources(Tool):
                     )
                 else:
                     self.assertTrue(ran.err.endswith(f" ({why})\n"), ran.err)
+
+    def test_a_failure_to_open_explains_what_the_configuration_store_names(self) -> None:
+        store = self.folder() / "store.xml"
+        text = (SOURCES.parent.parent / "examples" / "IviConfigurationStore.xml").read_text(encoding="utf-8")
+        text, count = re.subn(
+            r"<IOResourceDescriptor>[^<]*</", "<IOResourceDescriptor>TCPIP0::127.0.0.1::1::SOCKET</", text
+        )
+        self.assertGreater(count, 0)
+        store.write_text(text, encoding="utf-8")
+        resource = self.supply()  # answers, but the store names another one
+        done = subprocess.run(
+            [TOOL, "-r", resource, "identify"],
+            env={**ENVIRONMENT, "IVI_CONFIG_STORE": str(store)},
+            capture_output=True,
+            text=True,
+            timeout=60,
+            check=False,
+        )
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        start = f"tarnexctl: opening {resource} as TCPIP0::127.0.0.1::1::SOCKET: 0xBFFA4214: I/O error."
+        self.assertTrue(done.stderr.startswith(start), done.stderr)
+        self.assertTrue(done.stderr.endswith(" (127.0.0.1 refuses connections at port 1)\n"), done.stderr)
 
     def test_the_version_needs_no_supply(self) -> None:
         self.assertEqual(run("--version"), Ran(0, "tarnexctl 1.0.0.0\n", ""))
@@ -177,7 +203,17 @@ class RawCommands(Tool):
             terminal.type("exit\n")
             self.assertEqual(terminal.finish(), 0)
             self.assertIn(reply, terminal.text)
-        self.assertIn("*IDN?", (state / "tarnexctl" / "history").read_text(encoding="ascii").replace("\\040", " "))
+        self.assertIn("*IDN?", (state / "tarnexctl" / "history").read_text(encoding="ascii"))
+
+    def test_console_keeps_its_history_at_ctrl_c(self) -> None:
+        state = self.folder()
+        terminal = OnTerminal(self.resource, "console", state=state)
+        terminal.read_until("> ")
+        terminal.type("*IDN?\n")
+        terminal.read_until(",1.00")
+        terminal.process.send_signal(signal.SIGINT)
+        self.assertEqual(terminal.finish(), -signal.SIGINT)
+        self.assertIn("*IDN?", (state / "tarnexctl" / "history").read_text(encoding="ascii"))
 
 
 class NarrowTerminals(Tool):
@@ -264,6 +300,16 @@ class LostConnections(Tool):
         self.assertRegex(terminal.text, r"\n *\d\.\d  OutputChannel1  -          -          -          -       -\x1b\[K\n")
         self.assertRegex(terminal.text, r"\nno readings since \d\.\d s: (measuring|reading) OutputChannel1: [^\n]*\x1b\[K\n")
 
+    def test_watch_leaves_out_the_readings_that_a_gap_has_missed(self) -> None:
+        resource = self.supply("--fault", "silent@5+1")
+        ran = run(
+            *("watch", "1", "--count", "6", "--interval", "0.05", "--timeout", "0.5", "--json"), resource=resource
+        )
+        times = [json.loads(line)["time"] for line in ran.out.splitlines()]
+        self.assertEqual((ran.code, len(times)), (0, 6))
+        self.assertTrue(all(later - time > 0.01 for time, later in zip(times, times[1:])), times)
+        self.assertTrue(any(later - time > 0.45 for time, later in zip(times, times[1:])), times)
+
     def test_log_notes_the_gap(self) -> None:
         file = self.folder() / "log.csv"
         resource = self.supply("--fault", "silent@4+1")
@@ -320,6 +366,53 @@ class Logs(Tool):
         self.assertEqual(len(added), 2)
         self.expect_line(added[0], self.START, kind="resume")
         self.expect_line(added[1], self.ROW, channel="1")
+
+    def test_resume_refuses_other_files_and_keeps_them(self) -> None:
+        for name, content in (("a.csv", b"binary"), ("b.csv", b"# mine\nx,y\n1,2"), ("c.csv", b"\0" * 100000 + b"\n")):
+            with self.subTest(name):
+                path = self.csv.with_name(name)
+                path.write_bytes(content)
+                ran = run("log", str(path), "--resume", "--count", "1", resource=self.resource)
+                self.assertEqual(ran, Ran(3, "", f"tarnexctl: {path} is not a log of tarnexctl\n"))
+                self.assertEqual(path.read_bytes(), content)
+
+    def test_resume_refuses_another_database_and_keeps_it(self) -> None:
+        path = self.csv.with_suffix(".db")
+        database = sqlite3.connect(path)
+        self.addCleanup(database.close)
+        database.execute("CREATE TABLE run(mine)")
+        database.commit()
+        ran = run("log", str(path), "--resume", "--count", "1", resource=self.resource)
+        self.assertEqual(ran, Ran(3, "", f"tarnexctl: {path} is not a log of tarnexctl\n"))
+        self.assertEqual(database.execute("SELECT name FROM sqlite_schema").fetchall(), [("run",)])
+
+    def test_two_logs_cannot_write_one_csv_file(self) -> None:
+        first = self.start(self.resource, "log", str(self.csv), "1", "--interval", "1000")
+        self.wait_until(lambda: self.csv.exists() and self.csv.read_text(encoding="ascii").count("\n") == 4)
+        error = f"tarnexctl: {self.csv}: another program writes into this log\n"
+        second = run("log", str(self.csv), "2", "--count", "1", "--resume", resource=self.resource)
+        self.assertEqual(second, Ran(3, "", error))
+        first.send_signal(signal.SIGINT)
+        first.communicate(timeout=30)
+        self.quietly(self.resource, "log", str(self.csv), "2", "--count", "1", "--resume")
+
+    def test_a_short_lock_of_another_program_does_not_end_a_database(self) -> None:
+        path = self.csv.with_suffix(".db")
+        self.quietly(self.resource, "log", str(path), "1", "--count", "1")
+        other = sqlite3.connect(path)
+        self.addCleanup(other.close)
+        other.execute("BEGIN IMMEDIATE")
+        log = self.start(self.resource, "log", str(path), "1", "--count", "1", "--resume")
+        time.sleep(0.3)
+        self.assertIsNone(log.poll())
+        other.rollback()
+        self.assertEqual(log.communicate(timeout=30), (b"", b""))
+        self.assertEqual((log.returncode, self.samples(path)), (0, 2))
+
+    def test_a_channel_that_is_given_twice_is_measured_once(self) -> None:
+        path = self.csv.with_suffix(".db")
+        self.quietly(self.resource, "log", str(path), "1", "OutputChannel1", "1,2", "--count", "1")
+        self.assertEqual(self.samples(path), 2)
 
     def test_a_killed_log_keeps_every_line(self) -> None:
         log = self.start(self.resource, "log", str(self.csv), "--interval", "0.001")

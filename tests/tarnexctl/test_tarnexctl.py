@@ -330,6 +330,20 @@ class Sweeps(Tool):
         self.assertEqual(terminal.finish(), 2)
         self.assertIn("3/5  2.000 V\x1b[K\r\x1b[Ktarnexctl: the output went off at 3.000 V", terminal.text)
 
+    def test_an_invalid_sweep_keeps_existing_files(self) -> None:
+        csv, svg = self.file("mine\n"), self.file("mine\n")
+        for arguments in (["--to", "30"], ["--to", "1", "-r", NO_SUPPLY], ["--to", "1", "--step", "0.000001"]):
+            with self.subTest(arguments):
+                ran = run("sweep", "1", *arguments, "--csv", csv, "--plot", svg, resource=self.resource)
+                self.assertIn(ran.code, (1, 2))
+                for path in (csv, svg):
+                    with open(path, encoding="ascii") as file:
+                        self.assertEqual(file.read(), "mine\n")
+
+    def test_json_has_no_traces_of_binary_fractions(self) -> None:
+        ran = run("sweep", "1", "--to", "0.3", "--step", "0.1", "--settle", "0", "--json", resource=self.resource)
+        self.assertEqual([json.loads(line)["set"] for line in ran.out.splitlines()], [0, 0.1, 0.2, 0.3])
+
     def test_invalid_sweeps_fail_with_the_output_off(self) -> None:
         for arguments, code, error in (
             (["1", "--to", "30"], 1, "30 V is beyond the range of OutputChannel1, 0 V to 22 V"),
@@ -401,12 +415,19 @@ class Sequences(Tool):
 
     def test_a_sequence_that_the_instrument_refuses_fails(self) -> None:
         error = 'tarnexctl: the instrument refuses the sequence: -222, Data out of range\n'
-        for command, content in (("list", "23,0.5,1\n"), ("list", "1,0.5,4000\n"), ("delay", "on,4000\n")):
+        for command, content in (("list", "1,0.5,4000\n"), ("delay", "on,4000\n")):
             with self.subTest(content):
                 self.assertEqual(run(command, self.file(content), resource=self.resource), Ran(2, "", error))
 
+    def test_a_list_beyond_the_range_of_its_channel_fails(self) -> None:
+        for content, error in (("1,1,1\n23,0.5,1\n", "23 V is beyond the range of OutputChannel1, 0 V to 22 V"),
+                               ("1,5.6,1\n", "5.6 A is beyond the range of OutputChannel1, 0 A to 5.5 A")):
+            with self.subTest(content):
+                ran = run("list", self.file(content), resource=self.resource)
+                self.assertEqual(ran, Ran(1, "", f"tarnexctl: {error}\n"))
+
     def test_earlier_errors_in_the_queue_do_not_fail_a_sequence(self) -> None:
-        run("list", self.file("23,0.5,1\n23,0.5,1\n"), resource=self.resource)
+        run("list", self.file("1,0.5,4000\n1,0.5,4000\n"), resource=self.resource)
         self.assertEqual(run("list", self.file("1,0.5,0.01\n"), resource=self.resource).code, 0)
 
     def test_invalid_files_fail(self) -> None:
@@ -439,6 +460,7 @@ class WrongArguments(Tool):
             ([], "no command given (see --help)"),
             (["nonsense"], "The following argument was not expected: nonsense (see --help)"),
             (["swep", "1"], "'swep' is not known, did you mean sweep? (see --help)"),
+            (["of", "1"], "'of' is not known, did you mean off? (see --help)"),
             (["sweep", "1", "--too", "3"], "'--too' is not known, did you mean --to? (see --help)"),
             (["get", "--jsn"], "'--jsn' is not known, did you mean --json? (see --help)"),
             (["x" * 100000], "The following argument was not expected: xxxx"),

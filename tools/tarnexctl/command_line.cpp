@@ -20,8 +20,6 @@ namespace tarnexctl {
 
 CommandLine::CommandLine() : interactive_(::_isatty(0) != 0) {}
 
-CommandLine::~CommandLine() = default;
-
 std::optional<std::string> CommandLine::Read(const char* prompt) {
     if (interactive_) {
         std::cout << prompt << std::flush;
@@ -64,12 +62,6 @@ CommandLine::CommandLine() : interactive_(::isatty(STDIN_FILENO) == 1) {
     }
 }
 
-CommandLine::~CommandLine() {
-    if (!historyFile_.empty()) {
-        ::write_history(historyFile_.c_str());
-    }
-}
-
 std::optional<std::string> CommandLine::Read(const char* prompt) {
     if (!interactive_) {
         std::string line;
@@ -82,6 +74,9 @@ std::optional<std::string> CommandLine::Read(const char* prompt) {
     }
     if (line.get()[0] != '\0') {
         ::add_history(line.get());
+        if (!historyFile_.empty()) {
+            ::write_history(historyFile_.c_str()); // now, because Ctrl-C may end the program
+        }
     }
     return line.get();
 }

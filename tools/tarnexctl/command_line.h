@@ -9,13 +9,10 @@ namespace tarnexctl {
 /// Standard input, line by line. On a terminal a line can be edited, and earlier lines come back with the cursor keys,
 /// those of earlier sessions too: they are kept in $XDG_STATE_HOME/tarnexctl/history, else in
 /// ~/.local/state/tarnexctl/history. On Windows the console window has the editing and the history.
+/// A history that cannot be saved is lost without a message.
 class CommandLine {
   public:
     CommandLine();
-    CommandLine(const CommandLine&) = delete;
-    CommandLine& operator=(const CommandLine&) = delete;
-    /// Saves the history. A history that cannot be saved is lost without a message.
-    ~CommandLine();
 
     /// Returns whether standard input is a terminal.
     [[nodiscard]] bool IsInteractive() const { return interactive_; }

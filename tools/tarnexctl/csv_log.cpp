@@ -1,7 +1,12 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
+
+#ifndef _WIN32
+#include <sys/file.h>
+#endif
 
 #include "tools/tarnexctl/log_sink.h"
 #include "tools/tarnexctl/number_text.h"
@@ -32,7 +37,10 @@ std::string Quoted(const std::string& text) {
     return quoted + '"';
 }
 
-/// Returns the size of the file without an incomplete last line, which the end of a process can leave.
+constexpr std::string_view kColumns = "time,monotonic_s,channel,voltage_V,current_A,power_W,output,mode,event,text\n";
+
+/// Returns the size of an existing log without an incomplete last line, which the end of a process can leave.
+/// On failure: throws Failure, also for a file that is not a log.
 std::uintmax_t SizeOfWholeLines(const std::string& path) {
     const File file(std::fopen(path.c_str(), "rb"));
     if (!file) {
@@ -40,12 +48,35 @@ std::uintmax_t SizeOfWholeLines(const std::string& path) {
     }
     std::uintmax_t size = 0;
     std::uintmax_t whole = 0;
+    std::string head; // the first two lines: a comment and the columns
+    int lines = 0;
+    constexpr std::size_t kLongestHead = 4096;
     for (int c = std::getc(file.get()); c != EOF; c = std::getc(file.get())) {
         ++size;
-        whole = c == '\n' ? size : whole;
+        if (lines < 2 && head.size() < kLongestHead) {
+            head += static_cast<char>(c);
+        }
+        if (c == '\n') {
+            ++lines;
+            whole = size;
+        }
+    }
+    if (size != 0 && !(head.starts_with("# ") && head.ends_with(kColumns))) {
+        throw Failure(ExitCode::FileFailed, path + " is not a log of tarnexctl");
     }
     return whole;
 }
+
+#ifndef _WIN32
+/// Keeps other logs out of the file until it is closed.
+void Reserve(const std::string& path, std::FILE* file) {
+    if (::flock(::fileno(file), LOCK_EX | LOCK_NB) != 0) {
+        throw Failure(ExitCode::FileFailed, path + ": another program writes into this log");
+    }
+}
+#else
+void Reserve(const std::string& /*path*/, std::FILE* /*file*/) {} // the share mode of fopen is the system's
+#endif
 
 class CsvLog final : public LogSink {
   public:
@@ -89,25 +120,21 @@ class CsvLog final : public LogSink {
 } // namespace
 
 std::unique_ptr<LogSink> OpenCsvLog(const std::string& path, const LogHead& head, const Moment& now) {
-    std::error_code error;
-    const bool exists = fs::exists(path, error);
-    std::uintmax_t size = 0;
-    if (exists) {
-        size = SizeOfWholeLines(path);
-        fs::resize_file(path, size, error);
-        if (error) {
-            throw Failure(ExitCode::FileFailed, path + " cannot be written: " + error.message());
-        }
-    }
-    File file(std::fopen(path.c_str(), exists ? "ab" : "wbx"));
+    File file(std::fopen(path.c_str(), "ab"));
     if (!file) {
         throw CannotWrite(path);
+    }
+    Reserve(path, file.get());
+    const auto size = SizeOfWholeLines(path);
+    std::error_code error;
+    fs::resize_file(path, size, error);
+    if (error) {
+        throw Failure(ExitCode::FileFailed, path + " cannot be written: " + error.message());
     }
     auto log = std::make_unique<CsvLog>(path, std::move(file), size);
     if (size == 0) {
         log->Write("# " + Printable(head.title) + ", " + UtcText(now.utcMicroseconds) + ", every " +
-                   Plain(head.interval) + " s\n" +
-                   "time,monotonic_s,channel,voltage_V,current_A,power_W,output,mode,event,text\n");
+                   Plain(head.interval) + " s\n" + std::string(kColumns));
     }
     return log;
 }

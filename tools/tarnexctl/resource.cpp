@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/tarnexctl/number_text.h"
+
 #ifndef _WIN32
 #include <fcntl.h>
 #include <netdb.h>
@@ -27,8 +29,9 @@ namespace {
 constexpr std::string_view kSeparator = "::";
 constexpr auto kUsualPort = "5025"; // registered for SCPI over TCP
 
-bool IsNumber(std::string_view text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
+bool IsPort(const std::string& text) {
+    const auto number = ParseNumber(text);
+    return number && *number >= 1.0 && *number <= 65535.0 && text.find_first_not_of("0123456789") == std::string::npos;
 }
 
 std::string SocketResource(const std::string& host, const std::string& port) {
@@ -160,14 +163,14 @@ std::string CompleteResource(const std::string& given) {
     if (!bracketed && given.find(kSeparator) != std::string::npos) {
         return given;
     }
-    const auto colon = bracketed ? given.find(':', std::min(given.find(']'), given.size())) : given.find(':');
-    if (colon != std::string::npos && IsNumber(given.substr(colon + 1))) {
-        return SocketResource(given.substr(0, colon), given.substr(colon + 1));
+    const auto hostEnd = bracketed ? given.find(']') : 0;
+    const auto colon = hostEnd == std::string::npos ? hostEnd : given.find(':', hostEnd);
+    if (colon != std::string::npos) {
+        const auto port = given.substr(colon + 1);
+        return IsPort(port) ? SocketResource(given.substr(0, colon), port) : given;
     }
-    if (bracketed || given.find('.') != std::string::npos || given == "localhost") {
-        return SocketResource(given, kUsualPort);
-    }
-    return given;
+    const bool isHost = bracketed ? given.ends_with(']') : given.find('.') != std::string::npos || given == "localhost";
+    return isHost ? SocketResource(given, kUsualPort) : given;
 }
 
 std::string ExplainFailure(const std::string& resource, double seconds) {
@@ -182,13 +185,13 @@ std::string ExplainFailure(const std::string& resource, double seconds) {
         return port.starts_with('/') ? ExplainDevice(port) : "";
     }
     for (const auto* const kind : {"TCPIP", "USB", "GPIB", "PXI", "VXI"}) {
-        if (first.starts_with(kind) && parts.size() > 1) {
+        if (first.starts_with(kind) && last == "INSTR") {
             return "the built-in VISA library serves TCPIP...::SOCKET and ASRL...; other kinds need another VISA "
                    "library";
         }
     }
     return "it is neither a resource nor a logical name of the configuration store; resources are for example "
-           "TCPIP0::192.168.1.20::5025::SOCKET, 192.168.1.20:5025, ASRL/dev/ttyUSB0::INSTR and /dev/ttyUSB0";
+           "TCPIP0::192.168.1.20::5025::SOCKET, 192.168.1.20, HOST:5025, ASRL/dev/ttyUSB0::INSTR and /dev/ttyUSB0";
 }
 
 } // namespace tarnexctl

@@ -10,8 +10,8 @@ namespace tarnexctl {
 /// characters (C0, DEL, C1) and those that change the direction of writing.
 std::string Printable(std::string_view text);
 
-/// Returns `text` as a JSON string with its quotes, with unsafe characters escaped and U+FFFD in place of each byte that
-/// is not UTF-8.
+/// Returns `text` as a JSON string with its quotes, with unsafe characters escaped and U+FFFD in place of each byte
+/// that is not UTF-8.
 std::string JsonText(std::string_view text);
 
 } // namespace tarnexctl

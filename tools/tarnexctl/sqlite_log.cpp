@@ -8,6 +8,8 @@ namespace tarnexctl {
 
 namespace {
 
+constexpr int kBusyMilliseconds = 10000; // other programs may hold the database for a moment
+
 constexpr auto kSchema = R"(
 CREATE TABLE IF NOT EXISTS run(id INTEGER PRIMARY KEY, start_us INTEGER NOT NULL, title TEXT NOT NULL,
                                interval_s REAL NOT NULL) STRICT;
@@ -115,8 +117,23 @@ std::unique_ptr<LogSink> OpenSqliteLog(const std::string& path, const LogHead& h
     sqlite3* opened = nullptr;
     const int result = ::sqlite3_open(path.c_str(), &opened);
     Database database(opened, &::sqlite3_close);
+    ::sqlite3_busy_timeout(opened, kBusyMilliseconds);
+    // A log has the version of its schema, and an empty database has nothing.
+    std::string answer;
+    const auto ask = [](void* into, int /*columns*/, char** values, char** /*names*/) {
+        *static_cast<std::string*>(into) += values[0];
+        return 0;
+    };
+    const bool read =
+        result == SQLITE_OK && ::sqlite3_exec(opened,
+                                              "SELECT user_version || ' ' || (SELECT count(*) FROM sqlite_schema) "
+                                              "FROM pragma_user_version",
+                                              ask, &answer, nullptr) == SQLITE_OK;
+    if (read && answer != "0 0" && !answer.starts_with("1 ")) {
+        throw Failure(ExitCode::FileFailed, path + " is not a log of tarnexctl");
+    }
     // A commit reaches the disk before it returns (FULL), and readers of the file do not stop it (WAL).
-    if (result != SQLITE_OK ||
+    if (!read ||
         ::sqlite3_exec(opened, "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;", nullptr, nullptr, nullptr) !=
             SQLITE_OK ||
         ::sqlite3_exec(opened, kSchema, nullptr, nullptr, nullptr) != SQLITE_OK) {

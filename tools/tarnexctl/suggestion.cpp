@@ -33,7 +33,7 @@ std::string Suggestion(std::string_view word, const std::vector<std::string>& kn
     std::size_t least = most + 1;
     for (const auto& candidate : known) {
         const auto distance = word.size() > kLongestWord ? least : Distance(word, candidate);
-        if (distance < least) {
+        if (distance < least || (distance == least && best != nullptr && candidate.starts_with(word))) {
             least = distance;
             best = &candidate;
         }

@@ -7,7 +7,8 @@
 
 namespace tarnexctl {
 
-/// Returns the known word that differs from `word` in the fewest letters, or an empty text when none is close.
+/// Returns the known word that differs from `word` in the fewest letters, of several one that begins with `word`; an
+/// empty text when none is close.
 std::string Suggestion(std::string_view word, const std::vector<std::string>& known);
 
 } // namespace tarnexctl

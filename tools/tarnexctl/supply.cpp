@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <iostream>
+#include <span>
 
 #include "tools/tarnexctl/number_text.h"
 #include "tools/tarnexctl/resource.h"
@@ -51,6 +52,19 @@ void _VI_FUNC PrintTrace(void* /*context*/, ViReal64 seconds, ViBoolean sent, Vi
                      (status < 0 ? " [" + StatusText(status) + ']' : "") + '\n';
 }
 
+/// Returns the resource that the configuration store has for that of the options; empty when it has none. Needs no
+/// supply: a simulated session finds its settings in the same way.
+std::string MappedResource(const CommonOptions& common) {
+    ViSession session = VI_NULL;
+    std::array<ViChar, kTextSize> text{};
+    if (TARNEXSupply_Open(common.resource.c_str(), "Simulate=1", 0, &session) >= VI_SUCCESS) {
+        TARNEX_GetAttributeViString(session, "", TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR, static_cast<ViInt32>(text.size()),
+                                    text.data());
+        TARNEXSupply_Close(session);
+    }
+    return text.data();
+}
+
 } // namespace
 
 Supply::Supply(const CommonOptions& common) {
@@ -58,8 +72,11 @@ Supply::Supply(const CommonOptions& common) {
         TARNEXSupply_Open(common.resource.c_str(), common.options.c_str(), ToMilliseconds(common.timeout), &session_);
     if (status == TARNEX_ERROR_IO) {
         const auto description = Description(status); // before anything can replace the error record
-        const auto why = ExplainFailure(common.resource, common.timeout);
-        throw StatusFailure("opening " + common.resource, status, description + (why.empty() ? "" : " (" + why + ')'));
+        const auto mapped = MappedResource(common);
+        const auto& tried = mapped.empty() ? common.resource : mapped;
+        const auto why = ExplainFailure(tried, common.timeout);
+        throw StatusFailure("opening " + common.resource + (tried == common.resource ? "" : " as " + tried), status,
+                            description + (why.empty() ? "" : " (" + why + ')'));
     }
     Check(status, "opening " + common.resource);
     if (common.trace) {
@@ -95,7 +112,11 @@ std::vector<std::string> Supply::Channels(const std::vector<std::string>& given)
         Check(TARNEXSupply_ResolveChannels(session_, Selector(element).c_str(), TARNEXSUPPLY_CHANNEL_COUNT,
                                            selected.data(), &count),
               "channel '" + element + "'");
-        numbers.insert(numbers.end(), selected.begin(), selected.begin() + count);
+        for (const auto number : std::span(selected).first(static_cast<std::size_t>(count))) {
+            if (std::find(numbers.begin(), numbers.end(), number) == numbers.end()) {
+                numbers.push_back(number);
+            }
+        }
     }
     for (ViInt32 number = 1; given.empty() && number <= TARNEXSUPPLY_CHANNEL_COUNT; ++number) {
         numbers.push_back(number);

@@ -24,8 +24,8 @@ class Supply {
 
     [[nodiscard]] ViSession Handle() const { return session_; }
 
-    /// Returns the physical names of the channels that `given` selects, in its order; those of all channels when it is
-    /// empty. An element is a channel number, a list of numbers ("1,2"), or a selector of the driver.
+    /// Returns the physical names of the channels that `given` selects, in its order, each once; those of all channels
+    /// when it is empty. An element is a channel number, a list of numbers ("1,2"), or a selector of the driver.
     [[nodiscard]] std::vector<std::string> Channels(const std::vector<std::string>& given) const;
     /// Returns the physical name of exactly one channel.
     [[nodiscard]] std::string Channel(const std::string& given) const;

@@ -25,6 +25,11 @@ ExitCode Run(const SequenceOptions& options, const CommonOptions& common, Consol
         cycleTime += groups.back().seconds;
     }
     const Supply supply(common);
+    const auto channel = supply.Channel("1"); // list mode drives this channel only
+    for (const auto& group : groups) {
+        supply.CheckVolts(channel, group.volts);
+        supply.CheckAmperes(channel, group.amperes);
+    }
 
     Sequence sequence{.groups = groups.size(), .seconds = cycleTime};
     sequence.clear = [&] { supply.Call(kUploading, &TARNEXSupply_ClearListGroups); };

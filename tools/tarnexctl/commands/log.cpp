@@ -1,5 +1,4 @@
 #include <chrono>
-#include <cmath>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -11,6 +10,7 @@
 #include "tools/tarnexctl/log_sink.h"
 #include "tools/tarnexctl/number_text.h"
 #include "tools/tarnexctl/outage.h"
+#include "tools/tarnexctl/schedule.h"
 
 namespace tarnexctl {
 
@@ -41,8 +41,9 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
     log->Event(now(), options.resume ? "resume" : "start", head.title);
     Outage outage;
     std::int64_t taken = 0;
-    for (double next = 0.0; options.count == 0 || taken < options.count; ++taken) {
-        if (!Wait(next - now().seconds)) {
+    Schedule schedule(options.interval);
+    for (; options.count == 0 || taken < options.count; ++taken) {
+        if (!Wait(schedule.Next(now().seconds) - now().seconds)) {
             break;
         }
         const auto moment = now();
@@ -63,9 +64,6 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
         console.ShowProgress(options.count == 0 ? 0.0 : static_cast<double>(taken + 1) / options.count,
                              std::to_string(taken + 1) + " readings, " + Fixed(now().seconds, 0) + " s" +
                                  (outage.Text().empty() ? "" : "; " + outage.Text()));
-        // Readings that a slow exchange has missed are left out.
-        next = options.interval *
-               std::max(std::floor(now().seconds / options.interval) + 1.0, std::round(next / options.interval) + 1.0);
     }
     return ExitCode::Done;
 }

@@ -40,6 +40,9 @@ struct Point {
     bool limited;   ///< in constant current
 };
 
+/// Removes what binary fractions leave behind: 0.30000000000000004.
+double RoundedTo9Digits(double value) { return std::round(value * 1e9) / 1e9; }
+
 /// Returns the voltages of the sweep. The last one is `to`, also when the last step is shorter than the others.
 std::vector<double> Levels(const Options& options) {
     constexpr double kMaxPoints = 100000.0;
@@ -52,7 +55,7 @@ std::vector<double> Levels(const Options& options) {
     std::vector<double> levels;
     const auto [lowest, highest] = std::minmax(options.from, options.to);
     for (int i = 0; i <= static_cast<int>(steps); ++i) {
-        levels.push_back(std::clamp(options.from + i * step, lowest, highest));
+        levels.push_back(std::clamp(RoundedTo9Digits(options.from + i * step), lowest, highest));
     }
     if (std::abs(levels.back() - options.to) > kTolerance * options.step) {
         levels.push_back(options.to);
@@ -145,14 +148,6 @@ std::string Draw(const std::vector<Point>& points, const std::string& title, dou
 ExitCode Run(const Options& options, const CommonOptions& common, Console& console) {
     CatchInterrupts();
     SurviveBrokenPipes();
-    std::ofstream plot;
-    if (!options.plot.empty()) {
-        plot.open(options.plot, std::ios::binary | std::ios::trunc);
-        if (!plot) {
-            throw Failure(ExitCode::FileFailed, options.plot + " cannot be written");
-        }
-    }
-    PointWriter writer(options, common, console);
     const Supply supply(common);
     const auto name = supply.Channel(options.channel);
     const char* const channel = name.c_str();
@@ -161,6 +156,15 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
     supply.CheckAmperes(name, options.limit.value_or(0.0));
     const auto levels = Levels(options);
 
+    // The files come after all that can be refused, because opening them empties existing ones.
+    std::ofstream plot;
+    if (!options.plot.empty()) {
+        plot.open(options.plot, std::ios::binary | std::ios::trunc);
+        if (!plot) {
+            throw Failure(ExitCode::FileFailed, options.plot + " cannot be written");
+        }
+    }
+    PointWriter writer(options, common, console);
     supply.Call("setting the voltage", &TARNEXSupply_SetVoltage, channel, levels.front());
     if (options.limit) {
         supply.Call("setting the current limit", &TARNEXSupply_SetCurrent, channel, *options.limit);

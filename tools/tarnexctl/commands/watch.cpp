@@ -13,6 +13,7 @@
 #include "tools/tarnexctl/outage.h"
 #include "tools/tarnexctl/readings.h"
 #include "tools/tarnexctl/safe_text.h"
+#include "tools/tarnexctl/schedule.h"
 
 namespace tarnexctl {
 
@@ -52,7 +53,7 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
     Report report = ReadingsReport();
     TableInPlace table;
     Outage outage;
-    const bool inPlace = !common.json && console.OnTerminal();
+    const bool inPlace = !common.json && !common.trace && console.OnTerminal(); // a trace would tear the table
     const auto tell = [&](const std::string& text) {
         if (!inPlace) {
             std::cerr << "tarnexctl: " + Printable(text) + '\n';
@@ -63,9 +64,9 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
         const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
         return static_cast<double>(passed.count()) / 1000.0;
     };
+    Schedule schedule(options.interval);
     for (int taken = 0; !Interrupted() && (options.count == 0 || taken < options.count); ++taken) {
-        // Each time counts from the start, so that the duration of the exchanges does not add up.
-        if (taken > 0 && !Wait(taken * options.interval - elapsed())) {
+        if (!Wait(schedule.Next(elapsed()) - elapsed())) {
             break;
         }
         report.Clear();
