@@ -16,8 +16,8 @@
  *   the channels before it changed.
  * - Switches: VI_FALSE is off, any other value is on; results are VI_TRUE or VI_FALSE.
  * - Values outside a channel's limits, NaN, infinities, unknown enumeration values and negative indexes are
- *   TARNEX_ERROR_INVALID_PARAMETER; nothing is sent to that channel. The limits are not checked in simulation. A null pointer for a
- *   result is TARNEX_ERROR_NULL_POINTER.
+ *   TARNEX_ERROR_INVALID_PARAMETER; nothing is sent to that channel. The limits are not checked in simulation.
+ * - A null pointer for a result is TARNEX_ERROR_NULL_POINTER.
  * - Results are written only on success.
  * - A time-out is TARNEX_ERROR_IO_TIMEOUT, another failed exchange TARNEX_ERROR_IO, and a malformed reply
  *   TARNEX_ERROR_UNEXPECTED_RESPONSE.

@@ -211,11 +211,9 @@ class Supply:
     def __contains__(self, item: object) -> bool:
         if isinstance(item, Channel):
             return item.supply is self
-        if not isinstance(item, (int, str)) or isinstance(item, bool):
-            return False
         try:
-            self._number_of(item)
-        except (ChannelError, ValueError):
+            self._number_of(item)  # type: ignore[arg-type]
+        except (ChannelError, TypeError, ValueError):
             return False
         return True
 

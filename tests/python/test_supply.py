@@ -581,6 +581,9 @@ class Sequences(Open):
         self.assertEqual(self.channel.voltage, 2)
         with self.assertRaises(TypeError):
             self.channel.output_enabled = numpy.bool_(True)
+        self.assertEqual(self.supply[numpy.int64(2)].name, "OutputChannel2")
+        self.assertIn(numpy.int64(2), self.supply)
+        self.assertNotIn(numpy.float64(2), self.supply)
 
 
 class Threads(Open):
