@@ -27,11 +27,11 @@ struct CommonOptions {
 using Action = std::function<ExitCode(const CommonOptions& common, Console& console)>;
 
 struct Command {
-    const char* name;
-    const char* help; ///< one line of --help
+    const char* name = nullptr;
+    const char* help = nullptr; ///< one line of --help
 
     /// Declares the command's own arguments on `app`. The returned action owns the values that they are parsed into.
-    Action (*declare)(CLI::App& app);
+    Action (*declare)(CLI::App& app) = nullptr;
 
     bool needsSupply = true; ///< false: --resource is not required
 };

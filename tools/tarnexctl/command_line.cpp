@@ -78,7 +78,7 @@ std::optional<std::string> CommandLine::Read(const char* prompt) {
             ::write_history(historyFile_.c_str()); // now, because Ctrl-C may end the program
         }
     }
-    return line.get();
+    return std::string(line.get());
 }
 
 #endif

@@ -24,8 +24,8 @@ struct Close {
 };
 using File = std::unique_ptr<std::FILE, Close>;
 
-Failure CannotWrite(const std::string& path) {
-    return {ExitCode::FileFailed, path + " cannot be written: " + std::generic_category().message(errno)};
+Failure CannotWrite(const std::string& path, int error) {
+    return {ExitCode::FileFailed, path + " cannot be written: " + std::generic_category().message(error)};
 }
 
 /// Quotes a text as a CSV field.
@@ -98,11 +98,11 @@ class CsvLog final : public LogSink {
 
     void Write(const std::string& lines) {
         if (std::fwrite(lines.data(), 1, lines.size(), file_.get()) != lines.size() || std::fflush(file_.get()) != 0) {
-            const auto failure = CannotWrite(path_);
+            const int error = errno;
             file_.reset();
             std::error_code ignored;
             fs::resize_file(path_, size_, ignored); // without the part that did fit
-            throw failure;
+            throw CannotWrite(path_, error);
         }
         size_ += lines.size();
     }
@@ -122,7 +122,7 @@ class CsvLog final : public LogSink {
 std::unique_ptr<LogSink> OpenCsvLog(const std::string& path, const LogHead& head, const Moment& now) {
     File file(std::fopen(path.c_str(), "ab"));
     if (!file) {
-        throw CannotWrite(path);
+        throw CannotWrite(path, errno);
     }
     Reserve(path, file.get());
     const auto size = SizeOfWholeLines(path);

@@ -62,7 +62,8 @@ std::string Explain(const CLI::Error& wrong, const CLI::App& app) {
             suggestion = Suggestion(word, Known(*app.get_subcommands().front(), word));
         }
         if (!suggestion.empty()) {
-            text = "'" + word + "' is not known, did you mean " + suggestion + '?';
+            text = "'";
+            text.append(word).append("' is not known, did you mean ").append(suggestion) += '?';
         }
     }
     return text + " (see --help)";

@@ -79,9 +79,9 @@ class SqliteLog final : public LogSink {
             added = added && (reading.mode.empty() ? add(nullptr) : add(reading.mode));
         }
         if (!added || !Run("COMMIT")) {
-            const auto failure = Failed();
+            const std::string why = ::sqlite3_errmsg(database_.get());
             Run("ROLLBACK");
-            throw failure;
+            throw Failed(why);
         }
     }
 
@@ -95,13 +95,13 @@ class SqliteLog final : public LogSink {
 
     void Check(bool done) const {
         if (!done) {
-            throw Failed();
+            throw Failed(::sqlite3_errmsg(database_.get()));
         }
     }
 
   private:
-    [[nodiscard]] Failure Failed() const {
-        return {ExitCode::FileFailed, path_ + " cannot be written: " + ::sqlite3_errmsg(database_.get())};
+    [[nodiscard]] Failure Failed(const std::string& why) const {
+        return {ExitCode::FileFailed, path_ + " cannot be written: " + why};
     }
 
     std::string path_;
