@@ -52,6 +52,7 @@ class OnTerminal:
             stdin=inner,
             stdout=inner,
             stderr=inner,
+            start_new_session=True,  # as the job of a shell: a signal to its group does not reach the test
         )
         os.close(inner)
 
