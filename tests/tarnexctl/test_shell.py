@@ -55,7 +55,7 @@ class Resources(Tool):
             ("/dev/null", "ASRL/dev/null::INSTR", "/dev/null is not a serial line"),
             ("USB0::1::2::SN::INSTR", "USB0::1::2::SN::INSTR", another),
             ("TCPIP0::127.0.0.1::hislip0::INSTR", "TCPIP0::127.0.0.1::hislip0::INSTR", another),
-            ("Supply1", "Supply1", neither),
+            ("Supply_1", "Supply_1", neither),
             ("127.0.0.1:65536", "127.0.0.1:65536", neither),
             ("127.0.0.1:0", "127.0.0.1:0", neither),
             ("127.0.0.1:1:1", "127.0.0.1:1:1", neither),
@@ -71,6 +71,14 @@ class Resources(Tool):
                     )
                 else:
                     self.assertTrue(ran.err.endswith(f" ({why})\n"), ran.err)
+
+    def test_a_word_that_the_configuration_store_does_not_have_is_a_host(self) -> None:
+        ran = run("identify", "-r", "no-such-supply")
+        self.assertEqual((ran.code, ran.out), (2, ""))
+        self.assertTrue(ran.err.startswith("tarnexctl: opening TCPIP0::no-such-supply::5025::SOCKET: 0xBFFA4214"), ran.err)
+        self.assertRegex(
+            ran.err, r"\((unknown host|the name server does not answer for host) no-such-supply\)\n\Z"
+        )
 
     def test_a_failure_to_open_explains_what_the_configuration_store_names(self) -> None:
         store = self.folder() / "store.xml"
@@ -162,9 +170,12 @@ class RawCommands(Tool):
         ran = run("get", "1", "--trace", resource=self.resource)
         lines = ran.err.splitlines()
         self.assertEqual(ran.code, 0)
-        self.assertRegex(lines[0], r"^ +0\.\d{6} > :OUTP:STAT\? CH1$")
-        self.assertRegex(lines[1], r"^ +0\.\d{6} < OFF$")
-        self.assertTrue(all(re.match(r"^ +\d\.\d{6} [<>] [ -~]+$", line) for line in lines), ran.err)
+        self.assertRegex(lines[0], rf"^ +0\.\d{{6}} opening {re.escape(self.resource)}$")
+        self.assertRegex(lines[1], r"^ +0\.\d{6} > :OUTP:STAT\? CH1$")
+        self.assertRegex(lines[2], r"^ +0\.\d{6} < OFF$")
+        self.assertTrue(all(re.match(r"^ +\d\.\d{6} [<>] [ -~]+$", line) for line in lines[1:]), ran.err)
+        failed = run("identify", "--trace", "-r", "127.0.0.1:1").err.splitlines()[0]
+        self.assertRegex(failed, r"^ +0\.\d{6} opening TCPIP0::127\.0\.0\.1::1::SOCKET \[0xBFFA4214\]$")
 
     def test_console_reads_commands_from_a_pipe(self) -> None:
         done = subprocess.run(

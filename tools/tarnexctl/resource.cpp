@@ -173,6 +173,12 @@ std::string CompleteResource(const std::string& given) {
     return isHost ? SocketResource(given, kUsualPort) : given;
 }
 
+std::string HostResource(const std::string& given) {
+    const bool isWord =
+        std::all_of(given.begin(), given.end(), [](unsigned char c) { return std::isalnum(c) != 0 || c == '-'; });
+    return isWord && !given.empty() ? SocketResource(given, kUsualPort) : "";
+}
+
 std::string ExplainFailure(const std::string& resource, double seconds) {
     const auto parts = Parts(resource);
     const auto first = ToUpper(parts.front());

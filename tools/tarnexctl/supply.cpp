@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <iostream>
 #include <span>
@@ -41,15 +42,25 @@ void CheckRange(const std::string& channel, double value, double lowest, double 
     }
 }
 
+/// Returns a time in s as the first column of a trace.
+std::string TraceTime(double seconds) {
+    constexpr std::size_t kWidth = 12;
+    const auto time = Fixed(seconds, 6);
+    return std::string(kWidth - std::min(kWidth, time.size()), ' ') + time;
+}
+
 /// Prints a command or a reply on standard error: "    0.001234 > :OUTP:STAT? CH1".
 void _VI_FUNC PrintTrace(void* /*context*/, ViReal64 seconds, ViBoolean sent, ViStatus status, const ViChar* text,
                          ViInt32 size) {
     std::string_view line(text, static_cast<std::size_t>(size));
     line = line.substr(0, line.find_last_not_of("\r\n") + 1);
-    auto time = Fixed(seconds, 6);
-    time.insert(0, time.size() < 12 ? 12 - time.size() : 0, ' ');
-    std::cerr << time + (sent == VI_FALSE ? " < " : " > ") + Printable(line) +
+    std::cerr << TraceTime(seconds) + (sent == VI_FALSE ? " < " : " > ") + Printable(line) +
                      (status < 0 ? " [" + StatusText(status) + ']' : "") + '\n';
+}
+
+Failure CannotOpen(const std::string& resource, ViStatus status, const std::string& description,
+                   const std::string& why) {
+    return StatusFailure("opening " + resource, status, description + (why.empty() ? "" : " (" + why + ')'));
 }
 
 /// Returns the resource that the configuration store has for that of the options; empty when it has none. Needs no
@@ -68,25 +79,45 @@ std::string MappedResource(const CommonOptions& common) {
 } // namespace
 
 Supply::Supply(const CommonOptions& common) {
-    const auto status =
-        TARNEXSupply_Open(common.resource.c_str(), common.options.c_str(), ToMilliseconds(common.timeout), &session_);
+    auto resource = common.resource;
+    auto status = Open(common, resource);
     if (status == TARNEX_ERROR_IO) {
-        const auto description = Description(status); // before anything can replace the error record
+        auto description = Description(status); // before anything can replace the error record
         const auto mapped = MappedResource(common);
-        const auto& tried = mapped.empty() ? common.resource : mapped;
-        const auto why = ExplainFailure(tried, common.timeout);
-        throw StatusFailure("opening " + common.resource + (tried == common.resource ? "" : " as " + tried), status,
-                            description + (why.empty() ? "" : " (" + why + ')'));
+        if (!mapped.empty() && mapped != resource) {
+            throw CannotOpen(resource + " as " + mapped, status, description, ExplainFailure(mapped, common.timeout));
+        }
+        if (const auto host = HostResource(resource); !host.empty()) {
+            resource = host;
+            status = Open(common, resource);
+            description = Description(status);
+        }
+        if (status < VI_SUCCESS) {
+            throw CannotOpen(resource, status, description, ExplainFailure(resource, common.timeout));
+        }
     }
-    Check(status, "opening " + common.resource);
+    Check(status, "opening " + resource);
     if (common.trace) {
         Call("starting the trace", &TARNEXSupply_Trace, &PrintTrace, nullptr);
     }
     const auto opened = Text(TARNEX_ATTR_IO_RESOURCE_DESCRIPTOR);
-    if (opened != common.resource) {
-        std::cerr << "tarnexctl: the configuration store maps " + Printable(common.resource) + " to " +
-                         Printable(opened) + '\n';
+    if (opened != resource) {
+        std::cerr << "tarnexctl: the configuration store maps " + Printable(resource) + " to " + Printable(opened) +
+                         '\n';
     }
+}
+
+ViStatus Supply::Open(const CommonOptions& common, const std::string& resource) {
+    using Clock = std::chrono::steady_clock;
+    const auto start = Clock::now();
+    const auto status =
+        TARNEXSupply_Open(resource.c_str(), common.options.c_str(), ToMilliseconds(common.timeout), &session_);
+    if (common.trace) { // the session reports its exchanges from now on, not those of its opening
+        const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+        std::cerr << TraceTime(seconds) + " opening " + Printable(resource) +
+                         (status < 0 ? " [" + StatusText(status) + ']' : "") + '\n';
+    }
+    return status;
 }
 
 std::string Supply::Description(ViStatus status) const {

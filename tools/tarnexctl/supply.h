@@ -86,6 +86,8 @@ class Supply {
         ViReal64 minAmperes;
         ViReal64 maxAmperes;
     };
+    /// Opens the session, and prints how long it took if there is a trace.
+    ViStatus Open(const CommonOptions& common, const std::string& resource);
     [[nodiscard]] Limits LimitsOf(const std::string& channel) const;
     /// Returns the description of the latest failure.
     [[nodiscard]] std::string Description(ViStatus status) const;
