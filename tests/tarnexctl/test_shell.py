@@ -5,6 +5,7 @@ import os
 import pathlib
 import re
 import signal
+import socket
 import sqlite3
 import subprocess
 import time
@@ -326,7 +327,7 @@ class LostConnections(Tool):
         resource = self.supply("--fault", "silent@4+1")
         self.quietly(resource, "log", str(file), "1", "--count", "4", "--interval", "0.01", "--timeout", "0.2")
         events = [line.split(",")[8:10] for line in file.read_text(encoding="ascii").splitlines()[2:]]
-        self.assertEqual([kind for kind, _ in events if kind], ["start", "gap", "back"])
+        self.assertEqual([kind for kind, _ in events if kind], ["start", "gap", "back", "end"])
         self.assertRegex(dict(events)["gap"], r'^"(measuring|reading) OutputChannel1: 0xBFFA4215: I/O timeout error')
 
 
@@ -346,7 +347,8 @@ class Logs(Tool):
     def test_csv_has_a_head_and_a_row_for_each_channel(self) -> None:
         self.quietly(self.resource, "log", str(self.csv), "--count", "2", "--interval", "0.05")
         lines = self.csv.read_text(encoding="ascii").splitlines()
-        self.assertEqual(len(lines), 7)
+        self.assertEqual(len(lines), 8)
+        self.expect_line(lines[7], r'{utc},\d+\.\d{{3}},,,,,,,end,""')
         self.expect_line(lines[0], r"# Keltor Technology TX4410 SN00000001, {resource}, {utc}, every 0\.05 s")
         self.assertEqual(lines[1], "time,monotonic_s,channel,voltage_V,current_A,power_W,output,mode,event,text")
         self.expect_line(lines[2], self.START, kind="start")
@@ -374,7 +376,7 @@ class Logs(Tool):
         text = self.csv.read_text(encoding="ascii")
         self.assertTrue(text.startswith(whole))
         added = text[len(whole) :].splitlines()
-        self.assertEqual(len(added), 2)
+        self.assertEqual(len(added), 3)
         self.expect_line(added[0], self.START, kind="resume")
         self.expect_line(added[1], self.ROW, channel="1")
 
@@ -468,8 +470,11 @@ class Logs(Tool):
         self.assertEqual(
             database.execute("SELECT run, kind, text FROM event").fetchall(), [(1, "start", title), (2, "resume", title)]
         )
-        starts = [start for (start,) in database.execute("SELECT start_us FROM run")]
-        self.assertTrue(all(abs(start / 1e6 - time.time()) < 60 for start in starts), starts)
+        for start, end in database.execute("SELECT start_us, end_us FROM run"):
+            self.assertLess(abs(start / 1e6 - time.time()), 60)
+            self.assertTrue(start <= end < start + 60e6, (start, end))
+        origins = database.execute("SELECT DISTINCT host, version FROM run").fetchall()
+        self.assertEqual(origins, [(socket.gethostname(), "1.0.0.0")])
 
     def test_a_killed_database_is_whole(self) -> None:
         path = self.csv.with_suffix(".db")
@@ -482,6 +487,8 @@ class Logs(Tool):
         self.assertEqual(self.samples(path), before + 1)
         database = sqlite3.connect(path)
         self.addCleanup(database.close)
+        ended = [end is not None for (end,) in database.execute("SELECT end_us FROM run ORDER BY id")]
+        self.assertEqual(ended, [False, True])
         self.assertEqual(database.execute("PRAGMA integrity_check").fetchall(), [("ok",)])
 
     def samples(self, path: pathlib.Path) -> int:

@@ -96,6 +96,8 @@ class CsvLog final : public LogSink {
         Write(Times(moment) + ",,,,,," + kind + ',' + Quoted(text) + '\n');
     }
 
+    void End(const Moment& moment) override { Event(moment, "end", ""); }
+
     void Write(const std::string& lines) {
         if (std::fwrite(lines.data(), 1, lines.size(), file_.get()) != lines.size() || std::fflush(file_.get()) != 0) {
             const int error = errno;

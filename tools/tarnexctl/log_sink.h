@@ -33,9 +33,14 @@ class LogSink {
     /// On failure: throws Failure with ExitCode::FileFailed; the earlier readings stay in the file.
     virtual void Add(const Moment& moment, const std::vector<Reading>& readings) = 0;
 
-    /// Adds something that is not a reading: kind "start", "resume", "gap" or "back", and a text.
+    /// Adds something that is not a reading: kind "start", "resume", "gap", "back" or "end", and a
+    /// text.
     /// On failure: as Add.
     virtual void Event(const Moment& moment, const std::string& kind, const std::string& text) = 0;
+
+    /// Notes that the log ended as its user wanted; a log without this was cut off.
+    /// On failure: as Add.
+    virtual void End(const Moment& moment) = 0;
 };
 
 /// Opens a log: an SQLite database when the name ends with .db, .sqlite or .sqlite3, else CSV. `resume` adds to an

@@ -1,5 +1,9 @@
 #include <sqlite3.h>
 
+#include <unistd.h>
+
+#include <array>
+#include <climits>
 #include <cstddef>
 
 #include "tools/tarnexctl/log_sink.h"
@@ -11,8 +15,8 @@ namespace {
 constexpr int kBusyMilliseconds = 10000; // other programs may hold the database for a moment
 
 constexpr auto kSchema = R"(
-CREATE TABLE IF NOT EXISTS run(id INTEGER PRIMARY KEY, start_us INTEGER NOT NULL, title TEXT NOT NULL,
-                               interval_s REAL NOT NULL) STRICT;
+CREATE TABLE IF NOT EXISTS run(id INTEGER PRIMARY KEY, start_us INTEGER NOT NULL, end_us INTEGER, host TEXT NOT NULL,
+                               version TEXT NOT NULL, title TEXT NOT NULL, interval_s REAL NOT NULL) STRICT;
 CREATE TABLE IF NOT EXISTS sample(run INTEGER NOT NULL REFERENCES run, time_us INTEGER NOT NULL,
                                   monotonic_s REAL NOT NULL, channel TEXT NOT NULL, voltage REAL NOT NULL,
                                   current REAL NOT NULL, power REAL NOT NULL, output INTEGER NOT NULL, mode TEXT,
@@ -54,6 +58,12 @@ class Statement {
     std::unique_ptr<sqlite3_stmt, decltype(&::sqlite3_finalize)> statement_;
 };
 
+/// Returns the name of this computer.
+std::string HostName() {
+    std::array<char, HOST_NAME_MAX + 1> name{};
+    return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
 class SqliteLog final : public LogSink {
   public:
     /// The database must have the schema.
@@ -63,8 +73,9 @@ class SqliteLog final : public LogSink {
           event_(database_.get(), "INSERT INTO event VALUES(?, ?, ?, ?, ?)") {}
 
     void StartRun(const LogHead& head, const Moment& now) {
-        Statement run(database_.get(), "INSERT INTO run(start_us, title, interval_s) VALUES(?, ?, ?)");
-        Check(run.Execute(now.utcMicroseconds, head.title, head.interval));
+        Statement run(database_.get(),
+                      "INSERT INTO run(start_us, host, version, title, interval_s) VALUES(?, ?, ?, ?, ?)");
+        Check(run.Execute(now.utcMicroseconds, HostName(), std::string(TARNEX_VERSION), head.title, head.interval));
         run_ = ::sqlite3_last_insert_rowid(database_.get());
     }
 
@@ -87,6 +98,11 @@ class SqliteLog final : public LogSink {
 
     void Event(const Moment& moment, const std::string& kind, const std::string& text) override {
         Check(event_.Execute(run_, moment.utcMicroseconds, moment.seconds, kind, text));
+    }
+
+    void End(const Moment& moment) override {
+        Statement run(database_.get(), "UPDATE run SET end_us = ? WHERE id = ?");
+        Check(run.Execute(moment.utcMicroseconds, run_));
     }
 
     bool Run(const char* commands) {

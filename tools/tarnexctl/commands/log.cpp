@@ -65,6 +65,7 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
                              std::to_string(taken + 1) + " readings, " + Fixed(now().seconds, 0) + " s" +
                                  (outage.Text().empty() ? "" : "; " + outage.Text()));
     }
+    log->End(now());
     return ExitCode::Done;
 }
 
