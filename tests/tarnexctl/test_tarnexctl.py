@@ -303,6 +303,36 @@ class Sweeps(Tool):
         curves = ElementTree.parse(svg).getroot().findall("{http://www.w3.org/2000/svg}polyline")
         self.assertEqual([len(curve.attrib["points"].split()) for curve in curves], [len(lines) - 2] * 3)
 
+    def test_every_signal_that_ends_a_process_switches_off_first(self) -> None:
+        for number in (
+            *(signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT, signal.SIGALRM, signal.SIGUSR1),
+            *(signal.SIGUSR2, signal.SIGXCPU, signal.SIGXFSZ, signal.SIGPOLL, signal.SIGVTALRM, signal.SIGPROF),
+        ):
+            with self.subTest(number):
+                sweep = self.start(self.resource, "sweep", "1", "--to", "20", "--step", "0.001", "--csv", "/dev/null")
+                self.wait_until(lambda: self.output_enabled(self.resource))
+                sweep.send_signal(number)
+                self.assertEqual(sweep.communicate(timeout=30), (b"", b""))
+                self.assertEqual(sweep.returncode, 130)
+                self.assertFalse(self.output_enabled(self.resource))
+
+    def test_an_ignored_signal_stays_ignored(self) -> None:
+        script = 'trap "" HUP; exec "$0" "$@"'  # as nohup does
+        sweep = subprocess.Popen(
+            ["bash", "-c", script, TOOL, "-r", self.resource, "sweep", "1", "--to", "20", "--settle", "1"],
+            env=ENVIRONMENT,
+            stdout=subprocess.DEVNULL,
+        )
+        self.addCleanup(sweep.communicate)
+        self.wait_until(lambda: self.output_enabled(self.resource))
+        sweep.send_signal(signal.SIGHUP)
+        time.sleep(0.3)
+        self.assertTrue(self.output_enabled(self.resource))
+        self.assertIsNone(sweep.poll())
+        sweep.send_signal(signal.SIGTERM)
+        self.assertEqual(sweep.wait(timeout=30), 130)
+        self.assertFalse(self.output_enabled(self.resource))
+
     def test_a_closed_standard_output_ends_the_sweep_with_the_output_off(self) -> None:
         sweep = self.start(self.resource, "sweep", "1", "--to", "20", "--step", "0.001")
         assert sweep.stdout is not None and sweep.stderr is not None

@@ -14,7 +14,7 @@ enum class ExitCode : int {
     SupplyFailed = 2,  ///< the driver or the instrument reported an error, or a reply is malformed
     FileFailed = 3,    ///< a file, or standard output, cannot be read or written
     MayStillBeOn = 4,  ///< an output could not be switched off with certainty
-    Interrupted = 130, ///< by SIGINT, SIGTERM or SIGHUP, in commands other than watch and log
+    Interrupted = 130, ///< by a signal that asks to end, in commands other than watch and log
 };
 
 /// Ends the command; the program prints the text on standard error and then, on a line of its own, the warning.

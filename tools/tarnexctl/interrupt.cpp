@@ -1,6 +1,7 @@
 #include "tools/tarnexctl/interrupt.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -18,10 +19,24 @@ extern "C" void NoteInterrupt(int /*signal*/) { interrupted = true; }
 } // namespace
 
 void CatchInterrupts() {
-    static_cast<void>(std::signal(SIGINT, &NoteInterrupt));
-    static_cast<void>(std::signal(SIGTERM, &NoteInterrupt));
-#ifdef SIGHUP
-    static_cast<void>(std::signal(SIGHUP, &NoteInterrupt));
+#ifdef _WIN32
+    constexpr std::array kSignals{SIGINT, SIGTERM, SIGBREAK};
+    for (const int signal : kSignals) {
+        static_cast<void>(std::signal(signal, &NoteInterrupt));
+    }
+#else
+    // All whose default action ends the process, except those that report a fault of the program itself.
+    constexpr std::array kSignals{SIGINT,  SIGTERM, SIGHUP,  SIGQUIT, SIGALRM,   SIGUSR1,
+                                  SIGUSR2, SIGXCPU, SIGXFSZ, SIGPOLL, SIGVTALRM, SIGPROF};
+    for (const int signal : kSignals) {
+        struct sigaction action {};
+        if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) {
+            continue; // nohup, and "&" of a shell without job control
+        }
+        action = {};
+        action.sa_handler = &NoteInterrupt; // without SA_RESTART: waits end
+        static_cast<void>(::sigaction(signal, &action, nullptr));
+    }
 #endif
 }
 

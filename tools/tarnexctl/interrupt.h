@@ -3,8 +3,8 @@
 
 namespace tarnexctl {
 
-/// Makes SIGINT, SIGTERM and SIGHUP (where the system has it) set the flag of Interrupted instead of ending the
-/// process.
+/// Makes the signals that ask a process to end set the flag of Interrupted instead: SIGINT, SIGTERM, SIGHUP, SIGQUIT,
+/// SIGALRM, SIGUSR1, SIGUSR2, SIGXCPU, SIGXFSZ and timers. A signal that is ignored stays ignored.
 void CatchInterrupts();
 
 /// Makes printing fail instead of ending the process when the reader of standard output has closed it.
