@@ -403,6 +403,14 @@ class Sequences(Tool):
         row = run("measure", "1", resource=self.resource).out.splitlines()[1]
         self.assertRegex(row, r"^OutputChannel1     [12]\.0000 .* on      CV$")
 
+    def test_list_sets_the_first_levels_before_it_switches_on(self) -> None:
+        self.quietly(self.resource, "set", "1", "--voltage", "20", "--current", "5")
+        ran = run("list", self.file("1,0.5,0.01\n2,0.6,0.01\n"), "--on", "--trace", resource=self.resource)
+        sent = re.findall(r"> (:SOUR1:\S+ \S+|:OUTP:STAT CH1,ON|:LIST:STAT ON)", ran.err)
+        self.assertEqual(
+            sent, [":SOUR1:VOLT 1.000000", ":SOUR1:CURR 0.500000", ":OUTP:STAT CH1,ON", ":LIST:STAT ON"]
+        )
+
     def test_list_without_on_leaves_the_output_off(self) -> None:
         file = self.file("1,0.5,0.01\n")
         self.assertEqual(run("list", file, "--end", "last", resource=self.resource).code, 0)

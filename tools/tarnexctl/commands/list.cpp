@@ -40,6 +40,10 @@ ExitCode Run(const SequenceOptions& options, const CommonOptions& common, Consol
         supply.Call(kUploading, &TARNEXSupply_SetListGroup, index, group.volts, group.amperes, group.seconds);
     };
     sequence.configure = [&] {
+        if (options.switchOn) { // the output starts with the first group's levels, not with those of an earlier use
+            supply.Call(kUploading, &TARNEXSupply_SetVoltage, channel.c_str(), groups.front().volts);
+            supply.Call(kUploading, &TARNEXSupply_SetCurrent, channel.c_str(), groups.front().amperes);
+        }
         supply.Call(kUploading, &TARNEXSupply_SetListCycles, ViInt32{options.cycles});
         supply.Call(kUploading, &TARNEXSupply_SetListEndState,
                     ViInt32{options.end == "last" ? TARNEXSUPPLY_VAL_LIST_END_LAST : TARNEXSUPPLY_VAL_LIST_END_OFF});
