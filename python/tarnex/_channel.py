@@ -32,6 +32,7 @@ _T = TypeVar("_T")
 _E = TypeVar("_E", bound=enum.Enum)
 
 _MAX_POINTS = 100000
+_MOST_MILLISECONDS = 2**31 - 1
 
 
 class _Setting(Generic[_T]):
@@ -216,7 +217,8 @@ class Channel:
         give_up: seconds for which this is repeated after a failure, over new connections when necessary; 0: one try.
         Raises TarnexError when the output may still be on.
         """
-        self._call("EnsureOff", round(_values.not_negative(give_up, "the time") * 1000))
+        milliseconds = round(_values.not_negative(give_up, "the time") * 1000)
+        self._call("EnsureOff", min(milliseconds, _MOST_MILLISECONDS))
 
     # --- Blocks and loops
 

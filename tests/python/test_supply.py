@@ -571,6 +571,16 @@ class Sequences(Open):
             self.supply.upload_list([1], [1], [1e6])
         self.assertEqual(caught.exception.description, "the instrument refuses the list: -222, Data out of range")
 
+    def test_ensure_off_leaves_the_other_channel_on(self) -> None:
+        for channel in self.supply:
+            channel.output_enabled = True
+        self.channel.ensure_off(give_up=1e12)
+        self.assertEqual([channel.output_enabled for channel in self.supply], [False, True])
+        self.supply[2].ensure_off(0)
+        self.assertFalse(self.supply[2].output_enabled)
+        with self.assertRaises(ValueError):
+            self.channel.ensure_off(-1)
+
     @unittest.skipUnless(NUMPY or "TARNEX_EXPECT_NUMPY" in os.environ, "NumPy is not installed")
     def test_numpy_arrays(self) -> None:
         numpy: Any = importlib.import_module("numpy")

@@ -254,6 +254,12 @@ class NarrowTerminals(Tool):
             self.table(40), ["Channel        Voltage/V Current/A Mode", "OutputChannel1    3.3000    0.3300 CV"]
         )
 
+    def test_a_trace_is_not_overwritten_by_the_table(self) -> None:
+        terminal = OnTerminal(self.resource, "watch", "1", "--trace", "--count", "2", "--interval", "0.01")
+        self.assertEqual(terminal.finish(), 0)
+        self.assertNotIn("\x1b", terminal.text)
+        self.assertEqual(terminal.text.count("> :MEAS:ALL? CH1\n"), 2)
+
     def test_progress_is_renewed_in_place(self) -> None:
         csv = self.folder() / "sweep.csv"
         for columns in (40, 12):

@@ -762,13 +762,13 @@ class ShellCompletion(unittest.TestCase):
         completion = (SOURCES / "tarnexctl.bash").read_text(encoding="ascii")
         manual = (SOURCES / "tarnexctl.1").read_text(encoding="ascii").replace("\\-", "-")
         commands = re.findall(r"^  ([a-z]+) {3,}", run("--help").out.split("Subcommands:")[1], re.MULTILINE)
-        self.assertEqual(len(commands), 17)
+        self.assertIn("sweep", commands)
         options = set(re.findall(r"--[a-z-]+", run("--help").out.split("Subcommands:")[0]))
         for command in commands:
             options.update(re.findall(r"^  .*?(--[a-z-]+)", run(command, "--help").out, re.MULTILINE))
             self.assertEqual(self.complete(command), [command])
             self.assertRegex(manual, rf"(?m)^(\.B {command}|\\fB{command}\\fR.*)$")
-        self.assertEqual(len(options), 28)
+        self.assertTrue({"--json", "--ovp", "--give-up"} <= options, options)
         for option in options:
             self.assertRegex(completion, rf'[ "]{option}[ ")]')
             self.assertRegex(manual, rf"{option}\b")

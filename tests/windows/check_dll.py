@@ -164,6 +164,13 @@ def check_image(file, original, expect):
         print(", ".join(f"{name} {text!r}" for name, text in texts.items()))
 
 
+def report(dll, faults):
+    """Prints the faults and returns the exit code."""
+    for fault in faults:
+        print(f"check_dll: {dll}: {fault}", file=sys.stderr)
+    return 1 if faults else 0
+
+
 def main(dll, exported_names, config_server):
     faults = []
 
@@ -201,9 +208,7 @@ def main(dll, exported_names, config_server):
 
     check_image(file, "TARNEX_64.dll", expect)
 
-    for fault in faults:
-        print(f"check_dll: {dll}: {fault}", file=sys.stderr)
-    return 1 if faults else 0
+    return report(dll, faults)
 
 
 if __name__ == "__main__":

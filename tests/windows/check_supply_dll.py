@@ -27,9 +27,7 @@ def main(dll, exported_names):
     expect(libraries <= set(imports), f"does not import from {sorted(libraries - set(imports))}")
     expect(not strangers, f"imports from {strangers}")
     check_dll.check_image(file, "TARNEX_supply_64.dll", expect)
-    for fault in faults:
-        print(f"check_supply_dll: {dll}: {fault}", file=sys.stderr)
-    return 1 if faults else 0
+    return check_dll.report(dll, faults)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,7 @@
 #include "tools/tarnexctl/devices.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string_view>

@@ -133,6 +133,9 @@ std::unique_ptr<LogSink> OpenSqliteLog(const std::string& path, const LogHead& h
     sqlite3* opened = nullptr;
     const int result = ::sqlite3_open(path.c_str(), &opened);
     Database database(opened, &::sqlite3_close);
+    if (result != SQLITE_OK) {
+        throw Failure(ExitCode::FileFailed, path + " cannot be written: " + ::sqlite3_errmsg(opened));
+    }
     ::sqlite3_busy_timeout(opened, kBusyMilliseconds);
     // A log has the version of its schema, and an empty database has nothing.
     std::string answer;
@@ -140,11 +143,10 @@ std::unique_ptr<LogSink> OpenSqliteLog(const std::string& path, const LogHead& h
         *static_cast<std::string*>(into) += values[0];
         return 0;
     };
-    const bool read =
-        result == SQLITE_OK && ::sqlite3_exec(opened,
-                                              "SELECT user_version || ' ' || (SELECT count(*) FROM sqlite_schema) "
-                                              "FROM pragma_user_version",
-                                              ask, &answer, nullptr) == SQLITE_OK;
+    const bool read = ::sqlite3_exec(opened,
+                                     "SELECT user_version || ' ' || (SELECT count(*) FROM sqlite_schema) "
+                                     "FROM pragma_user_version",
+                                     ask, &answer, nullptr) == SQLITE_OK;
     if (read && answer != "0 0" && !answer.starts_with("1 ")) {
         throw Failure(ExitCode::FileFailed, path + " is not a log of tarnexctl");
     }

@@ -1,7 +1,3 @@
-#include <algorithm>
-#include <string>
-#include <vector>
-
 #include "tools/tarnexctl/commands.h"
 #include "tools/tarnexctl/common_arguments.h"
 #include "tools/tarnexctl/devices.h"

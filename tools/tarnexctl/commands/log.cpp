@@ -1,5 +1,5 @@
 #include <chrono>
-#include <iostream>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
-#include <array>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "tools/tarnexctl/commands.h"
 #include "tools/tarnexctl/common_arguments.h"

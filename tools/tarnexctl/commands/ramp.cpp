@@ -55,6 +55,9 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
     bool complete = false;
     const auto run = [&] {
         supply.Call("setting the voltage", &TARNEXSupply_SetVoltage, channel.c_str(), from);
+        if (Interrupted()) {
+            return;
+        }
         if (options.switchOn) {
             supply.Call("switching the output on", &TARNEXSupply_SetOutputEnabled, channel.c_str(), ViBoolean{VI_TRUE});
         }
@@ -64,11 +67,9 @@ ExitCode Run(const Options& options, const CommonOptions& common, Console& conso
             if (options.switchOn) {
                 supply.ExpectOutput(channel, true);
             }
+            complete = !Interrupted(); // a signal at the end counts too
         }
     };
-    if (Interrupted()) {
-        return ExitCode::Interrupted;
-    }
     if (options.switchOn) {
         OffUnless(supply, channel, options.giveUp, run, [&] { return complete; });
     } else {
