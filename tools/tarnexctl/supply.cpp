@@ -78,7 +78,8 @@ std::string MappedResource(const CommonOptions& common) {
 
 } // namespace
 
-Supply::Supply(const CommonOptions& common) {
+// Delegates, so that the destructor closes the session when a later step throws.
+Supply::Supply(const CommonOptions& common) : Supply() {
     auto resource = common.resource;
     auto status = Open(common, resource);
     if (status == TARNEX_ERROR_IO) {

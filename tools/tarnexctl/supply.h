@@ -80,6 +80,8 @@ class Supply {
     void EnsureOff(const std::string& channel, double giveUp, const std::string& earlier = {}) const;
 
   private:
+    Supply() = default;
+
     struct Limits {
         ViReal64 minVolts;
         ViReal64 maxVolts;
